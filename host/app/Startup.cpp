@@ -1,0 +1,133 @@
+// Bringing the host up and down.
+// SPDX-License-Identifier: MIT
+#include "Startup.h"
+
+#include <clocale>
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+#include <vector>
+
+#include "BaseTool.h"
+#include "CoreHFT.h"
+#include "DocModelHFT.h"
+#include "DocTable.h"
+#include "KernelSupportHFT.h"
+#include "LexHFT.h"
+#include "LexTable.h"
+#include "Notify.h"
+#include "PlugIns.h"
+#include "ScreenViewHFT.h"
+#include "ScreenViewUserInterfaceHFT.h"
+#include "SiblingHFTs.h"
+#include "Tables.h"
+#include "UITable.h"
+#include "UnixHFT.h"
+#include "UnixTable.h"
+#include "ViewTable.h"
+
+namespace jackdaw {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct TableToStart {
+    KRHFT *variable;
+    const char *name;
+    std::uint32_t version;
+    int count;
+    void (*fill)();
+};
+
+/** From the bottom up: what fills a table may use those before it. The core table is handed over, never asked for. */
+const TableToStart s_tables[] = {
+    {&gCoreHFT, nullptr, 0, CoreHFTCount, &FillCoreTable},
+    {&gKernelSupportHFT, "KernelSupport", KernelSupportHFTVersion, KernelSupportHFTCount, &FillKernelSupportTable},
+    {&gBaseToolHFT, "BaseTool", BaseToolHFTVersion, BaseToolHFTCount, &FillBaseToolTable},
+    {&gLexHFT, "Lex", LexHFTVersion, LexHFTCount, &FillLexTable},
+    {&gDocModelHFT, "DocModel", DocModelHFTVersion, DocModelHFTCount, &FillDocModelTable},
+    {&gScreenViewHFT, "ScreenView", ScreenViewHFTVersion, ScreenViewHFTCount, &FillScreenViewTable},
+    {&gScreenViewUserInterfaceHFT, "ScreenViewUserInterface", ScreenViewUserInterfaceHFTVersion,
+     ScreenViewUserInterfaceHFTCount, &FillScreenViewUserInterfaceTable},
+    {&gUnixHFT, "Unix", UnixHFTVersion, UnixHFTCount, &FillUnixTable},
+};
+
+bool s_running = false;
+
+bool localeIsChosen() {
+    for (const char *name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+        const char *const value = std::getenv(name);
+        if (value && *value) return true;
+    }
+    return false;
+}
+
+/** Numbers in PDF, FDF and messages keep their point, so that LC_NUMERIC never follows the user. */
+void followUsersLocale() {
+    const bool known = std::setlocale(LC_ALL, "") != nullptr;
+    // A process started with no locale at all, or one that is not installed, would lose every letter beyond ASCII.
+    if (!known || !localeIsChosen()) std::setlocale(LC_CTYPE, "C.UTF-8");
+    std::setlocale(LC_NUMERIC, "C");
+}
+
+bool isFolder(const fs::path &path) {
+    std::error_code ignored;
+    return fs::is_directory(path, ignored);
+}
+
+const char *folderFromEnvironment() {
+    const char *const folder = std::getenv("JACKDAW_PLUG_INS");
+    return folder && *folder ? folder : nullptr;
+}
+
+void startPlugIns(const HostOptions &options) {
+    const std::string folder = PlugInFolder(options);
+    const bool asked = !options.plugInDir.empty() || folderFromEnvironment();
+    if (!folder.empty()) LoadPlugIns(folder, /*mustExist*/ asked);
+}
+
+} // namespace
+
+std::string PlugInFolder(const HostOptions &options) {
+    if (!options.plugInDir.empty()) return options.plugInDir;
+    if (const char *const folder = folderFromEnvironment()) return folder;
+    std::error_code error;
+    const fs::path program = fs::read_symlink("/proc/self/exe", error);
+    if (error) return {};
+    for (const fs::path &folder :
+         {program.parent_path() / "plug-ins", program.parent_path() / JACKDAW_INSTALLED_PLUG_INS}) {
+        if (isFolder(folder)) return folder.lexically_normal().string();
+    }
+    return {};
+}
+
+void StartHost(const HostOptions &options) {
+    if (s_running) return;
+    if (options.setLocale) followUsersLocale();
+    for (const TableToStart &table : s_tables) {
+        DefineTable(table.variable, table.name, table.version, table.count);
+    }
+    for (const TableToStart &table : s_tables) table.fill();
+    StartTables();
+    SetConfiguration("Product", "Jackdaw");
+    s_running = true;
+    if (options.loadPlugIns) startPlugIns(options);
+    notifyApp(SCAppDidInitialize);
+}
+
+void StopHost() {
+    if (!s_running) return;
+    notifyApp(SCAppWillQuit);
+    const std::vector<KRWord> plugIns = PlugInIDs();
+    UnloadPlugIns();
+    for (const KRWord plugIn : plugIns) unregisterNotificationsOf(plugIn);
+    StopTables();
+    s_running = false;
+}
+
+bool HostIsRunning() {
+    return s_running;
+}
+
+} // namespace jackdaw

@@ -1,0 +1,109 @@
+// `jackdaw fields`: the fields of a form, as a table for people or as one JSON object a line.
+// SPDX-License-Identifier: MIT
+#include "Commands.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+#include <nlohmann/json.hpp>
+
+#include "CoreHFT.h"
+#include "Field.h"
+#include "Session.h"
+#include "Text.h"
+
+namespace jackdaw::cli {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// What a check box without a value and a push button show.
+Json ValueJson(const std::vector<std::string> &texts) {
+    if (texts.empty()) return nullptr;
+    return texts.size() == 1 ? Json(texts.front()) : Json(texts);
+}
+
+Json PointsJson(KRFixed value) {
+    const double points = value / 65536.0;
+    return Json(std::round(points * 1000) / 1000);
+}
+
+Json WidgetJson(const WidgetPlace &place) {
+    Json rect = Json::array({PointsJson(place.rect.left), PointsJson(place.rect.bottom), PointsJson(place.rect.right),
+                             PointsJson(place.rect.top)});
+    return Json{{"page", place.page}, {"rect", rect}};
+}
+
+std::string UserNameOf(DMField *field) {
+    return TextOfObject(InheritedValue(Forms::TSDMFieldGetLexObj(field), AtomOf("TU")));
+}
+
+Json FieldJson(const Field &field) {
+    LexObj dict = Forms::TSDMFieldGetLexObj(field.handle);
+    Json json;
+    json["name"] = field.name;
+    json["type"] = WordOfType(field.type);
+    json["value"] = ValueJson(ValueTexts(Forms::TSDMFieldGetValue(field.handle)));
+    json["default"] = ValueJson(ValueTexts(InheritedValue(dict, AtomOf("DV"))));
+    const std::string userName = UserNameOf(field.handle);
+    json["userName"] = userName.empty() ? Json(nullptr) : Json(userName);
+    json["flags"] = FlagWords(field.handle, field.type);
+    json["options"] = Json::array();
+    for (const Option &option : OptionsOfField(field.handle, field.type))
+        json["options"].push_back(Json{{"export", option.exported}, {"display", option.display}});
+    const auto maxLength = MaxLengthOf(field.handle);
+    json["maxLength"] = maxLength ? Json(*maxLength) : Json(nullptr);
+    json["widgets"] = Json::array();
+    for (const WidgetPlace &place : field.widgets) json["widgets"].push_back(WidgetJson(place));
+    return json;
+}
+
+/** A row of the table for people. */
+using Row = std::vector<std::string>;
+
+std::string OneLine(std::string text) {
+    std::replace_if(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; }, ' ');
+    return text;
+}
+
+Row RowOf(const Field &field) {
+    const std::string page = field.widgets.empty() ? "-" : std::to_string(field.widgets.front().page);
+    const std::vector<std::string> values = ValueTexts(Forms::TSDMFieldGetValue(field.handle));
+    std::string flags;
+    for (const std::string &word : FlagWords(field.handle, field.type)) flags += (flags.empty() ? "" : " ") + word;
+    return {page, WordOfType(field.type), OneLine(field.name), OneLine(JoinTexts(values, /*limit*/ 8)), flags};
+}
+
+void PrintTable(const std::vector<Row> &rows) {
+    std::vector<std::size_t> widths(rows.front().size(), 0);
+    for (const Row &row : rows) {
+        for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], CountCharacters(row[i]));
+    }
+    for (const Row &row : rows) {
+        std::string line;
+        for (std::size_t i = 0; i < row.size(); ++i)
+            line += row[i] + std::string(widths[i] - CountCharacters(row[i]) + 2, ' ');
+        line.resize(line.find_last_not_of(' ') + 1);
+        std::puts(line.c_str());
+    }
+}
+
+} // namespace
+
+void RunFields(const FieldsOptions &options) {
+    OpenDocument document(options.input.file, options.input.passwordFile);
+    document.RequireForm();
+    const std::vector<Field> fields = ListFields(document.Doc());
+    if (options.json) {
+        for (const Field &field : fields)
+            std::puts(FieldJson(field).dump(-1, ' ', false, Json::error_handler_t::replace).c_str());
+        return;
+    }
+    std::vector<Row> rows{{"PAGE", "TYPE", "NAME", "VALUE", "FLAGS"}};
+    for (const Field &field : fields) rows.push_back(RowOf(field));
+    PrintTable(rows);
+}
+
+} // namespace jackdaw::cli

@@ -1,0 +1,88 @@
+// The program jackdaw: parses the command line, starts the host with its plug-ins, runs the command.
+// SPDX-License-Identifier: MIT
+#include <cstdio>
+#include <cstring>
+
+#include "HostError.h"
+#include "Options.h"
+#include "PIFrame.h"
+#include "Session.h"
+#include "Startup.h"
+
+namespace {
+
+using namespace jackdaw;
+using namespace jackdaw::cli;
+
+int RunCommand(const CLI::App &app, const Options &options) {
+    if (app.got_subcommand("fields")) RunFields(options.fields);
+    if (app.got_subcommand("fill")) RunFill(options.fill);
+    if (app.got_subcommand("reset")) RunReset(options.reset);
+    if (app.got_subcommand("render")) RunRender(options.render);
+    return AnyWarnings() ? ExitWarnings : ExitDone;
+}
+
+// Whatever a command meets ends here as one line.
+int RunGuarded(const CLI::App &app, const Options &options) {
+    std::string failure;
+    int result = ExitNothingDone;
+    const KRErrorCode code = Protect([&] {
+        try {
+            result = RunCommand(app, options);
+        } catch (const CommandFailed &failed) {
+            failure = failed.what;
+        }
+    });
+    if (code != KRErrNone) failure = SentenceOf(code);
+    if (!failure.empty()) PrintFailure(failure);
+    return failure.empty() ? result : ExitNothingDone;
+}
+
+// For packaging: what is derived from the options.
+bool PrintDerived(int argc, char **argv, const CLI::App &app) {
+    if (argc != 2) return false;
+    const bool manual = std::strcmp(argv[1], "--print-manual") == 0;
+    const bool completion = std::strcmp(argv[1], "--print-completion") == 0;
+    if (manual) std::fputs(ManualPage(app).c_str(), stdout);
+    if (completion) std::fputs(Completion(app).c_str(), stdout);
+    return manual || completion;
+}
+
+int Parse(CLI::App &app, int argc, char **argv) {
+    try {
+        app.parse(argc, argv);
+        return ExitDone;
+    } catch (const CLI::Success &success) {
+        app.exit(success);
+        return -1;
+    } catch (const CLI::ParseError &error) {
+        PrintFailure(std::string(error.what()) + "; see jackdaw --help");
+        return ExitNothingDone;
+    }
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    CLI::App app;
+    Options options;
+    DescribeOptions(app, options);
+    if (PrintDerived(argc, argv, app)) return ExitDone;
+    const int parsed = Parse(app, argc, argv);
+    if (parsed != ExitDone) return parsed < 0 ? ExitDone : parsed;
+    HostOptions host;
+    host.plugInDir = options.plugIns;
+    try {
+        StartHost(host);
+    } catch (const HostError &error) {
+        PrintFailure(error.what);
+        return ExitNothingDone;
+    }
+    const int result = RunGuarded(app, options);
+    StopHost();
+    if (std::fflush(stdout) != 0) {
+        PrintFailure("standard output cannot be written");
+        return ExitNothingDone;
+    }
+    return result;
+}

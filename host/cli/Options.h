@@ -1,0 +1,28 @@
+// The options of the command line, each described once: the parser, the help texts, the manual page and the shell
+// completion all come from here.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include "Commands.h"
+
+namespace jackdaw::cli {
+
+struct Options {
+    std::string plugIns;
+    FieldsOptions fields;
+    FillOptions fill;
+    ResetOptions reset;
+    RenderOptions render;
+};
+
+/** Fills `app` with all commands; they write into `options`, which must outlive it. */
+void DescribeOptions(CLI::App &app, Options &options);
+
+/** The manual page, as roff source. */
+std::string ManualPage(const CLI::App &app);
+/** A completion script for bash. */
+std::string Completion(const CLI::App &app);
+
+} // namespace jackdaw::cli

@@ -1,0 +1,31 @@
+// `jackdaw render`: a page with its widgets as a picture.
+// SPDX-License-Identifier: MIT
+#include "Commands.h"
+
+#include <memory>
+
+#include "DocModelHFT.h"
+#include "KernelSupportHFT.h"
+#include "PIFrame.h"
+#include "ScreenViewHFT.h"
+#include "Session.h"
+
+namespace jackdaw::cli {
+
+void RunRender(const RenderOptions &options) {
+    OpenDocument document(options.input.file, options.input.passwordFile);
+    const std::int32_t pages = DMDocGetNumPages(document.Doc());
+    if (options.page < 1 || options.page > pages)
+        throw CommandFailed{document.Name() + ": there is no page " + std::to_string(options.page) +
+                            "; the document has " + std::to_string(pages)};
+    std::unique_ptr<ScratchFile> scratch;
+    if (options.output == "-") scratch = std::make_unique<ScratchFile>();
+    const KRErrorCode code = Protect([&] {
+        const HostPath path(scratch ? scratch->Path() : options.output);
+        SCDocRenderPage(document.Doc(), options.page - 1, options.dpi, KRGetDefaultFileSys(), path.Get());
+    });
+    if (code != KRErrNone) throw CommandFailed{options.output + ": " + SentenceOf(code)};
+    if (scratch) CopyToOutput(scratch->Path());
+}
+
+} // namespace jackdaw::cli

@@ -1,0 +1,90 @@
+// One run of a command: its messages and exit code, the document that it opens, the file that it leaves.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+#include "KRTypes.h"
+
+namespace jackdaw::cli {
+
+enum ExitCode : int { ExitDone = 0, ExitNothingDone = 2, ExitWarnings = 3 };
+
+/** Ends a command with nothing done; `what` is the one line that says why, without the program's name. */
+struct CommandFailed {
+    std::string what;
+};
+
+/** Prints a warning line and remembers that there was one. */
+void Warn(const std::string &line);
+bool AnyWarnings();
+/** The one line of a command that did nothing. */
+void PrintFailure(const std::string &what);
+/** A sentence for a code that was raised; what the host knows of file, object and offset is in it. */
+std::string SentenceOf(KRErrorCode code);
+
+/** Reads a whole file; "-" is standard input. Throws CommandFailed. */
+std::string ReadInput(const std::string &path);
+
+/** A temporary file of ours, removed with the object. */
+class ScratchFile {
+public:
+    ScratchFile();
+    ~ScratchFile();
+    ScratchFile(const ScratchFile &) = delete;
+    ScratchFile &operator=(const ScratchFile &) = delete;
+    const std::string &Path() const {
+        return path;
+    }
+
+private:
+    std::string path;
+};
+
+/** A document opened in a view without a window; closed with the object. */
+class OpenDocument {
+public:
+    /** "-" is standard input. `passwordFile` may be empty. Throws CommandFailed. */
+    OpenDocument(const std::string &path, const std::string &passwordFile);
+    ~OpenDocument();
+    OpenDocument(const OpenDocument &) = delete;
+    OpenDocument &operator=(const OpenDocument &) = delete;
+
+    DMDoc Doc() const {
+        return doc;
+    }
+    const std::string &Name() const {
+        return name;
+    }
+    /** Writes a new file and renames it into place; "-" is standard output. Throws CommandFailed. */
+    void SaveAs(const std::string &path);
+    /** Throws CommandFailed when the document has no form. */
+    void RequireForm() const;
+    /** Throws CommandFailed when the document's permissions forbid filling it in. */
+    void RequireFilling() const;
+
+private:
+    std::string name;
+    SCDoc view = nullptr;
+    DMDoc doc = nullptr;
+};
+
+/** Copies a file to standard output. Throws CommandFailed. */
+void CopyToOutput(const std::string &path);
+
+/** A path of the default file system, released with the object. */
+class HostPath {
+public:
+    explicit HostPath(const std::string &platformPath);
+    ~HostPath();
+    HostPath(const HostPath &) = delete;
+    HostPath &operator=(const HostPath &) = delete;
+    KRPathName Get() const {
+        return path;
+    }
+
+private:
+    KRPathName path;
+};
+
+} // namespace jackdaw::cli

@@ -1,0 +1,46 @@
+// Annotations: the `Annots` array of a page, and the entries of an annotation that the host knows.
+//
+// An annotation's index is its place in the array, whatever else stands there. The functions broadcast the
+// notifications that ScreenViewNotify.h lists for them.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "DocModelHFT.h"
+#include "LexHFT.h"
+
+namespace jackdaw {
+
+inline LexObj annotLex(DMAnnot annot) {
+    return {annot.node, annot.slot};
+}
+inline DMAnnot annotFromLex(LexObj obj) {
+    return {obj.node, obj.slot};
+}
+
+/** A dictionary with a name `Subtype`. */
+bool annotIsValid(DMAnnot annot);
+/** KRAtomNull for what is not valid. */
+KRAtom annotSubtype(DMAnnot annot);
+/** Normalised; throws KRErrBadParam when `Rect` is no rectangle. */
+KRFixedRect annotRect(DMAnnot annot);
+void setAnnotRect(DMAnnot annot, const KRFixedRect &rect);
+/** `F`, 0 when it is absent or no number. */
+std::uint32_t annotFlags(DMAnnot annot);
+void setAnnotFlags(DMAnnot annot, std::uint32_t flags);
+
+std::int32_t numAnnots(DMPage page);
+/**
+ * A dictionary that the array holds directly becomes an indirect object in it; the document does not count as changed
+ * by that. Something else than a dictionary is given as it is and is not valid. Throws KRErrBadParam outside the array.
+ */
+DMAnnot pageAnnot(DMPage page, std::int32_t index);
+/** -1 when the annotation is not on the page. Costs a look-up, not a scan. */
+std::int32_t annotIndex(DMPage page, DMAnnot annot);
+/** A new indirect annotation that is on no page yet. */
+DMAnnot createAnnot(DMPage page, KRAtom subtype, const KRFixedRect &rect);
+/** Inserts behind annotation `index`; -1 puts it first, -2 last. Sets its `P`. Sends 38 and 39. */
+void addAnnot(DMPage page, std::int32_t index, DMAnnot annot);
+/** Sends 37 before and 42 after. */
+void removeAnnot(DMPage page, std::int32_t index);
+
+} // namespace jackdaw

@@ -1,0 +1,23 @@
+// Insertion and deletion of pages, on the object layer alone.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "DocModelHFT.h"
+
+namespace jackdaw {
+
+/**
+ * Inserts copies of pages `first` to `last` of `source` behind page `after` (-1: in front of all). `source` may be the
+ * document itself. Sends 15 before and 16 after, with the code when it failed; then nothing was inserted. Throws
+ * KRErrBadParam for indexes outside the documents, before anything is sent.
+ *
+ * What comes along: what the page inherits, as its own entries; its annotations; of their fields each ancestor, with
+ * those of its `Kids` that came along and with all its other entries. A form's list of fields is not touched: that is
+ * the forms plug-in's, when it hears 16. References to other pages, and to fields that stay behind, are dropped.
+ */
+void insertPages(DMDoc doc, std::int32_t after, DMDoc source, std::int32_t first, std::int32_t last);
+
+/** Deletes pages. Sends 21 before and 22 after. Throws KRErrBadParam when no page would be left. */
+void deletePages(DMDoc doc, std::int32_t first, std::int32_t last);
+
+} // namespace jackdaw

@@ -1,0 +1,74 @@
+// The walk of the page tree, without recursion: files nest as deep as they like.
+// SPDX-License-Identifier: MIT
+#include "PageList.h"
+
+#include <unordered_set>
+
+#include "Keys.h"
+#include "LexApi.h"
+#include "LexObjects.h"
+#include "Store.h"
+
+namespace jackdaw {
+namespace {
+
+struct OpenNode {
+    LexObj node;
+    LexObj kids;
+    std::int32_t next = 0;
+    std::int32_t length = 0;
+    std::size_t leavesBefore = 0;
+};
+
+struct Walk {
+    PageList list;
+    std::vector<OpenNode> open;
+    std::unordered_set<KRWord> met;
+
+    LexObj innermost() const {
+        return open.empty() ? lex::nullObj : open.back().node;
+    }
+
+    void enter(LexObj obj) {
+        if (lex::typeOf(obj) != LexDict || !met.insert(obj.node).second) return;
+        const LexObj kids = lex::dictGet(obj, keys().Kids);
+        if (lex::typeOf(kids) == LexArray) {
+            list.nodes[obj.node] = {obj, innermost(), 0};
+            open.push_back({obj, kids, 0, lex::arrayLength(kids), list.leaves.size()});
+            return;
+        }
+        const KRAtom type = lex::nameOrNone(lex::dictGet(obj, keys().Type));
+        if (type == keys().Pages || type == keys().Catalog) return;
+        if (!lex::isIndirect(obj)) lex::ensureIndirect(obj);
+        list.indexOf[obj.node] = static_cast<std::int32_t>(list.leaves.size());
+        list.leaves.push_back({obj, innermost()});
+    }
+
+    void leave() {
+        const OpenNode &done = open.back();
+        list.nodes[done.node.node].leaves = static_cast<std::int32_t>(list.leaves.size() - done.leavesBefore);
+        open.pop_back();
+    }
+
+    void run(LexObj root) {
+        enter(root);
+        while (!open.empty()) {
+            OpenNode &node = open.back();
+            if (node.next == node.length)
+                leave();
+            else
+                enter(lex::arrayGet(node.kids, node.next++));
+        }
+    }
+};
+
+} // namespace
+
+PageList readPageList(LexDoc lex) {
+    Walk walk;
+    const LexObj catalog = lex::rootOf(lex);
+    if (lex::typeOf(catalog) == LexDict) walk.run(lex::dictGet(catalog, keys().Pages));
+    return std::move(walk.list);
+}
+
+} // namespace jackdaw

@@ -1,0 +1,71 @@
+// Pages: the page list, page handles, what a page inherits, its boxes and its matrix.
+//
+// 1. The list is made by a walk of `Kids` that meets every node once, whatever `Count`, `Type` and `Parent` claim. It
+//    is kept until an edit of pages.
+// 2. A page has one handle for as long as it belongs to an open document; acquiring counts.
+// 3. A page that was deleted keeps its handle while it is acquired: it has no number, its object reads as null.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <utility>
+
+#include "DocModelHFT.h"
+#include "LexHFT.h"
+
+namespace jackdaw {
+
+std::int32_t numPages(DMDoc doc);
+/** The caller releases the page. Throws KRErrBadParam outside the document. */
+DMPage acquirePage(DMDoc doc, std::int32_t index);
+DMPage acquirePageAgain(DMPage page);
+/** A handle of a closed document is let pass: it went with the document. */
+void releasePage(DMPage page);
+/** Acquires the page of a page dictionary; throws KRErrBadParam when it is no page of its document. */
+DMPage acquirePageOfLex(LexObj obj);
+
+DMDoc pageDoc(DMPage page);
+LexObj pageLex(DMPage page);
+/** -1 for a page that was deleted. */
+std::int32_t pageNumber(DMPage page);
+
+/** Page dictionary by index, without a handle. Throws KRErrBadParam outside the document. */
+LexObj pageLexAt(DMDoc doc, std::int32_t index);
+/** Index of a page dictionary; -1 when it is no page of the document. Costs a look-up. */
+std::int32_t pageIndexOfLex(DMDoc doc, LexObj obj);
+
+/** The value under `key` of a page dictionary or of the nearest node above it that has one; null when none has. */
+LexObj inheritedValue(LexObj page, KRAtom key);
+/** 0, 90, 180 or 270. */
+std::int32_t pageRotate(DMPage page);
+/** Crop box cut to the media box, in points. */
+KRFixedRect pageCropBox(DMPage page);
+KRFixedRect pageMediaBox(DMPage page);
+/** From page space to the upright page with its crop box's corner at the origin, y upward. */
+KRFixedMatrix pageDefaultMatrix(DMPage page);
+
+/** Steps up `Parent` that are taken before a chain counts as a loop. */
+inline constexpr int maxParentSteps = 100;
+
+/** Four numbers in file order as a normalised rectangle; false when `obj` is none. */
+bool readRect(LexObj obj, KRFixedRect *rect);
+/** A direct array of four numbers in file order. */
+LexObj newRectArray(LexDoc doc, const KRFixedRect &rect);
+
+/** Holds an acquired page. */
+class PageRef {
+public:
+    explicit PageRef(DMPage acquired) : page(acquired) {}
+    PageRef(PageRef &&other) noexcept : page(std::exchange(other.page, nullptr)) {}
+    PageRef &operator=(PageRef &&) = delete;
+    ~PageRef() {
+        if (page != nullptr) releasePage(page);
+    }
+    DMPage get() const {
+        return page;
+    }
+
+private:
+    DMPage page;
+};
+
+} // namespace jackdaw

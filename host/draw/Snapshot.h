@@ -1,0 +1,28 @@
+// Small PDFs of one page, built in memory from the object model: the only thing that the drawing library ever sees.
+//
+// The user's file is never opened for drawing. So a change shows at once, pages of any origin can be drawn, and no form
+// is loaded a second time. Both builders give the bytes of a complete, unencrypted PDF file.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+#include "KRTypes.h"
+
+namespace jackdaw {
+
+/**
+ * The page without its annotations: what it inherits becomes its own, and the catalog's `OCProperties` come along, or
+ * hidden layers would show. Raises what reading the page's objects raises.
+ */
+std::string PageSnapshot(DMPage page);
+
+/**
+ * An appearance stream on a page of its own. The box that `BBox` makes through `Matrix` is the middle ninth of the
+ * page: so the page's edge, at which the drawing library clips, never falls on the edge of the box, at which it clips
+ * too and would thin out a smoothed edge twice. `optionalContent` is the `OC` entry of the annotation that wears it, or
+ * null. Empty text when there is nothing to draw: no stream, no box, an empty box.
+ */
+std::string AppearanceSnapshot(LexObj stream, LexObj optionalContent);
+
+} // namespace jackdaw

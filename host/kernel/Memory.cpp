@@ -1,0 +1,54 @@
+// The allocator that host and plug-ins share: the system's, with a tap for fault injection.
+// SPDX-License-Identifier: MIT
+#include "Memory.h"
+
+#include <cstdlib>
+#include <cstring>
+
+#include "HostError.h"
+
+namespace jackdaw {
+
+namespace {
+
+std::int64_t s_allocationsLeft = -1;
+
+bool mayAllocate() {
+    if (s_allocationsLeft < 0) return true;
+    if (s_allocationsLeft == 0) return false;
+    --s_allocationsLeft;
+    return true;
+}
+
+// realloc(block, 0) frees on some systems, and malloc(0) may give null, which a caller would take for failure.
+std::size_t atLeastOne(std::size_t size) {
+    return size ? size : 1;
+}
+
+} // namespace
+
+void *Allocate(std::size_t size) {
+    return mayAllocate() ? std::malloc(atLeastOne(size)) : nullptr;
+}
+
+void *Reallocate(void *block, std::size_t size) {
+    return mayAllocate() ? std::realloc(block, atLeastOne(size)) : nullptr;
+}
+
+void Release(void *block) {
+    std::free(block);
+}
+
+char *AllocateText(std::string_view text) {
+    char *const copy = static_cast<char *>(Allocate(text.size() + 1));
+    if (!copy) throw HostError{KRErrNoMemory};
+    if (!text.empty()) std::memcpy(copy, text.data(), text.size());
+    copy[text.size()] = '\0';
+    return copy;
+}
+
+void LimitAllocations(std::int64_t count) {
+    s_allocationsLeft = count;
+}
+
+} // namespace jackdaw

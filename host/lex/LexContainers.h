@@ -1,0 +1,12 @@
+// What the walk over a container hands out; the other container operations stand in LexObjects.h.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "LexObjects.h"
+
+namespace jackdaw::lex {
+
+/** Entries as slot LexObjEnum hands them out: key object and value, or element and null. */
+std::vector<std::pair<LexObj, LexObj>> entriesForWalk(LexObj obj);
+
+} // namespace jackdaw::lex

@@ -1,0 +1,71 @@
+// The document store: opening, making, saving and closing the files whose objects the object layer shows.
+//
+// Opening tries again what can be repaired: a PDF cut before its trailer or without its startxref, an FDF without a
+// trailer. Saving always writes the whole file anew, keeps encryption, object streams and the raw bytes of streams,
+// and puts the new file in place of the old one only when it is complete. The file that a document was opened from
+// must not be overwritten in place while it is open: what has not been asked for is read from it later.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "KRTypes.h"
+
+namespace jackdaw::lex {
+
+/**
+ * Opens a PDF file by its Unix path. `password` is the user's or the owner's; null and "" are the empty one. Throws
+ * HostError with KRErrFileNotFound, KRErrFileOpen, KRErrPassword or KRErrBadPDF and a sentence that names file, object
+ * and offset.
+ */
+LexDoc openPdfFile(const std::string &path, const char *password);
+/** The same from memory; `name` stands for the file in messages. */
+LexDoc openPdfBytes(const std::string &name, std::string bytes, const char *password);
+
+/** Opens an FDF; throws HostError{KRErrNotFDF} unless "%FDF-" stands within the first 1024 bytes. */
+LexDoc openFdfBytes(const std::string &name, std::string bytes);
+/** Reads the whole file first: it may be a temporary one that goes away while the document is open. */
+LexDoc openFdf(KRFileSys fs, KRPathName path);
+
+/** A new object document with an empty root dictionary. */
+LexDoc createFdf();
+
+/** All references to its objects read as null from now on. Null allowed. */
+void closeDoc(LexDoc doc);
+
+/** A document that is open. */
+bool isOpen(LexDoc doc);
+/** Made here as FDF or opened from one. */
+bool isFdf(LexDoc doc);
+
+/** Writes to `path` beside it and renames into place. Throws HostError{KRErrDiskFull or KRErrFileIO or KRErrFileOpen}. */
+void saveDoc(LexDoc doc, const std::string &path);
+/** Writes to an open file, such as standard output, which stays the caller's; it is flushed. */
+void saveDocTo(LexDoc doc, std::FILE *file);
+std::string saveDocToString(LexDoc doc);
+/** Slot LexDocSaveToFile: into any file system. Only for FDF. */
+void saveFdf(LexDoc doc, KRFileSys fs, KRPathName path);
+
+/** What the opening found out. */
+struct OpenFacts {
+    std::string name;
+    /** The cross references were rebuilt, or one of the retries was needed. */
+    bool repaired = false;
+    bool encrypted = false;
+    /** The password opened it as the owner. False without encryption. */
+    bool owner = false;
+};
+const OpenFacts &openFacts(LexDoc doc);
+
+/** Permission bits as DMDocGetPermissions hands them out: all ones for the owner and without encryption. */
+std::uint32_t permissions(LexDoc doc);
+
+/** All complaints about the file so far, from its opening and from what was read since; each names object and offset. */
+const std::vector<std::string> &warnings(LexDoc doc);
+
+LexObj rootOf(LexDoc doc);
+LexObj trailerOf(LexDoc doc);
+
+} // namespace jackdaw::lex

@@ -1,0 +1,129 @@
+// Saving: the whole document written anew through a pipe into a file, another file system or a text.
+// SPDX-License-Identifier: MIT
+#include "Store.h"
+
+#include <cerrno>
+
+#include <qpdf/Pipeline.hh>
+#include <qpdf/QPDFWriter.hh>
+
+#include "Atoms.h"
+#include "Files.h"
+#include "HostError.h"
+#include "Node.h"
+
+namespace jackdaw::lex {
+
+namespace {
+
+using Sink = std::function<void(const char *bytes, std::size_t count)>;
+
+/**
+ * The end of the writer's pipe: gathers its many small pieces, and writes another header over the first bytes. The
+ * header is as long as the writer's own, so that offsets hold.
+ */
+class SavePipe : public Pipeline {
+public:
+    SavePipe(Sink sink, std::string_view header) : Pipeline("save", nullptr), sink_(std::move(sink)), header_(header) {
+        block_.reserve(s_blockSize);
+    }
+    void write(const unsigned char *data, std::size_t length) override {
+        block_.append(reinterpret_cast<const char *>(data), length);
+        if (block_.size() >= s_blockSize) flush();
+    }
+    void finish() override {
+    }
+    void flush() {
+        if (!block_.empty()) block_.replace(0, header_.size(), header_);
+        header_ = {};
+        sink_(block_.data(), block_.size());
+        block_.clear();
+    }
+
+private:
+    static constexpr std::size_t s_blockSize = 65536;
+    Sink sink_;
+    std::string_view header_;
+    std::string block_;
+};
+
+// What the writer would get wrong: it writes `Size` only when the trailer had one, and a direct catalog not at all.
+void mendTrailer(LexDocRec &doc) {
+    QPDFObjectHandle trailer = doc.pdf->getTrailer();
+    if (!trailer.hasKey("/Size")) trailer.replaceKey("/Size", QPDFObjectHandle::newInteger(1));
+    if (!doc.root || doc.root->type != LexDict) throw HostError{KRErrBadPDF, doc.facts.name + ": the catalog is gone"};
+    makeIndirect(*doc.root);
+}
+
+/** Object streams go out packed as they came; all other streams keep their bytes. */
+void setUpPdf(LexDocRec &doc, QPDFWriter &writer) {
+    QPDFObjectHandle trailerType = doc.pdf->getTrailer().getKey("/Type");
+    const bool hasObjectStreams = trailerType.isName() && trailerType.getName() == "/XRef";
+    if (!hasObjectStreams) {
+        writer.setStreamDataMode(qpdf_s_preserve);
+        return;
+    }
+    writer.setDecodeLevel(qpdf_dl_none);
+    writer.setCompressStreams(true);
+    for (QPDFObjectHandle &object : doc.pdf->getAllObjects()) {
+        if (object.isStream()) object.setFilterOnWrite(false);
+    }
+}
+
+void setUpFdf(QPDFWriter &writer) {
+    writer.setStreamDataMode(qpdf_s_preserve);
+    writer.setObjectStreamMode(qpdf_o_disable);
+    writer.setPreserveEncryption(false);
+    writer.forcePDFVersion("1.2");
+}
+
+void writeDoc(LexDocRec &doc, const Sink &sink) {
+    mendTrailer(doc);
+    SavePipe pipe(sink, doc.fdf ? "%FDF-1.2" : "");
+    QPDFWriter writer(*doc.pdf);
+    writer.setOutputPipeline(&pipe);
+    if (doc.fdf)
+        setUpFdf(writer);
+    else
+        setUpPdf(doc, writer);
+    writer.write();
+    pipe.flush();
+    // The writer makes the extensions dictionary direct, behind our backs.
+    forgetKey(*doc.root, AtomFromText("Extensions"));
+}
+
+} // namespace
+
+void saveDoc(LexDoc doc, const std::string &path) {
+    LexDocRec &record = openRecord(doc);
+    AtomicFile file(path);
+    writeDoc(record, [&](const char *bytes, std::size_t count) { file.write(bytes, count); });
+    file.commit();
+}
+
+void saveDocTo(LexDoc doc, std::FILE *file) {
+    const auto put = [&](const char *bytes, std::size_t count) {
+        if (std::fwrite(bytes, 1, count, file) != count) ThrowFileError("write", "standard output", errno);
+    };
+    writeDoc(openRecord(doc), put);
+    if (std::fflush(file) != 0) ThrowFileError("write", "standard output", errno);
+}
+
+std::string saveDocToString(LexDoc doc) {
+    std::string text;
+    writeDoc(openRecord(doc), [&](const char *bytes, std::size_t count) { text.append(bytes, count); });
+    return text;
+}
+
+void saveFdf(LexDoc doc, KRFileSys fs, KRPathName path) {
+    LexDocRec &record = openRecord(doc);
+    if (!record.fdf || !path) throw HostError{KRErrBadParam};
+    if (fs == DefaultFileSys()) return saveDoc(doc, UnixPathOf(fs, path));
+    const std::unique_ptr<KRFileRec> file = fs->open(path->text, KRFileWrite_ | KRFileCreate);
+    writeDoc(record, [&](const char *bytes, std::size_t count) {
+        file->write(bytes, static_cast<std::int64_t>(count));
+    });
+    file->close();
+}
+
+} // namespace jackdaw::lex

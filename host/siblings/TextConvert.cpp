@@ -1,0 +1,162 @@
+// Text between the process's encoding, PDFDocEncoding and big-endian Unicode, with substitutes for what is lacking.
+// SPDX-License-Identifier: MIT
+#include "TextConvert.h"
+
+#include <cerrno>
+
+#include "Converters.h"
+
+namespace jackdaw {
+
+namespace {
+
+constexpr char Bullet = '\x80';
+constexpr std::string_view UnicodeMark = "\xFE\xFF";
+constexpr std::string_view UnicodeSubstitute = "\xFF\xFD";
+
+/** The two coders of an encoding, opened at the first use. */
+struct EncodingCoders {
+    std::string name;
+    Coder toUnicode, fromUnicode;
+};
+
+/** Coders of the process's encoding; another setlocale() makes them anew. ASCII serves where iconv knows no better. */
+EncodingCoders &hostCoders() {
+    static EncodingCoders s_host;
+    const std::string name = HostEncodingName();
+    if (s_host.name == name) return s_host;
+    s_host = {name, Coder("UTF-16BE", name), Coder(name, "UTF-16BE")};
+    if (!s_host.toUnicode.isOpen() || !s_host.fromUnicode.isOpen())
+        s_host = {name, Coder("UTF-16BE", "ASCII"), Coder("ASCII", "UTF-16BE")};
+    return s_host;
+}
+
+EncodingCoders &utf8Coders() {
+    static EncodingCoders s_utf8{"UTF-8", Coder("UTF-16BE", "UTF-8"), Coder("UTF-8", "UTF-16BE")};
+    return s_utf8;
+}
+
+bool isSurrogatePair(std::string_view text) {
+    return text.size() >= 4 && (text[0] & 0xFC) == 0xD8 && (text[2] & 0xFC) == 0xDC;
+}
+
+std::size_t oneByte(std::string_view) {
+    return 1;
+}
+
+/** Bytes of the UTF-16 character at the start of the text. */
+std::size_t oneCharacter(std::string_view text) {
+    return isSurrogatePair(text) ? 4 : std::min<std::size_t>(text.size(), 2);
+}
+
+/** Converts all of `text`; what fails is stepped over by `stepOver` and replaced by `substitute`. */
+std::string convertAll(Coder &coder, std::string_view text, std::string_view substitute,
+                       std::size_t (*stepOver)(std::string_view), bool *lost) {
+    std::string result;
+    char block[512];
+    const char *source = text.data();
+    std::size_t left = text.size();
+    coder.reset();
+    const auto keep = [&](auto &&step) {
+        char *target = block;
+        std::size_t room = sizeof block;
+        const int reason = step(target, room);
+        result.append(block, sizeof block - room);
+        return reason;
+    };
+    while (left > 0) {
+        const int reason =
+            keep([&](char *&target, std::size_t &room) { return coder.run(source, left, target, room); });
+        if (reason == 0 || reason == E2BIG) continue;
+        result += substitute;
+        if (lost) *lost = true;
+        const std::size_t step = std::min(stepOver({source, left}), left);
+        source += step;
+        left -= step;
+    }
+    keep([&](char *&target, std::size_t &room) { return coder.finish(target, room); });
+    return result;
+}
+
+std::string withoutMark(std::string_view text) {
+    return std::string(text.substr(UnicodeMark.size()));
+}
+
+std::string toTextString(const std::string &unicode) {
+    bool lost = false;
+    std::string text = UnicodeToPDFDoc(unicode, &lost);
+    // A text that happens to begin with the mark's two letters would be read back as Unicode.
+    if (lost || text.starts_with(UnicodeMark)) text = std::string(UnicodeMark) + unicode;
+    return text;
+}
+
+std::string fromTextString(std::string_view text, bool *lost) {
+    return text.starts_with(UnicodeMark) ? withoutMark(text) : PDFDocToUnicode(text, lost);
+}
+
+} // namespace
+
+std::string HostToUnicode(std::string_view host, bool *lost) {
+    return convertAll(hostCoders().toUnicode, host, UnicodeSubstitute, &oneByte, lost);
+}
+
+std::string UnicodeToHost(std::string_view unicode, bool *lost) {
+    return convertAll(hostCoders().fromUnicode, unicode, "?", &oneCharacter, lost);
+}
+
+std::string PDFDocToUnicode(std::string_view text, bool *lost) {
+    std::string unicode;
+    unicode.reserve(text.size() * 2);
+    for (const char c : text) {
+        const int value = PDFDocCodeToUnicode(static_cast<unsigned char>(c));
+        if (value < 0) {
+            unicode += UnicodeSubstitute;
+            if (lost) *lost = true;
+            continue;
+        }
+        unicode += static_cast<char>(value >> 8);
+        unicode += static_cast<char>(value & 0xFF);
+    }
+    return unicode;
+}
+
+std::string UnicodeToPDFDoc(std::string_view unicode, bool *lost) {
+    std::string text;
+    text.reserve(unicode.size() / 2);
+    for (std::size_t step; !unicode.empty(); unicode.remove_prefix(step)) {
+        step = oneCharacter(unicode);
+        int code = -1;
+        if (step == 2)
+            code = UnicodeToPDFDocCode(static_cast<char32_t>(static_cast<unsigned char>(unicode[0]) << 8 |
+                                                             static_cast<unsigned char>(unicode[1])));
+        if (code < 0 && lost) *lost = true;
+        text += code < 0 ? Bullet : static_cast<char>(code);
+    }
+    return text;
+}
+
+std::string HostToPDFDoc(std::string_view host, bool *lost) {
+    return UnicodeToPDFDoc(HostToUnicode(host, lost), lost);
+}
+
+std::string PDFDocToHost(std::string_view text, bool *lost) {
+    return UnicodeToHost(PDFDocToUnicode(text, lost), lost);
+}
+
+std::string TextStringToHost(std::string_view text, bool *lost) {
+    return UnicodeToHost(fromTextString(text, lost), lost);
+}
+
+std::string HostToTextString(std::string_view host) {
+    return toTextString(HostToUnicode(host));
+}
+
+std::string UTF8ToTextString(std::string_view utf8) {
+    return toTextString(convertAll(utf8Coders().toUnicode, utf8, UnicodeSubstitute, &oneByte, nullptr));
+}
+
+std::string TextStringToUTF8(std::string_view text) {
+    return convertAll(utf8Coders().fromUnicode, fromTextString(text, nullptr), "\xEF\xBF\xBD", &oneCharacter, nullptr);
+}
+
+} // namespace jackdaw

@@ -1,0 +1,126 @@
+// Copies annotations between documents, by their handler or entry by entry.
+//
+// 1. Objects to be copied stand in a work list, so that a long chain of references costs no stack; direct parts are
+//    followed to a fixed depth.
+// 2. Pages and nodes of the page tree are not followed: a copy would bring the document along.
+// SPDX-License-Identifier: MIT
+#include <map>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "AnnotHandlers.h"
+#include "Annots.h"
+#include "Atoms.h"
+#include "Document.h"
+#include "HostError.h"
+#include "LexObjects.h"
+#include "LexStreams.h"
+#include "Pages.h"
+#include "ViewRecords.h"
+
+namespace jackdaw {
+
+namespace {
+
+constexpr int maxNesting = 100;
+
+class TreeCopier {
+public:
+    explicit TreeCopier(LexDoc target) : target_(target) {}
+
+    /** The counterpart of a value; what it refers to is copied by finish. */
+    LexObj copy(LexObj value, int depth = 0) {
+        if (depth > maxNesting) return lex::nullObj;
+        if (lex::isIndirect(value)) return copyIndirect(value);
+        return copyDirect(value, depth);
+    }
+
+    void finish() {
+        while (!pending_.empty()) {
+            const auto [from, to] = pending_.back();
+            pending_.pop_back();
+            fill(from, to, 0);
+        }
+    }
+
+private:
+    static bool isPageNode(LexObj obj) {
+        if (lex::typeOf(obj) != LexDict) return false;
+        const std::string_view type = AtomText(lex::nameOrNone(lex::dictGet(obj, AtomFromText("Type"))));
+        return type == "Page" || type == "Pages" || type == "Catalog";
+    }
+
+    LexObj copyIndirect(LexObj value) {
+        const auto key = std::make_pair(value.node, value.slot);
+        const auto known = copies_.find(key);
+        if (known != copies_.end()) return known->second;
+        const LexType type = lex::typeOf(value);
+        LexObj result = lex::nullObj;
+        if (type == LexDict && !isPageNode(value)) result = lex::newDict(target_, /*indirect*/ true);
+        if (type == LexArray) result = lex::newArray(target_, /*indirect*/ true);
+        if (type == LexStream)
+            result = lex::newStream(target_, lex::rawData(value), /*encode*/ false, lex::nullObj, lex::nullObj);
+        const bool isContainer = !lex::isNull(result);
+        if (!isContainer && type != LexDict && type != LexNull) result = lex::copyScalar(target_, value);
+        copies_[key] = result;
+        if (isContainer) pending_.emplace_back(value, result);
+        return result;
+    }
+
+    LexObj copyDirect(LexObj value, int depth) {
+        const LexType type = lex::typeOf(value);
+        if (type == LexNull || isPageNode(value)) return lex::nullObj;
+        if (type != LexDict && type != LexArray) return lex::copyScalar(target_, value);
+        const LexObj result =
+            type == LexDict ? lex::newDict(target_, /*indirect*/ false) : lex::newArray(target_, /*indirect*/ false);
+        fill(value, result, depth + 1);
+        return result;
+    }
+
+    void fill(LexObj from, LexObj to, int depth) {
+        if (lex::typeOf(from) == LexArray) {
+            const std::int32_t count = lex::arrayLength(from);
+            for (std::int32_t i = 0; i < count; ++i) lex::arrayPut(to, i, copy(lex::arrayGet(from, i), depth));
+            return;
+        }
+        const bool isStream = lex::typeOf(from) == LexStream;
+        for (const auto &[key, value] : lex::dictEntries(from)) {
+            if (isStream && std::string_view(AtomText(key)) == "Length") continue;
+            lex::dictPut(to, key, copy(value, depth));
+        }
+    }
+
+    LexDoc target_;
+    std::map<std::pair<KRWord, KRWord>, LexObj> copies_;
+    std::vector<std::pair<LexObj, LexObj>> pending_;
+};
+
+bool staysBehind(KRAtom key) {
+    const std::string_view name = AtomText(key);
+    return name == "P" || name == "Parent" || name == "Kids" || name == "Popup" || name == "IRT" ||
+           name == "StructParent";
+}
+
+} // namespace
+
+DMAnnot CopyAnnot(DMDoc target, DMPage page, DMAnnot annot, SCDoc source) {
+    SCAnnotHandler *handler = AnnotHandlerFor(annot);
+    DMAnnot result{0, 0};
+    if (const auto copy = handler != nullptr ? MemberOf(handler, &SCAnnotHandler::copy) : nullptr) {
+        ThrowIf(HostProtect([&] { result = copy(handler, target, page, annot, source); }));
+        return result;
+    }
+    if (!annotIsValid(annot)) throw HostError{KRErrBadParam, "There is no annotation to copy."};
+    if (pageDoc(page) != target) throw HostError{KRErrBadParam, "The page is not one of the document."};
+    const LexObj copy = lex::newDict(docLex(target), /*indirect*/ true);
+    TreeCopier copier(docLex(target));
+    for (const auto &[key, value] : lex::dictEntries(annotLex(annot))) {
+        if (!staysBehind(key)) lex::dictPut(copy, key, copier.copy(value));
+    }
+    copier.finish();
+    lex::dictPut(copy, AtomFromText("P"), pageLex(page));
+    return annotFromLex(copy);
+}
+
+} // namespace jackdaw

@@ -1,0 +1,40 @@
+// The registry of annotation handlers.
+// SPDX-License-Identifier: MIT
+#include "AnnotHandlers.h"
+
+#include <map>
+
+#include "Annots.h"
+#include "HostError.h"
+#include "Registries.h"
+#include "ViewRecords.h"
+
+namespace jackdaw {
+
+namespace {
+
+std::map<KRAtom, SCAnnotHandler *> &handlers() {
+    static std::map<KRAtom, SCAnnotHandler *> byType;
+    return byType;
+}
+
+} // namespace
+
+void RegisterAnnotHandler(SCAnnotHandler *handler) {
+    const auto getType = handler != nullptr ? MemberOf(handler, &SCAnnotHandler::getType) : nullptr;
+    if (getType == nullptr) throw HostError{KRErrBadParam, "An annotation handler must tell its type."};
+    KRAtom type = KRAtomNull;
+    ThrowIf(HostProtect([&] { type = getType(handler); }));
+    handlers()[type] = handler;
+}
+
+SCAnnotHandler *AnnotHandlerFor(DMAnnot annot) {
+    const auto found = handlers().find(annotSubtype(annot));
+    return found == handlers().end() ? nullptr : found->second;
+}
+
+void ForgetAnnotHandlers() {
+    handlers().clear();
+}
+
+} // namespace jackdaw

@@ -1,0 +1,167 @@
+// The application's memory, and its idle procedures.
+// SPDX-License-Identifier: MIT
+#include "AppState.h"
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <map>
+#include <vector>
+
+#include "Atoms.h"
+#include "HostError.h"
+#include "Registries.h"
+#include "ViewPlatform.h"
+#include "ViewRecords.h"
+
+struct SCToolRec {
+    KRAtom type;
+};
+
+namespace jackdaw {
+
+namespace {
+
+struct IdleProc {
+    std::uint64_t id;
+    SCIdleProc proc;
+    void *clientData;
+    std::int64_t period;
+    std::int64_t due;
+};
+
+std::map<std::int32_t, KRWord> &preferences() {
+    static std::map<std::int32_t, KRWord> words;
+    return words;
+}
+
+std::vector<IdleProc> &idleProcs() {
+    static std::vector<IdleProc> procs;
+    return procs;
+}
+
+std::map<KRAtom, SCAuxDataHandler *> &auxHandlers() {
+    static std::map<KRAtom, SCAuxDataHandler *> handlers;
+    return handlers;
+}
+
+std::atomic<bool> cancelRequested{false};
+static_assert(std::atomic<bool>::is_always_lock_free, "set from signal handlers");
+
+bool fullScreen = false;
+
+} // namespace
+
+KRWord Preference(std::int32_t number) {
+    const auto found = preferences().find(number);
+    return found == preferences().end() ? 0 : found->second;
+}
+
+void SetPreference(std::int32_t number, KRWord value) {
+    preferences()[number] = value;
+}
+
+void RequestCancel() {
+    cancelRequested = true;
+}
+
+void ClearCancel() {
+    cancelRequested = false;
+}
+
+bool CancelRequested() {
+    return cancelRequested;
+}
+
+bool BeginFullScreen(const DMColorValue *background) {
+    if (!fullScreen && Platform().beginFullScreen != nullptr) fullScreen = Platform().beginFullScreen(background);
+    return fullScreen;
+}
+
+void EndFullScreen() {
+    if (!fullScreen) return;
+    fullScreen = false;
+    if (Platform().endFullScreen != nullptr) Platform().endFullScreen();
+}
+
+bool DoingFullScreen() {
+    return fullScreen;
+}
+
+SCTool ActiveTool() {
+    static SCToolRec hand{AtomFromText("Hand")};
+    return &hand;
+}
+
+KRAtom ToolType(SCTool tool) {
+    if (tool != ActiveTool()) throw HostError{KRErrBadParam, "There is no such tool."};
+    return tool->type;
+}
+
+std::int64_t TicksNow() {
+    using Ticks = std::chrono::duration<std::int64_t, std::ratio<1, 60>>;
+    return std::chrono::duration_cast<Ticks>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+void RegisterIdle(SCIdleProc proc, void *clientData, std::uint32_t period) {
+    if (proc == nullptr) throw HostError{KRErrBadParam, "An idle procedure is missing."};
+    static std::uint64_t nextID = 0;
+    idleProcs().push_back({++nextID, proc, clientData, period, TicksNow() + period});
+}
+
+void UnregisterIdle(SCIdleProc proc, void *clientData) {
+    std::vector<IdleProc> &procs = idleProcs();
+    const auto found = std::find_if(procs.begin(), procs.end(),
+                                    [&](const IdleProc &p) { return p.proc == proc && p.clientData == clientData; });
+    if (found != procs.end()) procs.erase(found);
+}
+
+void RunIdle() {
+    RunIdleAt(TicksNow());
+}
+
+void RunIdleAt(std::int64_t now) {
+    // Procedures come and go while others run: what is called is looked up again by its number.
+    std::vector<std::uint64_t> due;
+    for (const IdleProc &p : idleProcs()) {
+        if (p.due <= now) due.push_back(p.id);
+    }
+    for (const std::uint64_t id : due) {
+        std::vector<IdleProc> &procs = idleProcs();
+        const auto found = std::find_if(procs.begin(), procs.end(), [&](const IdleProc &p) { return p.id == id; });
+        if (found == procs.end()) continue;
+        found->due = now + found->period;
+        const IdleProc called = *found;
+        HostProtect([&] { called.proc(called.clientData); });
+    }
+}
+
+std::optional<std::int64_t> IdleDelay() {
+    if (idleProcs().empty()) return std::nullopt;
+    std::int64_t first = idleProcs().front().due;
+    for (const IdleProc &p : idleProcs()) first = std::min(first, p.due);
+    return std::max<std::int64_t>(0, first - TicksNow());
+}
+
+bool RegisterAuxData(KRAtom type, SCAuxDataHandler *handler) {
+    if (handler == nullptr || type == KRAtomNull) return false;
+    auxHandlers()[type] = handler;
+    return true;
+}
+
+bool PerformAuxData(SCDoc view, KRAtom type, void *data, std::uint32_t length) {
+    const auto found = auxHandlers().find(type);
+    if (found == auxHandlers().end()) return false;
+    const auto perform = MemberOf(found->second, &SCAuxDataHandler::perform);
+    if (perform == nullptr) return false;
+    bool taken = false;
+    ThrowIf(HostProtect([&] { taken = perform(view, type, data, length) != 0; }));
+    return taken;
+}
+
+void ForgetAppCallbacks() {
+    idleProcs().clear();
+    auxHandlers().clear();
+}
+
+} // namespace jackdaw

@@ -1,0 +1,149 @@
+// Selections and their servers.
+// SPDX-License-Identifier: MIT
+#include "Selection.h"
+
+#include <vector>
+
+#include "AnnotHandlers.h"
+#include "Atoms.h"
+#include "HostError.h"
+#include "Memory.h"
+#include "Registries.h"
+#include "ViewRecords.h"
+#include "Views.h"
+
+namespace jackdaw {
+
+namespace {
+
+struct Server {
+    KRAtom type;
+    SCSelectionServer *record;
+};
+
+/** The newest last. */
+std::vector<Server> &servers() {
+    static std::vector<Server> list;
+    return list;
+}
+
+SCSelectionServer *serverOf(KRAtom type) {
+    for (auto it = servers().rbegin(); it != servers().rend(); ++it) {
+        if (it->type == type) return it->record;
+    }
+    return nullptr;
+}
+
+/** Takes leave of what was selected; gives the first code that came up. */
+KRErrorCode lose(SCDoc view, SCSelectionServer *server, void *data, bool highlight) {
+    KRErrorCode code = KRErrNone;
+    if (const auto losing = MemberOf(server, &SCSelectionServer::losingSelection))
+        code = HostProtect([&] { losing(view, data, highlight); });
+    if (const auto destroy = MemberOf(server, &SCSelectionServer::destroy)) {
+        const KRErrorCode destroyCode = HostProtect([&] { destroy(view, data); });
+        if (code == KRErrNone) code = destroyCode;
+    }
+    return code;
+}
+
+// The host's own server.
+
+using SelectionProc = void (*SCAnnotHandler::*)(SCAnnotHandler *, DMAnnot, SCPageView);
+
+void tellHandler(SCDoc view, void *data, SelectionProc member) {
+    const DMAnnot annot = *static_cast<const DMAnnot *>(data);
+    SCAnnotHandler *handler = AnnotHandlerFor(annot);
+    const auto proc = handler != nullptr ? MemberOf(handler, member) : nullptr;
+    if (proc != nullptr) ThrowIf(HostProtect([&] { proc(handler, annot, PageViewOf(view)); }));
+}
+
+KRBool annotKeyDown(SCDoc, void *data, std::uint16_t key, std::uint32_t flags) {
+    const DMAnnot annot = *static_cast<const DMAnnot *>(data);
+    SCAnnotHandler *handler = AnnotHandlerFor(annot);
+    const auto proc = handler != nullptr ? MemberOf(handler, &SCAnnotHandler::doKeyDown) : nullptr;
+    KRBool taken = 0;
+    if (proc != nullptr) ThrowIf(HostProtect([&] { taken = proc(handler, annot, key, flags); }));
+    return taken;
+}
+
+} // namespace
+
+bool RegisterSelectionServer(SCSelectionServer *server) {
+    if (server == nullptr) return false;
+    const auto getType = MemberOf(server, &SCSelectionServer::getType);
+    if (getType == nullptr) return false;
+    KRAtom type = KRAtomNull;
+    ThrowIf(HostProtect([&] { type = getType(); }));
+    if (type == KRAtomNull) return false;
+    servers().push_back({type, server});
+    return true;
+}
+
+void InstallAnnotSelection() {
+    static SCSelectionServer server{
+        sizeof(SCSelectionServer),
+        [] { return AtomFromText("Annotation"); },
+        [](SCDoc view, void *data, KRBool) { tellHandler(view, data, &SCAnnotHandler::addedToSelection); },
+        [](SCDoc view, void *data, KRBool) { tellHandler(view, data, &SCAnnotHandler::removedFromSelection); },
+        &annotKeyDown,
+        [](SCDoc, void *data) { Release(data); },
+    };
+    RegisterSelectionServer(&server);
+}
+
+KRAtom SelectionType(SCDoc view) {
+    return RecordOf(view).selectionType;
+}
+
+void *SelectionData(SCDoc view) {
+    return RecordOf(view).selection;
+}
+
+bool SetSelection(SCDoc view, KRAtom type, void *data, bool highlight) {
+    SCDocRec &rec = RecordOf(view);
+    SCSelectionServer *server = serverOf(type);
+    if (server == nullptr) return false;
+    // Clearing would destroy the very data that is to be selected.
+    if (rec.selectionType == type && rec.selection == data) return true;
+    if (!ClearSelection(view, highlight) || !ViewIsOpen(view)) return false;
+    rec.selectionType = type;
+    rec.selection = data;
+    const auto getting = MemberOf(server, &SCSelectionServer::gettingSelection);
+    if (getting == nullptr) return true;
+    const KRErrorCode code = HostProtect([&] { getting(view, data, highlight); });
+    if (code == KRErrNone) return true;
+    if (ViewIsOpen(view) && rec.selectionType == type && rec.selection == data) {
+        rec.selectionType = KRAtomNull;
+        rec.selection = nullptr;
+        if (const auto destroy = MemberOf(server, &SCSelectionServer::destroy))
+            HostProtect([&] { destroy(view, data); });
+    }
+    ThrowIf(code);
+    return false;
+}
+
+bool ClearSelection(SCDoc view, bool highlight) {
+    SCDocRec &rec = RecordOf(view);
+    if (rec.selectionType == KRAtomNull) return true;
+    SCSelectionServer *server = serverOf(rec.selectionType);
+    void *data = rec.selection;
+    rec.selectionType = KRAtomNull;
+    rec.selection = nullptr;
+    ThrowIf(lose(view, server, data, highlight));
+    return !ViewIsOpen(view) || rec.selectionType == KRAtomNull;
+}
+
+bool SelectionKeyDown(SCDoc view, std::uint16_t key, std::uint32_t flags) {
+    const SCDocRec &rec = RecordOf(view);
+    if (rec.selectionType == KRAtomNull) return false;
+    const auto keyDown = MemberOf(serverOf(rec.selectionType), &SCSelectionServer::keyDown);
+    bool taken = false;
+    if (keyDown != nullptr) ThrowIf(HostProtect([&] { taken = keyDown(view, rec.selection, key, flags) != 0; }));
+    return taken;
+}
+
+void ForgetSelectionServers() {
+    servers().clear();
+}
+
+} // namespace jackdaw

@@ -1,0 +1,43 @@
+// The user interface table over the platform's procedures.
+// SPDX-License-Identifier: MIT
+#include "UITable.h"
+
+#include "Bind.h"
+#include "ScreenViewUserInterfaceHFT.h"
+#include "ViewPlatform.h"
+#include "ViewRecords.h"
+#include "Views.h"
+
+namespace jackdaw {
+
+namespace {
+
+void showWidgetProperties(SCDoc view, const char *title, KRAtom subtype, const char *kind) {
+    RecordOf(view);
+    if (Platform().showWidgetProperties != nullptr) Platform().showWidgetProperties(view, title, subtype, kind);
+}
+
+void showToolTip(SCPageView view, const char *text) {
+    RecordOf(view);
+    if (Platform().showToolTip != nullptr) Platform().showToolTip(view, text);
+}
+
+bool dragPoint(SCPageView view, std::int16_t *x, std::int16_t *y) {
+    RecordOf(view);
+    std::int16_t h = 0;
+    std::int16_t v = 0;
+    if (Platform().dragPoint == nullptr || !Platform().dragPoint(view, &h, &v)) return false;
+    if (x != nullptr) *x = h;
+    if (y != nullptr) *y = v;
+    return true;
+}
+
+} // namespace
+
+void FillScreenViewUserInterfaceTable() {
+    Bind<&showWidgetProperties>(SCUIShowWidgetProperties);
+    Bind<&showToolTip>(SCUIToolTip);
+    Bind<&dragPoint>(SCUIDragPoint);
+}
+
+} // namespace jackdaw

@@ -1,0 +1,9 @@
+// Fills the user interface table of the screen view.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+namespace jackdaw {
+
+void FillScreenViewUserInterfaceTable();
+
+} // namespace jackdaw

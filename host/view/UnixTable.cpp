@@ -1,0 +1,75 @@
+// The Unix table: folders, and what of the toolkit the platform has.
+// SPDX-License-Identifier: MIT
+#include "UnixTable.h"
+
+#include <cstdlib>
+#include <pwd.h>
+#include <string>
+#include <unistd.h>
+
+#include "Bind.h"
+#include "Memory.h"
+#include "PlugIns.h"
+#include "UnixHFT.h"
+#include "ViewPlatform.h"
+
+namespace jackdaw {
+
+namespace {
+
+void *topWidget() {
+    return Platform().topWidget != nullptr ? Platform().topWidget() : nullptr;
+}
+
+void registerResources(const char *className, const char *const *fallback) {
+    if (Platform().registerResources != nullptr) Platform().registerResources(className, fallback);
+}
+
+void modalLoop(void *dialog, const KRBool *done) {
+    if (Platform().modalLoop != nullptr && dialog != nullptr && done != nullptr) Platform().modalLoop(dialog, done);
+}
+
+char *plugInDir(KRWord extensionID) {
+    const std::string file = PlugInFile(extensionID);
+    if (file.empty()) throw HostError{KRErrBadParam, "There is no such plug-in."};
+    const std::size_t slash = file.rfind('/');
+    return AllocateText(slash == std::string::npos ? "." : file.substr(0, slash == 0 ? 1 : slash));
+}
+
+/** $HOME as it is now, so that a user's own setting holds; the password file for those without. */
+const char *userDir() {
+    static std::string folder;
+    const char *home = std::getenv("HOME");
+    if (home != nullptr && *home != '\0') {
+        folder = home;
+    } else {
+        const passwd *entry = getpwuid(getuid());
+        folder = entry != nullptr && entry->pw_dir != nullptr ? entry->pw_dir : "/";
+    }
+    return folder.c_str();
+}
+
+const char *resourceString(void *widget, const char *key, const char *fallback) {
+    if (Platform().resourceString == nullptr || widget == nullptr) return fallback;
+    return Platform().resourceString(widget, key, fallback);
+}
+
+SCCursor makeCursor(const unsigned char *bits, const unsigned char *mask, std::int32_t width, std::int32_t height,
+                    std::int32_t hotX, std::int32_t hotY) {
+    if (Platform().makeCursor == nullptr) return nullptr;
+    return Platform().makeCursor(bits, mask, width, height, hotX, hotY);
+}
+
+} // namespace
+
+void FillUnixTable() {
+    Bind<&topWidget>(UnixGetTopWidget);
+    Bind<&registerResources>(UnixRegisterResources);
+    Bind<&modalLoop>(UnixModalLoop);
+    Bind<&plugInDir>(UnixGetPlugInDir);
+    Bind<&userDir>(UnixGetUserDir);
+    Bind<&resourceString>(UnixGetResourceString);
+    Bind<&makeCursor>(UnixMakeCursor);
+}
+
+} // namespace jackdaw

@@ -1,0 +1,426 @@
+// The screen view table: the functions of host/view in their slots, and the few that need fitting.
+// SPDX-License-Identifier: MIT
+#include "ViewTable.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "ActionDispatch.h"
+#include "Alerts.h"
+#include "AnnotHandlers.h"
+#include "AppState.h"
+#include "Bind.h"
+#include "Menus.h"
+#include "Notify.h"
+#include "PageView.h"
+#include "Progress.h"
+#include "Registries.h"
+#include "Render.h"
+#include "ScreenViewHFT.h"
+#include "Selection.h"
+#include "ViewPlatform.h"
+#include "ViewRecords.h"
+#include "Views.h"
+
+namespace jackdaw {
+
+namespace {
+
+template <class T>
+T &required(T *pointer) {
+    if (pointer == nullptr) throw HostError{KRErrBadParam, "An argument is missing."};
+    return *pointer;
+}
+
+template <class T>
+void store(T *place, T value) {
+    if (place != nullptr) *place = value;
+}
+
+std::string textOf(const char *text) {
+    return text != nullptr ? text : "";
+}
+
+// Alerts.
+
+std::int32_t alert(std::int32_t icon, const char *text, const char *button1, const char *button2, const char *button3,
+                   KRBool beep) {
+    AlertRequest request;
+    request.icon = static_cast<AlertIcon>(icon >= 0 && icon <= 3 ? icon : 0);
+    request.text = textOf(text);
+    request.buttons[0] = button1 != nullptr && *button1 != '\0' ? button1 : "OK";
+    request.buttons[1] = textOf(button2);
+    request.buttons[2] = textOf(button3);
+    request.beep = beep != 0;
+    return ShowAlert(request);
+}
+
+void alertNote(const char *text) {
+    alert(/*icon*/ 0, text, "OK", /*button2*/ nullptr, /*button3*/ nullptr, /*beep*/ 0);
+}
+
+// The application.
+
+void getVersion(std::int16_t *major, std::int16_t *minor) {
+    store(major, AppVersionMajor);
+    store(minor, AppVersionMinor);
+}
+
+const char *getLanguage() {
+    return AppLanguage;
+}
+
+KRBool cancelProc(void *) {
+    return CancelRequested() ? 1 : 0;
+}
+
+SCCancelProc getCancelProc(void **clientData) {
+    store<void *>(clientData, nullptr);
+    return &cancelProc;
+}
+
+void enumDocs(SCAppEnumDocsProc proc, void *clientData) {
+    required(proc);
+    // The list as it was at the start; a view that was closed on the way is left out.
+    for (const SCDoc view : OpenViews()) {
+        KRBool goOn = 1;
+        if (ViewIsOpen(view)) ThrowIf(HostProtect([&] { goOn = proc(view, clientData); }));
+        if (goOn == 0) return;
+    }
+}
+
+const SCProgressMonitor *getProgressMonitor(void **clientData) {
+    store<void *>(clientData, nullptr);
+    return ProgressMonitor();
+}
+
+SCToolBar getToolBar() {
+    return Platform().toolBar != nullptr ? Platform().toolBar() : nullptr;
+}
+
+bool registerAuxData(KRWord, KRAtom type, SCAuxDataHandler *handler) {
+    return RegisterAuxData(type, handler);
+}
+
+// Views.
+
+void getViewDef(SCDoc view, SCDocViewDef *def) {
+    // A caller of an older record gets as much as it has room for.
+    const std::uint32_t size = required(def).size;
+    SCDocViewDef present = ViewDefOf(PageViewOf(view));
+    if (size != 0) present.size = size;
+    std::memcpy(def, &present, size != 0 ? std::min<std::size_t>(size, sizeof present) : sizeof present);
+}
+
+void setViewDef(SCDoc view, const SCDocViewDef *def) {
+    if (required(def).size < sizeof(SCDocViewDef)) throw HostError{KRErrBadParam, "The record is too small."};
+    UseViewDef(PageViewOf(view), *def);
+}
+
+bool isExternal(SCDoc view) {
+    RecordOf(view);
+    return false;
+}
+
+void printPages(SCDoc view, std::int32_t first, std::int32_t last) {
+    notifyPages(DMDocWillPrintPages, DocOfView(view), first, last);
+    if (Platform().printPages != nullptr && ViewIsOpen(view)) Platform().printPages(view, first, last);
+}
+
+// Menus.
+
+SCMenuItem trackPopUp(SCMenu menu, std::int16_t x, std::int16_t y, KRBool rightMouse) {
+    MenuName(menu);
+    if (Platform().trackPopUp == nullptr) return nullptr;
+    const SCMenuItem item = Platform().trackPopUp(menu, x, y, rightMouse != 0);
+    if (item != nullptr) AcquireItem(item);
+    return item;
+}
+
+// The page view.
+
+void getAperture(SCPageView view, SCRect *rect) {
+    required(rect) = ApertureOf(view);
+}
+
+void getColor(SCPageView view, DMColorValue *color) {
+    required(color) = DrawingColor(view);
+}
+
+void setColor(SCPageView view, const DMColorValue *color) {
+    SetDrawingColor(view, required(color));
+}
+
+void invalidate(SCPageView view, const SCRect *rect) {
+    RecordOf(view);
+    if (Platform().invalidate != nullptr) Platform().invalidate(view, rect);
+}
+
+void drawNow(SCPageView view) {
+    RecordOf(view);
+    if (Platform().drawNow != nullptr) Platform().drawNow(view);
+}
+
+void invertRect(SCPageView view, const SCRect *rect) {
+    RecordOf(view);
+    if (Platform().invertRect != nullptr) Platform().invertRect(view, &required(rect));
+}
+
+void invertOutline(SCPageView view, const SCRect *rect) {
+    RecordOf(view);
+    if (Platform().invertOutline != nullptr) Platform().invertOutline(view, &required(rect));
+}
+
+void drawOutline(SCPageView view, const SCRect *rect, std::int16_t width, const KRFixed *dashes, std::int32_t count) {
+    RecordOf(view);
+    if (Platform().drawOutline == nullptr) return;
+    Platform().drawOutline(view, &required(rect), width, dashes, dashes != nullptr ? count : 0);
+}
+
+void fillRect(SCPageView view, const SCRect *rect) {
+    RecordOf(view);
+    if (Platform().fillRect != nullptr) Platform().fillRect(view, &required(rect));
+}
+
+/** Without a pointer a place that is on no page. */
+void getMousePosition(SCPageView view, std::int16_t *x, std::int16_t *y) {
+    RecordOf(view);
+    std::int16_t h = -1;
+    std::int16_t v = -1;
+    if (Platform().getPointer != nullptr) Platform().getPointer(view, &h, &v);
+    store(x, h);
+    store(y, v);
+}
+
+void getAnnotRect(SCPageView view, DMAnnot annot, SCRect *rect) {
+    required(rect) = AnnotRect(view, annot);
+}
+
+void *acquirePort(SCPageView view) {
+    RecordOf(view);
+    return Platform().acquirePort != nullptr ? Platform().acquirePort(view) : nullptr;
+}
+
+/** The port may outlive its view by the closing that it is released for. */
+void releasePort(SCPageView view, void *port) {
+    if (port != nullptr && Platform().releasePort != nullptr) Platform().releasePort(view, port);
+}
+
+void devicePointToPage(SCPageView view, std::int16_t x, std::int16_t y, KRFixedPoint *point) {
+    required(point) = PointToPage(view, x, y);
+}
+
+/** There is no grid to snap to. */
+void snapRect(SCPageView view, KRFixedRect *rect) {
+    RecordOf(view);
+    required(rect);
+}
+
+void deviceRectToPage(SCPageView view, const SCRect *rect, KRFixedRect *pageRect) {
+    required(pageRect) = RectToPage(view, required(rect));
+}
+
+void drawLexObj(SCPageView view, LexObj stream, const SCRect *rect) {
+    DrawStream(view, stream, required(rect));
+}
+
+// The system and the tools.
+
+std::uint32_t getModifiers() {
+    return Platform().getModifiers != nullptr ? Platform().getModifiers() : 0;
+}
+
+bool mouseIsStillDown() {
+    return Platform().buttonIsDown != nullptr && Platform().buttonIsDown();
+}
+
+void beep(std::int32_t duration) {
+    if (Platform().beep != nullptr) Platform().beep(duration);
+}
+
+SCCursor standardCursor(std::int16_t id) {
+    return Platform().standardCursor != nullptr ? Platform().standardCursor(id) : nullptr;
+}
+
+void setCursor(SCCursor cursor) {
+    if (Platform().setCursor != nullptr) Platform().setCursor(cursor);
+}
+
+SCCursor getCursor() {
+    return Platform().getCursor != nullptr ? Platform().getCursor() : nullptr;
+}
+
+SCToolButton toolButton(SCToolBar bar, KRAtom name) {
+    return bar != nullptr && Platform().toolButton != nullptr ? Platform().toolButton(bar, name) : nullptr;
+}
+
+void removeToolButton(SCToolButton button) {
+    if (button != nullptr && Platform().removeToolButton != nullptr) Platform().removeToolButton(button);
+}
+
+void drawWindowNow(SCWindow window) {
+    if (window != nullptr && Platform().drawWindowNow != nullptr) Platform().drawWindowNow(window);
+}
+
+void renderPage(DMDoc doc, std::int32_t page, std::int32_t dpi, KRFileSys fs, KRPathName path) {
+    RenderPageToFile(doc, page, dpi, fs, path);
+}
+
+// Filling, in the order of the slots.
+
+void fillActionsAndAlerts() {
+    Bind<&NewActionProcs>(SCActionHandlerProcsNew);
+    Bind<&ActionHandlerByType>(SCAppGetActionHandlerByType);
+    Bind<&RegisterActionHandler>(SCAppRegisterActionHandler);
+    Bind<&PerformAction>(SCDocPerformAction);
+    Bind<&CopyAction>(SCDocCopyAction);
+    Bind<&CopyActionCommon>(SCDocCopyActionCommon);
+    Bind<&alert>(SCAlert);
+    Bind<&alertNote>(SCAlertNote);
+}
+
+void fillApplication() {
+    Bind<&getVersion>(SCAppGetVersion);
+    Bind<&getLanguage>(SCAppGetLanguage);
+    Bind<&getCancelProc>(SCAppGetCancelProc);
+    Bind<&FrontView>(SCAppGetActiveDoc);
+    Bind<&enumDocs>(SCAppEnumDocs);
+    Bind<&getProgressMonitor>(SCAppGetDocProgressMonitor);
+    Bind<&Menubar>(SCAppGetMenubar);
+    Bind<&getToolBar>(SCAppGetToolBar);
+    Bind<&ActiveTool>(SCAppGetActiveTool);
+    Bind<&RegisterAnnotHandler>(SCAppRegisterAnnotHandler);
+    Bind<&Preference>(SCAppGetPreference);
+    Bind<&SetPreference>(SCAppSetPreference);
+    Bind<&BeginFullScreen>(SCAppBeginFullScreen);
+    Bind<&EndFullScreen>(SCAppEndFullScreen);
+    Bind<&DoingFullScreen>(SCAppDoingFullScreen);
+    Bind<&RegisterIdle>(SCAppRegisterIdleProc);
+    Bind<&UnregisterIdle>(SCAppUnregisterIdleProc);
+    Bind<&registerNotification>(SCAppRegisterNotification);
+    Bind<&unregisterNotification>(SCAppUnregisterNotification);
+    Bind<&registerAuxData>(SCAppRegisterAuxDataHandler);
+}
+
+void fillViews() {
+    Bind<&OpenFileThroughTable>(SCDocOpenFromFile);
+    Bind<&OpenFileInView>(SCDocOpenFromFileWithParams);
+    Bind<&OpenDocInView>(SCDocOpenFromDMDoc);
+    Bind<&CloseView>(SCDocClose);
+    Bind<&DocOfView>(SCDocGetDMDoc);
+    Bind<&PageViewOf>(SCDocGetPageView);
+    Bind<&WindowOfView>(SCDocGetWindow);
+    Bind<&SelectionType>(SCDocGetSelectionType);
+    Bind<&SelectionData>(SCDocGetSelection);
+    Bind<&SetSelection>(SCDocSetSelection);
+    Bind<&ClearSelection>(SCDocClearSelection);
+    Bind<&RegisterSelectionServer>(SCDocRegisterSelectionServer);
+    Bind<&printPages>(SCDocPrintPages);
+    Bind<&getViewDef>(SCDocGetViewDef);
+    Bind<&setViewDef>(SCDocSetViewDef);
+    Bind<&isExternal>(SCDocIsExternal);
+    Bind<&CopyAnnot>(SCDocCopyAnnot);
+    Bind<&renderPage>(SCDocRenderPage);
+}
+
+void fillMenus() {
+    Bind<&AcquireMenuByName>(SCMenubarAcquireMenuByName);
+    Bind<&AcquireItemByName>(SCMenubarAcquireMenuItemByName);
+    Bind<&NewMenu>(SCMenuNew);
+    Bind<&ReleaseMenu>(SCMenuRelease);
+    Bind<&RemoveMenu>(SCMenuRemove);
+    Bind<&ParentItemOf>(SCMenuGetParentMenuItem);
+    Bind<&AddItem>(SCMenuAddMenuItem);
+    Bind<&NewMenuItem>(SCMenuItemNew);
+    Bind<&AcquireSubmenu>(SCMenuItemAcquireSubmenu);
+    Bind<&ReleaseItem>(SCMenuItemRelease);
+    Bind<&RemoveItem>(SCMenuItemRemove);
+    Bind<&SetItemExecute>(SCMenuItemSetExecuteProc);
+    Bind<&SetItemEnabled>(SCMenuItemSetComputeEnabledProc);
+    Bind<&SetItemMarked>(SCMenuItemSetComputeMarkedProc);
+    Bind<&ParentMenuOf>(SCMenuItemGetParentMenu);
+    Bind<&ExecuteItem>(SCMenuItemExecute);
+    Bind<&ItemIsVisible>(SCMenuItemIsVisible);
+    Bind<&trackPopUp>(SCMenuTrackPopUp);
+}
+
+void fillPageView() {
+    Bind<&DocOfPageView>(SCPageViewGetDoc);
+    Bind<&getAperture>(SCPageViewGetAperture);
+    Bind<&ShownPage>(SCPageViewGetPage);
+    Bind<&ZoomOf>(SCPageViewGetZoom);
+    Bind<&ZoomTypeOf>(SCPageViewGetZoomType);
+    Bind<&ShownPageNum>(SCPageViewGetPageNum);
+    Bind<&getColor>(SCPageViewGetColor);
+    Bind<&setColor>(SCPageViewSetColor);
+    Bind<&BeginViewOperation>(SCPageViewBeginOperation);
+    Bind<&EndViewOperation>(SCPageViewEndOperation);
+    Bind<&GoToPage>(SCPageViewGoTo);
+    Bind<&ZoomTo>(SCPageViewZoomTo);
+    Bind<&ScrollTo>(SCPageViewScrollTo);
+    Bind<&GoBack>(SCPageViewGoBack);
+    Bind<&GoForward>(SCPageViewGoForward);
+    Bind<&invalidate>(SCPageViewInvalidateRect);
+    Bind<&drawNow>(SCPageViewDrawNow);
+    Bind<&invertRect>(SCPageViewInvertRect);
+    Bind<&invertOutline>(SCPageViewInvertRectOutline);
+    Bind<&drawOutline>(SCPageViewDrawRectOutline);
+    Bind<&fillRect>(SCPageViewDrawRect);
+}
+
+void fillPlaces() {
+    Bind<&getMousePosition>(SCPageViewGetMousePosition);
+    Bind<&AnnotAtPoint>(SCPageViewIsAnnotAtPoint);
+    Bind<&getAnnotRect>(SCPageViewGetAnnotRect);
+    Bind<&acquirePort>(SCPageViewAcquireMachinePort);
+    Bind<&releasePort>(SCPageViewReleaseMachinePort);
+    Bind<&devicePointToPage>(SCPageViewDevicePointToPage);
+    Bind<&snapRect>(SCPageViewSnapRect);
+    Bind<&deviceRectToPage>(SCPageViewDeviceRectToPage);
+    Bind<&FirstVisiblePage>(SCPageViewGetFirstVisiblePageNum);
+    Bind<&LastVisiblePage>(SCPageViewGetLastVisiblePageNum);
+    Bind<&PageIsVisible>(SCPageViewIsPageVisible);
+    Bind<&SetAnnotPage>(SCPageViewGetVisibleAnnotPage);
+    Bind<&drawLexObj>(SCPageViewDrawLexObj);
+    Bind<&UseDest>(SCPageViewUseDestInfo);
+    Bind<&PageOfAnnot>(SCDMAnnotGetPageNum);
+}
+
+void fillSystem() {
+    Bind<&getModifiers>(SCSysGetModifiers);
+    Bind<&mouseIsStillDown>(SCSysMouseIsStillDown);
+    Bind<&beep>(SCSysBeep);
+    Bind<&standardCursor>(SCSysGetStandardCursor);
+    Bind<&setCursor>(SCSysSetCursor);
+    Bind<&getCursor>(SCSysGetCursor);
+    Bind<&ToolType>(SCToolGetType);
+    Bind<&toolButton>(SCToolBarGetButtonByName);
+    Bind<&removeToolButton>(SCToolButtonRemove);
+    Bind<&drawWindowNow>(SCWindowDrawNow);
+}
+
+/** What an earlier run of the host in this process registered belongs to plug-ins that are gone. */
+void startRegistries() {
+    ForgetActionHandlers();
+    ForgetAnnotHandlers();
+    ForgetSelectionServers();
+    ForgetAppCallbacks();
+    DestroyMenus();
+    InstallHostActions();
+    InstallAnnotSelection();
+}
+
+} // namespace
+
+void FillScreenViewTable() {
+    fillActionsAndAlerts();
+    fillApplication();
+    fillViews();
+    fillMenus();
+    fillPageView();
+    fillPlaces();
+    fillSystem();
+    startRegistries();
+}
+
+} // namespace jackdaw

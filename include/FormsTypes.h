@@ -1,0 +1,183 @@
+// Records of the forms plug-in that other plug-ins see: fields, texts, looks, borders, broadcasts, widget handlers.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <type_traits>
+
+#include "KRTypes.h"
+
+/** A field of a form. Valid until it is undefined or its document closes; never kept across a save. */
+struct DMField;
+
+/** The builder of an appearance stream. */
+struct CStore;
+
+enum EStrEncoding : std::int32_t {
+    EStrHost = 0,
+    EStrPDFDoc = 1,
+    /** Big-endian UCS-2 starting with the bytes 254, 255. */
+    EStrUCS2 = 2,
+    /** As a target: PDFDocEncoding if nothing is lost, else UCS-2. Never stored. */
+    EStrText = 3,
+    EStrShiftJIS = 4
+};
+
+/**
+ * A text with its encoding. `bytes` comes from KRmalloc, belongs to the record and always ends in two zero bytes that
+ * `length` does not count. An observer may put other text in: grow `bytes` with KRrealloc and set all four members.
+ */
+struct EStr {
+    std::int32_t encoding;
+    char *bytes;
+    std::uint16_t length;
+    std::uint16_t capacity;
+};
+
+/** Text look of a field (`DA` and `Q`). Compared byte for byte: clear it before filling it. */
+struct TextAppearance {
+    KRFixed charSpacing;
+    KRFixed wordSpacing;
+    /** Percent, 100.0 for none. */
+    KRFixed hScale;
+    KRFixed leading;
+    KRFixed rise;
+    /** Points; 0 means automatic. */
+    KRFixed size;
+    KRFixedMatrix matrix;
+    DMColorValue strokeColor;
+    DMColorValue fillColor;
+    std::uint16_t renderMode;
+    /** 0 left, 1 centre, 2 right. */
+    std::uint16_t quadding;
+    /** Such as "Helvetica"; KRAtomNull unset. */
+    KRAtom baseFont;
+    /** Such as "Helv"; KRAtomNull unset. */
+    KRAtom fontResource;
+};
+static_assert(std::has_unique_object_representations_v<TextAppearance>, "compared byte for byte");
+
+enum TSBorderStyle : std::int32_t {
+    TSBorderSolid = 0,
+    TSBorderDashed = 1,
+    TSBorderBeveled = 2,
+    TSBorderInset = 3,
+    TSBorderUnderline = 4
+};
+
+/** Border of a widget. Compared byte for byte. */
+struct TSBorder {
+    std::int32_t style;
+    /** Whole points. */
+    std::int32_t width;
+    std::int32_t dashCount;
+    KRFixed dashes[10];
+};
+static_assert(std::has_unique_object_representations_v<TSBorder>, "compared byte for byte");
+
+/** What every broadcast of the form carries; members that a broadcast has no use for are 0. */
+struct TSFieldNotifyRec {
+    DMDoc doc;
+    DMField *field;
+    /** Text of the value, in and out. */
+    EStr *value;
+    /** Server 7: the text about to go in, in and out. */
+    EStr *change;
+    std::int32_t selStart;
+    std::int32_t selEnd;
+    /** Out: not 0 refuses. */
+    std::uint32_t reject;
+    /** Server 3: mask of the changed form entries. */
+    std::uint32_t entries;
+    KRWord reserved3;
+    KRWord reserved4;
+};
+
+/** Indexes of the notification servers. */
+enum TSServer : std::int32_t {
+    TSValueWillChange = 0,
+    TSValueDidChange = 1,
+    TSFormDidCreate = 2,
+    TSFormEntryDidChange = 3,
+    TSFormWillDestroy = 4,
+    TSFieldDidSplit = 5,
+    TSFieldDidJoin = 6,
+    TSWidgetValidate = 7,
+    TSWidgetWillEnter = 8,
+    TSWidgetDidLeave = 9,
+    TSFieldWillDisplay = 10,
+    TSFormDataDidMove = 11,
+    TSServerCount = 12
+};
+
+/** Called with the broadcast's record and the observer's client data. Raising ends the broadcast. */
+using TSNotifyProc = void (*)(void *record, void *clientData);
+/** Called for the observers up to the one that raised. */
+using TSNotifyFailureProc = void (*)(KRErrorCode code, void *record, void *clientData);
+
+/** Stops the enumeration by giving false. */
+using TSFieldEnumProc = KRBool (*)(DMField *field, void *clientData);
+
+/** Data of a widget, the transfer format of authoring. Its handler puts a record of its own behind it. */
+struct TSWidgetData {
+    KRAtom type;
+    /** Full field name in host encoding; owned. */
+    char *title;
+    /** The field's `TU` text; owned. */
+    EStr *userName;
+    KRFixedRect rect;
+    DMColorValue borderColor;
+    DMColorValue annotColor;
+    DMColorValue textColor;
+    DMColorValue backColor;
+    TSBorder border;
+    KRAtom font;
+    KRFixed textSize;
+    std::uint32_t annotFlags;
+    std::uint32_t fieldFlags;
+    std::uint16_t quadding;
+    std::uint16_t rotation;
+    /** Mask of what differs across a selection; what is set is not written. */
+    std::uint32_t mixed;
+    /** Text of the field's value in host encoding, owned; null when it has none. */
+    char *value;
+    /** The handler's own record; owned. */
+    void *extension;
+};
+
+/**
+ * A widget type's operations. The order of the members is a contract. An empty slot means that there is nothing to do;
+ * callers test first. The record belongs to the registrant and must outlive the plug-in.
+ */
+struct SCWidgetHandler {
+    /** Of this record in bytes. */
+    std::uint32_t size;
+    void *userData;
+    /** Not 0: clicks go through press tracking, and the widget takes no focus first. */
+    std::uint16_t usesTracking;
+    /** Not 0: no tab stop, no focus. */
+    std::uint16_t noFocus;
+    /** The type atom, key of the registry. */
+    KRAtom (*GetType)(SCWidgetHandler *handler);
+    /** Readable name, host text. A handler without this is refused. */
+    void (*GetName)(SCWidgetHandler *handler, char *buffer, std::int32_t size);
+    /** True: drawn; false lets the annotation handler draw the face. */
+    KRBool (*Draw)(SCWidgetHandler *handler, DMAnnot annot, SCPageView view, KRBool focused);
+    void (*DoKeyDown)(SCWidgetHandler *handler, DMAnnot annot, std::uint16_t key, std::uint32_t flags);
+    TSWidgetData *(*AcquireData)(SCWidgetHandler *handler, DMAnnot annot);
+    void (*CompareData)(SCWidgetHandler *handler, TSWidgetData *first, const TSWidgetData *other);
+    void (*WriteData)(SCWidgetHandler *handler, DMAnnot annot, TSWidgetData *data);
+    void (*reserved)();
+    void (*ReleaseData)(SCWidgetHandler *handler, TSWidgetData *data);
+    /** Makes `AP` from `value` (or from the field when null). `state` is an on-state or KRAtomNull. */
+    void (*WriteAppearance)(SCWidgetHandler *handler, DMAnnot annot, KRAtom state, EStr *value, KRBool forced);
+    void (*Select)(SCWidgetHandler *handler, DMAnnot annot, SCPageView view, KRBool on);
+    void (*Click)(SCWidgetHandler *handler, DMAnnot annot, SCPageView view, std::int16_t x, std::int16_t y,
+                  std::uint32_t flags, std::int16_t clicks);
+    void (*RightClick)(SCWidgetHandler *handler, DMAnnot annot, SCPageView view, std::int16_t x, std::int16_t y,
+                       std::uint32_t flags, std::int16_t clicks);
+    void (*Resize)(SCWidgetHandler *handler, DMAnnot annot, const KRFixedRect *rect);
+    void (*Scroll)(SCWidgetHandler *handler, DMAnnot annot);
+    KRBool (*AdjustCursor)(SCWidgetHandler *handler, DMAnnot annot, SCPageView view, std::int16_t x, std::int16_t y);
+    void (*Focus)(SCWidgetHandler *handler, DMAnnot annot, SCPageView view);
+    KRBool (*IsFocus)(SCWidgetHandler *handler, DMAnnot annot, SCPageView view);
+};

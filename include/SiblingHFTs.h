@@ -1,0 +1,57 @@
+// Tables of the host's siblings. Each may be absent: a plug-in tests its table for null before the first call.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "HFT.h"
+
+/** "NetAnchor": the web browser. */
+inline KRHFT gNLHFT = nullptr;
+inline constexpr std::uint32_t NetAnchorHFTVersion = 1;
+inline constexpr int NetAnchorHFTCount = 1;
+/** Opens a URL; `doc` may be null, `flags` is 0. True when the browser took it. */
+inline constexpr Slot<&gNLHFT, 1, KRBool(SCDoc doc, const char *url, std::uint32_t flags)> NLOpenURL;
+
+/** "PostOut": mail. */
+inline KRHFT gPostOutHFT = nullptr;
+inline constexpr std::uint32_t PostOutHFTVersion = KRVersion(1, 0);
+inline constexpr int PostOutHFTCount = 1;
+/** A mail with an attachment. `showDialog` is 1; `attachment` is a Unix path. */
+inline constexpr Slot<&gPostOutHFT, 1,
+                      KRBool(SCDoc doc, KRBool showDialog, const char *to, const char *cc, const char *bcc,
+                             const char *subject, const char *message, const char *attachment)>
+    PostOutMailData;
+
+/** "BaseTool": metrics of the base fonts, and text converters. */
+inline KRHFT gBaseToolHFT = nullptr;
+inline constexpr std::uint32_t BaseToolHFTVersion = KRVersion(4, 0);
+inline constexpr int BaseToolHFTCount = 4;
+
+/** Thousandths of the em. */
+struct BaseToolFontMetrics {
+    std::int32_t bboxLeft, bboxBottom, bboxRight, bboxTop;
+    std::int32_t ascender;
+    /** Negative. */
+    std::int32_t descender;
+};
+/**
+ * Metrics of one of the fourteen base fonts by its `BaseFont` name ("Times" serves for "Times-Roman"), with the widths
+ * of the 256 codes: PDFDocEncoding for the Latin fonts, the built-in encoding for Symbol and ZapfDingbats, 0 for a code
+ * without a glyph. False for any other name.
+ */
+inline constexpr Slot<&gBaseToolHFT, 1,
+                      KRBool(const char *fontName, BaseToolFontMetrics *metrics, std::int32_t widths[256])>
+    BaseToolGetFontMetrics;
+using BaseToolConverter = struct BaseToolConverterRec *;
+/** Converter by name: "Host", "PDFDocEncoding", "Shift-JIS", "UTF-8"; null for another. Lives as long as the process. */
+inline constexpr Slot<&gBaseToolHFT, 2, BaseToolConverter(const char *name)> BaseToolGetConverter;
+enum BaseToolError : std::int32_t { BaseToolOK = 0, BaseToolNotConvertible = 1, BaseToolTargetTooSmall = 2 };
+/** Host text to big-endian UCS-2 without mark; gives the bytes written. Beyond the basic plane is not convertible. */
+inline constexpr Slot<&gBaseToolHFT, 3,
+                      std::int32_t(BaseToolConverter converter, const char *source, std::int32_t sourceLength, char *target,
+                                   std::int32_t targetSize, std::int32_t *error)>
+    BaseToolHostToUCS;
+/** The other way; stops at the first unit that the encoding lacks. */
+inline constexpr Slot<&gBaseToolHFT, 4,
+                      std::int32_t(BaseToolConverter converter, const char *source, std::int32_t sourceLength, char *target,
+                                   std::int32_t targetSize, std::int32_t *error)>
+    BaseToolUCSToHost;

@@ -1,0 +1,228 @@
+// Splicing: a new appearance stream from an old one, with the variable part replaced.
+//
+// The variable part stands between "/Tx BMC" and "EMC". The new stream is drawn by the host from a byte machine that
+// passes the old stream out up to the opening marker, then the new text, then what stands behind the old EMC. Known
+// and kept: the search for EMC does not understand strings, so an EMC between blanks inside a literal ends the part.
+// SPDX-License-Identifier: MIT
+#include "miCStore.h"
+#include "miCStoreParts.h"
+
+#include <cstring>
+
+#include "FixedUtl.h"
+#include "FormStr.h"
+#include "KernelSupportHFT.h"
+#include "LexCopy.h"
+#include "LexHFT.h"
+#include "LexUtil.h"
+#include "PIFrame.h"
+#include "PIMain.h"
+
+namespace {
+
+enum class Phase { Seeking, Inserting, Copying, Done };
+
+struct Splice {
+    std::string old;
+    std::size_t oldAt = 0;
+    const char *fresh = nullptr;
+    std::size_t freshLeft = 0;
+    std::size_t prefixLength = 0;
+    std::size_t matched = 0;
+    bool endsBlank = true;
+    Phase phase = Phase::Seeking;
+};
+
+/** Streams that are shorter hold no appearance. */
+constexpr std::int32_t s_shortest = 16;
+
+// The thunk of the operation under way; null between operations.
+KRStmProc s_replaceThunk = nullptr;
+
+bool IsBlank(char c) {
+    return c == ' ' || c == '\n' || c == '\t' || c == '\r';
+}
+
+// Any blank stands for any other: other writers end the marker's line with a line feed.
+bool SameByte(char a, char b) {
+    return a == b || (IsBlank(a) && IsBlank(b));
+}
+
+void SkipOldContent(Splice &splice) {
+    static constexpr char s_marker[] = " EMC ";
+    std::size_t seen = 0;
+    while (splice.oldAt < splice.old.size() && seen < 5) {
+        const char c = splice.old[splice.oldAt++];
+        if (SameByte(c, s_marker[seen]))
+            ++seen;
+        else
+            seen = IsBlank(c) ? 1 : 0;
+    }
+}
+
+// The byte is passed out. A mismatch starts again without retrying the byte.
+void MatchPrefix(Splice &splice, char byte) {
+    if (!SameByte(byte, splice.fresh[splice.matched])) {
+        splice.matched = 0;
+        return;
+    }
+    if (++splice.matched < splice.prefixLength) return;
+    splice.fresh += splice.prefixLength;
+    splice.freshLeft -= splice.prefixLength;
+    SkipOldContent(splice);
+    splice.phase = Phase::Inserting;
+}
+
+// The next byte of the new stream, or -1 when there is none in this phase.
+int NextByte(Splice &splice) {
+    switch (splice.phase) {
+    case Phase::Seeking: {
+        if (splice.oldAt == splice.old.size()) {
+            splice.phase = Phase::Inserting;
+            return -1;
+        }
+        const char byte = splice.old[splice.oldAt++];
+        MatchPrefix(splice, byte);
+        return static_cast<unsigned char>(byte);
+    }
+    case Phase::Inserting:
+        if (splice.freshLeft > 0 && *splice.fresh != '\0') {
+            --splice.freshLeft;
+            return static_cast<unsigned char>(*splice.fresh++);
+        }
+        splice.phase = Phase::Copying;
+        return splice.endsBlank ? -1 : '\n';
+    case Phase::Copying:
+        if (splice.oldAt == splice.old.size()) {
+            splice.phase = Phase::Done;
+            return -1;
+        }
+        return static_cast<unsigned char>(splice.old[splice.oldAt++]);
+    case Phase::Done: break;
+    }
+    return -1;
+}
+
+std::int32_t StmReplaceProc(char *buffer, std::int32_t size, void *clientData) {
+    Splice &splice = *static_cast<Splice *>(clientData);
+    std::int32_t written = 0;
+    while (written < size - 1 && splice.phase != Phase::Done) {
+        const int byte = NextByte(splice);
+        if (byte < 0) continue;
+        buffer[written] = static_cast<char>(byte);
+        splice.endsBlank = IsBlank(buffer[written++]);
+    }
+    buffer[written] = '\0';
+    return written;
+}
+
+// End of the text behind its last EMC.
+std::size_t FindEnd(const CStore *store) {
+    auto end = static_cast<std::size_t>(store->length);
+    while (end > 4 && !(IsBlank(store->text[end - 4]) && std::memcmp(store->text + end - 3, "EMC", 3) == 0)) --end;
+    return end;
+}
+
+// Length of the opening marker with the blank behind it; 0 when there is none.
+std::size_t FindPrefix(const CStore *store, std::size_t end) {
+    for (std::size_t at = 2; at + 4 < end; ++at) {
+        const char *p = store->text + at;
+        if (IsBlank(p[0]) && std::memcmp(p + 1, "BMC", 3) == 0 && IsBlank(p[4])) return at + 5;
+    }
+    return 0;
+}
+
+LexObj NewAttributes(LexDoc doc, LexObj oldDict, const CStore *store) {
+    if (LexDictKnown(oldDict, Filter_K)) {
+        LexObj attributes = LexNewDict(doc, /*indirect*/ false, 1);
+        LexDictPut(attributes, Filter_K, TSLexObjCopy(doc, LexDictGet(oldDict, Filter_K), /*shallow*/ false));
+        return attributes;
+    }
+    return store->length > CStorePlainLimit ? CStoreFlateAttributes(doc) : LexNullObj;
+}
+
+LexObj NewSplicedStream(LexDoc doc, Splice &splice, LexObj attributes) {
+    LexObj stream = LexNullObj;
+    s_replaceThunk = PICallback(gExtensionID, &StmReplaceProc);
+    KRStm source = nullptr;
+    const KRErrorCode code = Protect([&] {
+        source = KRProcStmOpen(s_replaceThunk, &splice);
+        stream = LexNewStream(doc, /*indirect*/ true, source, /*start*/ -1, /*encode*/ true, attributes, LexNullObj,
+                              /*length*/ -1);
+    });
+    if (source) KRStmClose(source);
+    KRCallbackDestroy(reinterpret_cast<KRProc>(s_replaceThunk));
+    s_replaceThunk = nullptr;
+    RaiseIf(code);
+    return stream;
+}
+
+// Unlike CStoreSave the box is crossed back for a quarter turn: the frame that stays was drawn in the widget's box.
+void PutBox(LexDoc doc, LexObj dict, const CStore *store) {
+    KRFixedRect box = store->bbox;
+    if (store->rotation == 90 || store->rotation == 270)
+        TSFixedRectSet(&box, 0, 0, store->bbox.top, store->bbox.right);
+    TSLexPutRect(doc, dict, BBox_K, &box);
+    if (store->rotation == 0) return;
+    KRFixedMatrix matrix;
+    CStoreGetMatrix(store, &matrix);
+    TSLexPutMatrix(doc, dict, Matrix_K, &matrix);
+}
+
+void AddFontOf(LexDoc doc, LexObj resources, const TextAppearance *look, LexObj dr) {
+    LexObj fonts = LexDictGet(resources, Font_K);
+    if (LexObjGetType(fonts) == LexDict && LexDictKnown(fonts, look->fontResource)) return;
+    if (LexObjGetType(dr) != LexDict) return;
+    LexObj known = LexDictGet(dr, Font_K);
+    if (LexObjGetType(known) != LexDict || !LexDictKnown(known, look->fontResource)) return;
+    fonts = TSLexDictEnsure(resources, Font_K);
+    LexDictPut(fonts, look->fontResource,
+               TSLexObjCopy(doc, LexDictGet(known, look->fontResource), /*shallow*/ true));
+}
+
+// The resources move to the new stream rather than being shared by two.
+void PutResources(LexDoc doc, LexObj dict, LexObj oldDict, const TextAppearance *look, LexObj dr) {
+    LexObj resources = LexDictGet(oldDict, Resources_K);
+    if (LexObjGetType(resources) == LexDict) {
+        LexDictRemove(oldDict, Resources_K);
+        AddFontOf(doc, resources, look, dr);
+    } else {
+        resources = TSLexObjCopy(doc, dr, /*shallow*/ false);
+    }
+    LexDictPut(dict, Resources_K, resources);
+}
+
+LexObj Replace(LexObj stream, CStore *store, const TextAppearance *look, LexObj dr) {
+    LexDoc doc = LexObjGetDoc(stream);
+    Splice splice;
+    splice.fresh = store->text;
+    splice.freshLeft = FindEnd(store);
+    splice.prefixLength = FindPrefix(store, splice.freshLeft);
+    if (splice.prefixLength == 0) return LexNullObj;
+    splice.old = CStoreReadStream(stream);
+
+    LexObj oldDict = LexStreamDict(stream);
+    LexObj fresh = NewSplicedStream(doc, splice, NewAttributes(doc, oldDict, store));
+    if (LexStreamLength(fresh) < s_shortest) {
+        LexObjDestroy(fresh);
+        return LexNullObj;
+    }
+    LexObj dict = LexStreamDict(fresh);
+    LexDictPut(dict, Subtype_K, LexNewName(doc, /*indirect*/ false, Form_K));
+    PutBox(doc, dict, store);
+    PutResources(doc, dict, oldDict, look, dr);
+    return fresh;
+}
+
+} // namespace
+
+LexObj CStoreReplace(LexObj stream, CStore *store, const TextAppearance *look, LexObj dr) {
+    if (store->length == 0) {
+        CStoreVariableData(store, Tx_K);
+        CStoreVariableData(store, KRAtomNull);
+    }
+    if (store->length == 0) return LexNullObj;
+    LexObj result = LexNullObj;
+    Protect([&] { result = Replace(stream, store, look, dr); });
+    return result;
+}

@@ -1,0 +1,120 @@
+// The content store as a form XObject, and back.
+// SPDX-License-Identifier: MIT
+#include "miCStore.h"
+#include "miCStoreParts.h"
+
+#include "FontMgr.h"
+#include "FormStr.h"
+#include "KernelSupportHFT.h"
+#include "LexHFT.h"
+#include "LexUtil.h"
+#include "PIFrame.h"
+#include "miUtils.h"
+
+namespace {
+
+LexObj NewName(LexDoc doc, KRAtom name) {
+    return LexNewName(doc, /*indirect*/ false, name);
+}
+
+LexObj NewDictUnder(LexDoc doc, LexObj dict, KRAtom key) {
+    LexObj made = LexNewDict(doc, /*indirect*/ false, 2);
+    LexDictPut(dict, key, made);
+    return made;
+}
+
+LexObj NewStreamOfText(LexDoc doc, const CStore *store) {
+    LexObj attributes = LexNullObj;
+    if (store->length > CStorePlainLimit) attributes = CStoreFlateAttributes(doc);
+    KRStm source = KRMemStmOpen(store->text, store->length);
+    LexObj stream = LexNullObj;
+    const KRErrorCode code = Protect([&] {
+        stream = LexNewStream(doc, /*indirect*/ true, source, /*start*/ 0, /*encode*/ true, attributes, LexNullObj,
+                              store->length);
+    });
+    KRStmClose(source);
+    RaiseIf(code);
+    return stream;
+}
+
+// False when the document cannot have the font: an appearance that names a font it lacks shows nothing.
+bool PutFont(LexDoc doc, const CStore *store, LexObj resources, LexObj procSet) {
+    LexObj fontDict = TSLexDocGetFontDict(doc, store->metrics.font);
+    if (LexObjGetType(fontDict) != LexDict) return false;
+    LexObj given = LexDictGet(fontDict, Name_K);
+    const KRAtom name = LexObjGetType(given) == LexName ? LexNameValue(given)
+                                                        : MapBaseFontToNameFont(FontDictGetBaseFontName(fontDict));
+    LexDictPut(NewDictUnder(doc, resources, Font_K), name, fontDict);
+    LexArrayPut(procSet, 1, NewName(doc, Text_K));
+    return true;
+}
+
+// The order of the keys is the order in which a reader of the file meets them.
+bool PutDictionary(LexDoc doc, const CStore *store, LexObj stream) {
+    LexObj dict = LexStreamDict(stream);
+    LexDictPut(dict, Subtype_K, NewName(doc, Form_K));
+    TSLexPutRect(doc, dict, BBox_K, &store->bbox);
+    if (store->rotation != 0) {
+        KRFixedMatrix matrix;
+        CStoreGetMatrix(store, &matrix);
+        TSLexPutMatrix(doc, dict, Matrix_K, &matrix);
+    }
+    LexObj resources = NewDictUnder(doc, dict, Resources_K);
+    LexObj procSet = LexNewArray(doc, /*indirect*/ false, 2);
+    LexDictPut(resources, ProcSet_K, procSet);
+    LexArrayPut(procSet, 0, NewName(doc, PDF_K));
+    const bool usesFont = (store->flags & CStoreUsesFont) && store->metrics.font != 0;
+    if (usesFont && !PutFont(doc, store, resources, procSet)) return false;
+    if ((store->flags & CStoreUsesXObject) && LexObjGetType(store->xobject) != LexNull)
+        LexDictPut(NewDictUnder(doc, resources, XObject_K), FRM_K, store->xobject);
+    return true;
+}
+
+void LoadText(CStore *store, LexObj stream) {
+    const std::string text = CStoreReadStream(stream);
+    store->text = static_cast<char *>(KRSureMalloc(text.size() + 1));
+    text.copy(store->text, text.size());
+    store->text[text.size()] = '\0';
+    store->length = static_cast<std::int32_t>(text.size());
+    TSLexGetRect(LexStreamDict(stream), BBox_K, &store->bbox);
+}
+
+} // namespace
+
+LexObj CStoreFlateAttributes(LexDoc doc) {
+    LexObj attributes = LexNewDict(doc, /*indirect*/ false, 1);
+    LexObj filters = LexNewArray(doc, /*indirect*/ false, 1);
+    LexArrayPut(filters, 0, NewName(doc, FlateDecode_K));
+    LexDictPut(attributes, Filter_K, filters);
+    return attributes;
+}
+
+// `Length` tells of the encoded data, if anything: the decoded text is read to its end.
+std::string CStoreReadStream(LexObj stream) {
+    std::string text;
+    KRStm source = LexStreamOpenStm(stream, LexStreamDecoded);
+    const KRErrorCode code = Protect([&] {
+        char block[4096];
+        for (std::int32_t got; (got = KRStmRead(block, 1, sizeof block, source)) > 0;)
+            text.append(block, static_cast<std::size_t>(got));
+    });
+    KRStmClose(source);
+    RaiseIf(code);
+    return text;
+}
+
+LexObj CStoreSave(LexDoc doc, const CStore *store) {
+    LexObj result = LexNullObj;
+    if (store->length == 0 || store->text[0] == '\0') return result;
+    Protect([&] {
+        LexObj stream = NewStreamOfText(doc, store);
+        if (PutDictionary(doc, store, stream)) result = stream;
+    });
+    return result;
+}
+
+void CStoreLoad(CStore *store, LexObj stream) {
+    CStoreClear(store);
+    *store = {};
+    if (LexObjGetType(stream) == LexStream) Protect([&] { LoadText(store, stream); });
+}

@@ -1,0 +1,257 @@
+// Making the record of a field dictionary, and putting right the shapes that earlier writers left in files.
+//
+//  1. A record is defined under its name before its parent is asked for: leaves come before their nodes in the chains.
+//  2. Whatever is raised while a record is built undefines it; TSDMFieldFromLexObj turns that into "no field".
+//  3. A widget under a dotted title is listed in `moving` while it has neither title nor parent.
+// SPDX-License-Identifier: MIT
+#include "DMField.h"
+
+#include <string>
+#include <string_view>
+
+#include "DMFieldValue.h"
+#include "FormStr.h"
+#include "LexCopy.h"
+#include "LexField.h"
+#include "LexUtil.h"
+#include "NameHash.h"
+#include "PIFrame.h"
+#include "Tessella.h"
+
+namespace {
+
+bool IsWidget(LexObj dict) {
+    KRAtom subtype = KRAtomNull;
+    return TSLexDictLoad<LexName>(dict, Subtype_K, &subtype) == 0 && subtype == Widget_K;
+}
+
+bool HasParent(LexObj dict) {
+    return LexObjGetType(TSLexDictGetOfType(dict, parent_K, LexDict)) == LexDict;
+}
+
+LexObj FieldsOf(LexObj dict) {
+    return TSLexDictGetOfType(TSLexObjGetTessella(dict), Fields_K, LexArray);
+}
+
+/** A widget that arrived in the tree is no root any more; one that did not has no name and would stop others. */
+void LeaveFields(LexObj dict, bool arrived) {
+    DocHashControl *control = TSLexDocFindHashHead(LexObjGetDoc(dict));
+    if (!control || (arrived && !HasParent(dict))) return;
+    // During the load they leave together: one at a time would shift a long array for each.
+    if (control->loading) {
+        if (FieldArrayHas(FieldsOf(dict), dict)) control->moved.Add(dict);
+    } else {
+        FieldArrayRemove(FieldsOf(dict), dict);
+    }
+}
+
+/**
+ * Takes the title from a widget and has it hung into the tree under its full name. When that fails the widget is hidden
+ * and will be removed by the next save.
+ */
+DMField *MoveWidgetIntoTree(LexObj dict, std::string_view fullName) {
+    DocHashControl *control = TSLexDocGetHashHead(LexObjGetDoc(dict));
+    if (!control) return nullptr;
+    const std::string name(fullName);
+    const DMAnnot annot = DMAnnotFromLexObj(dict);
+    DMField *field = nullptr;
+    control->moving.push_back(dict);
+    const KRErrorCode code = Protect([&] {
+        LexDictRemove(dict, T_K);
+        field = TSDMAnnotDefineField(annot, name.c_str());
+    });
+    control->moving.pop_back();
+    RaiseIf(code);
+    const bool arrived = TSDMFieldIsValid(field);
+    if (!arrived) TessellaWasteAnnot(annot);
+    LeaveFields(dict, arrived);
+    return field;
+}
+
+/** Makes the document's form if it has none; false when there is no valid one then. */
+bool EnsureForm(LexObj dict) {
+    LexObj form = TSLexObjGetTessella(dict);
+    if (LexObjGetType(form) == LexNull) form = TSDMDocCreateForm(DMDocFromLexDoc(LexObjGetDoc(dict)));
+    return TessellaIsValid(form);
+}
+
+/** Forms are being put together from pages: roots may have to be merged. */
+bool IsAssembling(LexObj dict) {
+    return LexDictKnown(TSLexObjGetTessella(dict), docID_K) || LexDictKnown(dict, docID_K);
+}
+
+/** The record of a dictionary under construction; undefined in the end unless it was given away. */
+class NewRecord {
+public:
+    NewRecord(std::string_view name, LexObj dict) : dict(dict), field(AllocDMField(name, dict)) {
+    }
+    /** The record, if it is still there: what is called meanwhile may have undefined it. */
+    DMField *Get() const {
+        return field && TSLexObjFindDMField(dict) == field ? field : nullptr;
+    }
+    void Undefine() {
+        DMField *record = Get();
+        field = nullptr;
+        TSDMFieldUndefine(record);
+    }
+
+private:
+    LexObj dict;
+    DMField *field;
+};
+
+/** What belongs inside another root goes there: a widget by its name, a subtree in pieces that will come by their own. */
+DMField *MergeIntoRoot(LexObj dict, std::string_view name) {
+    if (LexDictKnown(dict, Kids_K)) {
+        TSLexDictRemoveHierarchy(dict);
+        return nullptr;
+    }
+    return IsWidget(dict) ? MoveWidgetIntoTree(dict, name) : nullptr;
+}
+
+enum class Placed { Yes, No, Merged };
+
+/** Settles a root in `Fields`. `merged` is the field that came of it when it went into another root. */
+Placed PlaceRoot(NewRecord *record, LexObj dict, std::string_view name, DMField **merged) {
+    if (!LexDictKnown(dict, T_K)) KRRaise(KRErrBadField);
+    LexDictRemove(dict, parent_K);
+    if (!EnsureForm(dict)) return Placed::No;
+    const LexObj fields = FieldsOf(dict);
+    if (IsAssembling(dict)) {
+        const FieldRootFound found = FieldArrayFindRoot(fields, dict, name);
+        if (found == FieldRootFound::Nameless) KRRaise(KRErrBadField);
+        if (found == FieldRootFound::Inside) {
+            record->Undefine();
+            *merged = MergeIntoRoot(dict, name);
+            return Placed::Merged;
+        }
+    }
+    if (!FieldArrayHas(fields, dict)) FieldArrayAppend(fields, dict);
+    return Placed::Yes;
+}
+
+void Complete(DMField *field) {
+    PopulateDMField(field);
+    field->state &= ~DMFieldInvalid;
+    if (field->state & DMFieldDisplayDue) TSDMFieldProduceDisplayFromValue(field, TSDMFieldGetValue(field));
+}
+
+DMField *BuildRecord(NewRecord *record, LexObj dict, std::string_view name) {
+    if (!record->Get()) return nullptr;
+    Placed placed = Placed::Yes;
+    DMField *merged = nullptr;
+    if (!HasParent(dict)) placed = PlaceRoot(record, dict, name, &merged);
+    else if (!DMFieldLinkToParent(record->Get())) placed = Placed::No;
+    if (placed == Placed::Merged) return merged;
+    if (placed == Placed::No || !record->Get()) {
+        record->Undefine();
+        return nullptr;
+    }
+    Complete(record->Get());
+    return record->Get();
+}
+
+DMField *CreateDMField(std::string_view name, LexObj dict) {
+    NewRecord record(name, dict);
+    DMField *field = nullptr;
+    const KRErrorCode code = Protect([&] { field = BuildRecord(&record, dict, name); });
+    if (code != KRErrNone) {
+        Protect([&] { record.Undefine(); });
+        KRRaise(code);
+    }
+    return field;
+}
+
+/** A widget written flat under a dotted title: its title is the whole of its name. */
+bool HasDottedTitle(LexObj dict, std::string_view name) {
+    FieldName title;
+    return !LexDictKnown(dict, Kids_K) && name.find('.') != std::string_view::npos &&
+           FieldTitleText(LexDictGet(dict, T_K), &title) && title.length == name.size();
+}
+
+DMField *CreateDMFieldFilter(std::string_view name, LexObj dict) {
+    if (HasDottedTitle(dict, name)) return IsWidget(dict) ? MoveWidgetIntoTree(dict, name) : nullptr;
+    DMField *field = CreateDMField(name, dict);
+    if (field || LexObjGetType(dict) != LexDict) return field;
+    const bool hasTitle = LexDictKnown(dict, T_K);
+    if (!hasTitle && !LexDictKnown(dict, parent_K)) return nullptr;
+    field = TSLexObjFindDMField(dict);
+    if (field && !field->firstChild) return field;
+    if (!hasTitle || !IsWidget(dict)) return nullptr;
+    const std::uint32_t flags = DMAnnotGetFlags(DMAnnotFromLexObj(dict));
+    if ((flags & TessellaWastedFlags) == TessellaWastedFlags) return nullptr;
+    return MoveWidgetIntoTree(dict, name);
+}
+
+std::string TitleOf(LexObj dict) {
+    FieldName title;
+    return FieldTitleText(LexDictGet(dict, T_K), &title) ? std::string(title.text, title.length) : std::string();
+}
+
+void FlattenInto(LexObj dict, const std::string &prefix, int depth);
+
+/** Gives one kid its path as a title of its own, with what it inherited. */
+void ReleaseKid(LexObj parent, LexObj kid, const std::string &prefix, int depth) {
+    TSDMFieldUndefine(TSLexObjFindDMField(kid));
+    const bool hasTitle = LexDictKnown(kid, T_K);
+    const std::string name = hasTitle ? prefix + "." + TitleOf(kid) : prefix;
+    LexDictRemove(kid, parent_K);
+    LexDictPut(kid, T_K, LexNewString(LexObjGetDoc(kid), /*indirect*/ false, name.data(),
+                                      static_cast<std::int32_t>(name.size())));
+    TSLexDictPartialCopy(parent, kid, /*sameDocument*/ true);
+    if (LexDictKnown(kid, Kids_K)) FlattenInto(kid, name, depth + 1);
+}
+
+void FlattenInto(LexObj dict, const std::string &prefix, int depth) {
+    const LexObj kids = LexDictGet(dict, Kids_K);
+    // Taken off first: kids do not inherit it, and a kid that lists its parent again finds no kids there.
+    LexDictRemove(dict, Kids_K);
+    if (LexObjGetType(kids) != LexArray || depth > MaxFieldDepth) return;
+    LexDictRemove(dict, T_K);
+    for (std::int32_t i = LexArrayLength(kids); i-- > 0;) {
+        const LexObj kid = LexArrayGet(kids, i);
+        if (LexObjGetType(kid) == LexDict && !LexObjEqual(kid, dict)) ReleaseKid(dict, kid, prefix, depth);
+    }
+}
+
+} // namespace
+
+DMField *TSDMFieldFromLexObj(LexObj dict) {
+    if (LexObjGetType(dict) != LexDict || !LexObjIsIndirect(dict)) return nullptr;
+    if (!TSLexDocEditOK(LexObjGetDoc(dict))) return nullptr;
+    if (DMField *cached = TSLexObjGetCachedDMField(dict)) return cached;
+    if (DMField *known = TSLexObjFindDMField(dict)) return known;
+    DMField *field = nullptr;
+    const KRErrorCode code = Protect([&] {
+        FieldName name;
+        if (FormFieldNameAcquire(dict, &name)) field = CreateDMFieldFilter({name.text, name.length}, dict);
+    });
+    return code == KRErrNone ? field : nullptr;
+}
+
+void PopulateDMField(DMField *field) {
+    TSDMFieldUpdateFlags(field);
+    TSDMFieldUpdateEntries(field);
+    const LexObj type = LexDictGet(field->obj, FT_K);
+    if (LexObjGetType(type) == LexName) field->type = LexNameValue(type);
+    else if (LexObjGetType(type) == LexNull) field->type = field->parent ? field->parent->type : KRAtomNull;
+}
+
+void DMFieldComplete(DMField *field) {
+    const LexObj dict = field->obj;
+    const KRErrorCode code = Protect([&] { Complete(field); });
+    if (code == KRErrNone) return;
+    Protect([&] {
+        if (TSLexObjFindDMField(dict) == field) TSDMFieldUndefine(field);
+    });
+    KRRaise(code);
+}
+
+void TSLexDictRemoveHierarchy(LexObj dict) {
+    if (LexObjGetType(dict) != LexDict) return;
+    if (!LexDictKnown(dict, T_K)) {
+        LexObjDestroy(dict);
+        return;
+    }
+    FlattenInto(dict, TitleOf(dict), /*depth*/ 0);
+}

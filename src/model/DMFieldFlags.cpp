@@ -1,0 +1,211 @@
+// Flag words, type and default value of a field.
+// SPDX-License-Identifier: MIT
+#include "DMFieldValue.h"
+
+#include <optional>
+
+#include "DMField.h"
+#include "DMFieldValueParts.h"
+#include "DocModelHFT.h"
+#include "FieldArray.h"
+#include "FormStr.h"
+#include "LexCopy.h"
+#include "LexField.h"
+#include "LexUtil.h"
+#include "NameHash.h"
+#include "PIFrame.h"
+#include "Tessella.h"
+#include "miCalc.h"
+
+namespace {
+
+constexpr std::uint32_t kAnnotHidden = 0x2;
+/** The field flags that mean the same for every type. */
+constexpr std::uint32_t kFlagsOfAllTypes = 0xFFF;
+
+enum Word : std::int32_t { AnnotWord = 0, FieldWord = 1 };
+
+std::optional<std::uint32_t> OwnWord(LexObj dict, KRAtom key) {
+    const LexObj word = TSLexDictGetOfType(dict, key, LexInteger);
+    if (LexObjGetType(word) != LexInteger) return std::nullopt;
+    return static_cast<std::uint32_t>(LexIntegerValue(word));
+}
+
+/** No two fields of this name have different types. */
+bool TypesAgree(DMField *field) {
+    KRAtom type = KRAtomNull;
+    for (const DMField *at = DMFieldHeadOfName(field); at; at = at->nextSameName) {
+        if (type == KRAtomNull) type = at->type;
+        else if (at->type != KRAtomNull && at->type != type) return false;
+    }
+    return true;
+}
+
+/** Hands a new field word down. Kids of one name are many and have one answer, so it is asked for once. */
+void UpdateFlagsOfChildren(DMField *field) {
+    const NameStr *agreeing = nullptr;
+    for (DMField *child = field->firstChild; child; child = child->nextSibling) {
+        if (child->name != agreeing && TypesAgree(child)) agreeing = child->name;
+        const bool usable = child->name == agreeing ? TSDMFieldIsValid(child) : TSDMFieldIsValidCheckType(child);
+        if (usable) TSDMFieldUpdateFlags(child);
+    }
+}
+
+/** A field's own request for a new appearance. */
+void TakeNeedAppearances(DMField *field) {
+    const LexObj need = TSLexDictGetOfType(field->obj, docID_K, LexBoolean);
+    if (LexObjGetType(need) != LexBoolean) return;
+    field->state |= DMFieldDisplayDue;
+    if (LexBooleanValue(need)) LexDictRemove(field->obj, docID_K);
+}
+
+void SetAnnotFlags(DMField *field, std::uint32_t value) {
+    if (!TSDMFieldIsAnnot(field)) return;
+    const bool shown = (field->flags[AnnotWord] & kAnnotHidden) && !(value & kAnnotHidden);
+    const LexObj dict = field->obj;
+    DMAnnotSetFlags(TSDMFieldGetDMAnnot(field), value);
+    if (!DMFieldIsAlive(field, dict)) return;
+    TSDMFieldUpdateFlags(field);
+    // Hiding took the appearance away.
+    if (shown && !LexDictKnown(dict, Appearance_K)) TSDMFieldProduceDisplayFromValue(field, TSDMFieldGetValue(field));
+}
+
+void SetFieldFlags(DMField *field, std::uint32_t value) {
+    DMField *head = DMFieldHeadOfName(field);
+    for (DMField *at = head; at; at = at->nextSameName) LexDictRemove(at->obj, flagsF_K);
+    DMField *top = DMFieldTopOfName(field);
+    const std::uint32_t inherited = top->parent ? top->parent->flags[FieldWord] : 0;
+    if (inherited != value)
+        LexDictPut(top->obj, flagsF_K,
+                   LexNewInteger(LexObjGetDoc(top->obj), /*indirect*/ false, static_cast<std::int32_t>(value)));
+    TSDMFieldUpdateFlags(top);
+    // A widget that had a word of its own, other than the top's, is not reached from a top whose word stays.
+    for (DMField *at = head; at; at = at->nextSameName)
+        if (at->parent && at->flags[FieldWord] != at->parent->flags[FieldWord] && at != top) TSDMFieldUpdateFlags(at);
+}
+
+/**
+ * The only widget of a group becomes the field itself: it takes what the group's top held, and its place. False when
+ * there are other widgets, or the field is no widget of a group.
+ */
+bool TakeOverFromGroup(DMField *field) {
+    DMField *group = field->parent;
+    if (!group || group->name != field->name || group->firstChild != field || field->nextSibling) return false;
+    const LexObj groupObj = group->obj;
+    DMField *above = group->parent;
+    TSLexDictPartialCopy(groupObj, field->obj, /*sameDocument*/ true);
+    LexDictRemove(field->obj, Kids_K);
+    DMFieldUnlinkChild(field);
+    if (above) {
+        DMFieldLinkChild(above, field);
+        LexDictPut(field->obj, parent_K, above->obj);
+        FieldArrayReplace(TSLexDictGetOfType(above->obj, Kids_K, LexArray), groupObj, field->obj);
+    } else {
+        LexDictRemove(field->obj, parent_K);
+        FieldArrayReplace(TSLexDictGetOfType(TSDMFieldGetTessella(field), formFields_K, LexArray), groupObj,
+                          field->obj);
+    }
+    TJSCalcFieldsListDelete(TSDMFieldGetDoc(group), group, /*force*/ true);
+    TSDMFieldUndefine(group);
+    TSDMFieldUpdateEntries(field);
+    TSDMFieldUpdateFlags(field);
+    return true;
+}
+
+/** Stores `FT`; for a widget between the two notifications. 0 or the code of the failure. */
+KRErrorCode StoreType(DMField *field, KRAtom type) {
+    const bool isAnnot = TSDMFieldIsAnnot(field);
+    const DMAnnot annot = TSDMFieldGetDMAnnot(field);
+    const LexObj dict = field->obj;
+    if (isAnnot) DMAnnotNotifyWillChange(annot, FT_K);
+    const KRErrorCode code =
+        Protect([&] { LexDictPut(dict, FT_K, LexNewName(LexObjGetDoc(dict), /*indirect*/ false, type)); });
+    if (isAnnot) DMAnnotNotifyDidChange(annot, FT_K, code);
+    return code;
+}
+
+/** A check box that is off by default has no default. */
+LexObj WithoutOff(LexObj value) {
+    return LexNameOrNull(value) == Off_K ? LexNullObj : value;
+}
+
+/** Replaces `*value` by the choice that it names; false when it names none. Null names none and is let through. */
+bool FindChoice(const DMField *field, LexObj *value) {
+    const LexObj options = TSDMFieldGetObj(field, options_K);
+    if (LexObjGetType(options) != LexArray) return true;
+    for (std::int32_t i = LexArrayLength(options) - 1; i >= 0; --i) {
+        const LexObj exported = RetrieveOptVal(LexArrayGet(options, i));
+        if (!TSLexObjEquivalent(exported, *value)) continue;
+        if (LexObjIsIndirect(exported) && !LexObjEqual(exported, *value)) {
+            LexObjDestroy(*value);
+            *value = exported;
+        }
+        return true;
+    }
+    return LexObjGetType(*value) == LexNull;
+}
+
+void StoreDefault(DMField *field, LexObj old, LexObj value) {
+    if (LexObjGetType(old) != LexNull) DMFieldRemoveEntryFromAll(DMFieldHeadOfName(field), TSEntryDV);
+    if (LexObjGetType(value) == LexNull) return;
+    DMField *top = DMFieldTopOfName(field);
+    const LexObj copy = TSLexObjCopy(LexObjGetDoc(top->obj), value, /*shallow*/ false);
+    if (LexObjGetType(copy) == LexNull) return;
+    LexDictPut(top->obj, default_K, copy);
+    top->entries |= TSEntryDV;
+}
+
+} // namespace
+
+std::uint32_t TSDMFieldGetFlags(DMField *field, std::int32_t which) {
+    if (!TSDMFieldIsValid(field) || (which != AnnotWord && which != FieldWord)) return 0;
+    return field->flags[which];
+}
+
+void TSDMFieldSetFlags(DMField *field, std::int32_t which, std::uint32_t value) {
+    if (!TSDMFieldIsValidCheckType(field)) return;
+    if (which == AnnotWord && value != field->flags[AnnotWord]) SetAnnotFlags(field, value);
+    if (which == FieldWord && value != field->flags[FieldWord]) SetFieldFlags(field, value);
+}
+
+void TSDMFieldUpdateFlags(DMField *field) {
+    if (!field) return;
+    field->flags[AnnotWord] = OwnWord(field->obj, flagsA_K).value_or(0);
+    const std::uint32_t inherited = field->parent ? field->parent->flags[FieldWord] : 0;
+    const std::uint32_t word = OwnWord(field->obj, flagsF_K).value_or(inherited);
+    if (word != field->flags[FieldWord]) {
+        field->flags[FieldWord] = word;
+        UpdateFlagsOfChildren(field);
+    }
+    TakeNeedAppearances(field);
+}
+
+std::int32_t TSDMFieldSetType(DMField *field, KRAtom type) {
+    if (!TSDMFieldIsValidCheckType(field)) return 1;
+    if (field->type == type) return 0;
+    const bool shared = field->type != KRAtomNull && (field->state & DMFieldSharesName);
+    if (shared && !TakeOverFromGroup(field)) return 1;
+    if (const KRErrorCode code = StoreType(field, type)) return code;
+    field->type = type;
+    TSDMFieldSetFlags(field, FieldWord, field->flags[FieldWord] & kFlagsOfAllTypes);
+    TSDMFieldAppearanceWasUpdated(field);
+    return 0;
+}
+
+std::int32_t TSDMFieldSetDefaultValue(DMField *field, LexObj value) {
+    if (!TSDMFieldIsValidCheckType(field)) return 1;
+    LexObj old = TSDMFieldGetEntry(field, TSEntryDV);
+    if (field->type == Btn_K) {
+        if (field->flags[FieldWord] & TSFieldPushButton) return 1;
+        old = WithoutOff(old);
+        value = WithoutOff(value);
+    }
+    if (TSLexObjEquivalent(old, value)) return 0;
+    if (field->type == Choice_K) {
+        bool found = false;
+        const KRErrorCode code = Protect([&] { found = FindChoice(field, &value); });
+        if (code != KRErrNone || !found) return 1;
+    }
+    StoreDefault(field, old, value);
+    return 0;
+}

@@ -1,0 +1,41 @@
+// The life of a document's form: what happens at its opening, around a save, at its closing, and when the form's
+// defaults change. Also what the document's permissions allow.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "DocModelHFT.h"
+#include "FormsTypes.h"
+#include "LexHFT.h"
+
+/** Subscribes the handlers below. Once, at start, after the notification servers exist. Gives true. */
+bool NameHashInit();
+
+/**
+ * 4: a view came up. A form that asks for it (`NeedAppearances` true) gets its appearances made and the key removed;
+ * then the document's scripts run, with or without a form.
+ */
+void frm_DocDidOpen(SCDoc view, KRErrorCode error, void *clientData);
+/**
+ * 56: brings calculation order and form into the state to be saved. Until 33 all look-ups of fields give null. A save
+ * that renumbers the file's objects (DMDocSaveFull) drops all records; they come back as they are asked for.
+ */
+void frm_DocWillSave(DMDoc doc, const DMDocSaveRecord *save, void *clientData);
+/** 33: fields can be had again, whether or not the save succeeded. */
+void frm_DocDidSave(DMDoc doc, KRErrorCode error, void *clientData);
+/** 7: drops scripts and records. */
+void frm_DocWillClose(SCDoc view, void *clientData);
+/** 8: frees the blocks of closed documents. */
+void frm_DocDidClose(SCDoc view, void *clientData);
+
+/** Makes the appearance of a widget's field from its value, or resets a field that has none. True: to go on. */
+bool createAP(DMAnnot annot, DMPage page, void *clientData);
+
+/** Observer of TSFormEntryDidChange: every displayed field that inherits a changed entry of the form is shown anew. */
+void tessellaChanged(void *record, void *clientData);
+/** The step for one field; `mask` points to a std::uint32_t of changed entries. True: to go on. */
+KRBool fieldUpdate(DMField *field, void *mask);
+
+/** The form may be designed: permission bits 8 and 32 both, or 0x8000. */
+bool TSDMDocMakerIsOK(DMDoc doc);
+/** The form may be filled in: permission bit 8, 32 or 0x8000. */
+bool TSDMDocFillerIsOK(DMDoc doc);

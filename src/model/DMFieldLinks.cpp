@@ -1,0 +1,112 @@
+// The links between records: parents and children, and what follows from names along them.
+// SPDX-License-Identifier: MIT
+#include "DMField.h"
+
+#include "FormStr.h"
+#include "LexUtil.h"
+#include "NameHash.h"
+
+namespace {
+
+/** The chain from `parent` upward has room for one more level and does not hold `child`. */
+bool MayLink(const DMField *parent, const DMField *child) {
+    int depth = 0;
+    for (const DMField *field = parent; field; field = field->parent) {
+        if (field == child || ++depth > MaxFieldDepth) return false;
+    }
+    return true;
+}
+
+/** Forgets that a group was found terminal, from here up as far as one name goes. */
+void ForgetTerminal(DMField *field) {
+    for (; field && field->terminalKnown; field = field->parent) field->terminalKnown = false;
+}
+
+/** Makes the records of a group's kids: all widgets of one name exist as soon as one does. */
+void LoadKids(DMField *top) {
+    DocHashControl *control = TSLexDocGetHashHead(TSDMFieldGetLexDoc(top));
+    const LexObj kids = TSLexDictGetOfType(top->obj, Kids_K, LexArray);
+    if (!control || LexObjGetType(kids) != LexArray) return;
+    const std::int32_t length = LexArrayLength(kids);
+    const auto known = control->kidsLoaded.find(top);
+    if (known != control->kidsLoaded.end() && known->second == length) return;
+    top->state |= DMFieldLoadingKids;
+    for (std::int32_t i = length; i-- > 0;) TSDMFieldFromLexObj(LexArrayGet(kids, i));
+    top->state &= ~DMFieldLoadingKids;
+    control->kidsLoaded[top] = LexArrayLength(kids);
+}
+
+} // namespace
+
+bool DMFieldLinkChild(DMField *parent, DMField *child) {
+    if (child->parent == parent) return true;
+    if (!MayLink(parent, child)) return false;
+    DMFieldUnlinkChild(child);
+    child->parent = parent;
+    child->nextSibling = parent->firstChild;
+    if (parent->firstChild) parent->firstChild->prevSibling = child;
+    parent->firstChild = child;
+    if (parent->name != child->name) parent->state |= DMFieldNotTerminal;
+    if (parent->name != child->name || child->firstChild) ForgetTerminal(parent);
+    return true;
+}
+
+void DMFieldUnlinkChild(DMField *child) {
+    DMField *parent = child->parent;
+    if (!parent) return;
+    (child->prevSibling ? child->prevSibling->nextSibling : parent->firstChild) = child->nextSibling;
+    if (child->nextSibling) child->nextSibling->prevSibling = child->prevSibling;
+    child->parent = child->nextSibling = child->prevSibling = nullptr;
+}
+
+bool DMFieldLinkToParent(DMField *field) {
+    DMField *parent = TSDMFieldFromLexObj(TSLexDictGetOfType(field->obj, parent_K, LexDict));
+    if (!parent || !DMFieldLinkChild(parent, field)) return false;
+    if (parent->name != field->name || field->nextSibling) return true;
+    DMField *top = DMFieldTopOfName(field);
+    if (!(top->state & DMFieldLoadingKids)) LoadKids(top);
+    return true;
+}
+
+DMField *DMFieldTopOfName(DMField *field) {
+    while (field->parent && field->parent->name == field->name) field = field->parent;
+    return field;
+}
+
+void DMFieldWipe(DMField *field) {
+    DMFieldUnlinkChild(field);
+    field->entries = 0;
+    field->flags[0] = field->flags[1] = 0;
+    field->state |= DMFieldInvalid;
+    field->type = KRAtomNull;
+    field->terminalKnown = false;
+}
+
+void DMFieldSetObj(DMField *field, LexObj dict) {
+    DocHashControl *control = TSLexDocGetHashHead(TSDMFieldGetLexDoc(field));
+    if (control) {
+        const auto [first, last] = control->byObject.equal_range(field->objectKey);
+        for (auto it = first; it != last; ++it) {
+            if (it->second != field) continue;
+            control->byObject.erase(it);
+            break;
+        }
+        if (control->lastField == field) control->lastField = nullptr;
+    }
+    field->obj = dict;
+    field->objectKey = LexObjGetID(dict);
+    if (control) control->byObject.emplace(field->objectKey, field);
+}
+
+bool TSDMFieldIsTerminal(DMField *field) {
+    if (!TSDMFieldIsValid(field) || field->state & DMFieldNotTerminal) return false;
+    if (!field->firstChild || field->terminalKnown) return true;
+    for (DMField *child = field->firstChild; child; child = child->nextSibling) {
+        if (child->name == field->name && TSDMFieldIsTerminal(child)) continue;
+        field->state |= DMFieldNotTerminal;
+        return false;
+    }
+    // Stays until a child of another name or with children of its own is linked anywhere below.
+    field->terminalKnown = true;
+    return true;
+}

@@ -1,0 +1,155 @@
+// Finding fields: by name, by dictionary, all of them. Nothing is loaded before someone asks.
+// SPDX-License-Identifier: MIT
+#include "DMField.h"
+
+#include <string_view>
+#include <utility>
+
+#include "DocData.h"
+#include "FormStr.h"
+#include "LexObjSet.h"
+#include "LexUtil.h"
+#include "NameHash.h"
+#include "PIFrame.h"
+#include "Tessella.h"
+
+namespace {
+
+bool IsWidget(LexObj dict) {
+    KRAtom subtype = KRAtomNull;
+    return TSLexDictLoad<LexName>(dict, Subtype_K, &subtype) == 0 && subtype == Widget_K;
+}
+
+/** Makes the fields of an array and what hangs below. A node is gone through once, however many arrays list it. */
+void ScanDMFieldsInArray(LexObj array, int depth, LexObjSet *scanned) {
+    if (LexObjGetType(array) != LexArray || depth > MaxFieldDepth) return;
+    for (std::int32_t i = LexArrayLength(array); i-- > 0;) {
+        const LexObj element = LexArrayGet(array, i);
+        if (LexObjGetType(element) != LexDict) continue;
+        const LexObj kids = LexDictGet(element, Kids_K);
+        if (LexObjGetType(kids) == LexNull) {
+            TSDMFieldFromLexObj(element);
+        } else if (IsWidget(element)) {
+            LexDictRemove(element, Kids_K);
+            TSDMFieldFromLexObj(element);
+        } else if (!LexObjIsIndirect(element) || scanned->Add(element)) {
+            ScanDMFieldsInArray(kids, depth + 1, scanned);
+        }
+    }
+}
+
+/** Keeps an enumeration's place known to the block, so that nothing is freed under it. */
+class CursorScope : public FieldCursor {
+public:
+    explicit CursorScope(DocHashControl *control) : control(control) {
+        outer = control->cursors;
+        control->cursors = this;
+    }
+    ~CursorScope() {
+        if (!ended) control->cursors = outer;
+    }
+    CursorScope(const CursorScope &) = delete;
+    CursorScope &operator=(const CursorScope &) = delete;
+
+private:
+    DocHashControl *control;
+};
+
+struct FieldWalk {
+    bool terminalOnly;
+    bool firstOfNameOnly;
+    TSFieldEnumProc proc;
+    void *clientData;
+};
+
+/** One same-name list from the cursor's field on; false ends the whole enumeration. */
+bool WalkList(FieldCursor *cursor, const FieldWalk &walk) {
+    while (DMField *field = cursor->field) {
+        cursor->field = field->nextSameName;
+        if (walk.terminalOnly && field->firstChild) continue;
+        if (!walk.proc(field, walk.clientData) || cursor->ended) return false;
+        if (walk.firstOfNameOnly) break;
+    }
+    return true;
+}
+
+} // namespace
+
+DMField *TSLexObjFindDMField(LexObj dict) {
+    DocHashControl *control = TSLexDocFindHashHead(LexObjGetDoc(dict));
+    if (!control) return nullptr;
+    const auto [first, last] = control->byObject.equal_range(LexObjGetID(dict));
+    for (auto it = first; it != last; ++it) {
+        if (LexObjEqual(it->second->obj, dict)) return it->second;
+    }
+    return nullptr;
+}
+
+DMField *TSLexObjGetCachedDMField(LexObj dict) {
+    const DocHashControl *control = TSLexDocFindHashHead(LexObjGetDoc(dict));
+    if (!control || !control->lastField || !LexObjEqual(control->lastField->obj, dict)) return nullptr;
+    return control->lastField;
+}
+
+DMField *TSDMDocGetDMFieldFromName(DMDoc doc, const char *name) {
+    if (!doc || !name) return nullptr;
+    const LexDoc lexDoc = DMDocGetLexDoc(doc);
+    DocHashControl *control = TSLexDocGetHashHead(lexDoc);
+    if (!control || !control->editOK) return nullptr;
+    NameEntry *entry = NameHashFind(control, name);
+    if (!entry) {
+        TSDMDocLoadFieldsIfNeeded(doc);
+        control = TSLexDocGetHashHead(lexDoc);
+        entry = control ? NameHashFind(control, name) : nullptr;
+    }
+    return entry ? control->lastField = entry->head : nullptr;
+}
+
+DMField *TSLexDocGetDMFieldFromNameStr(LexDoc doc, const NameStr *name) {
+    if (!name || !TSLexDocFindHashHead(doc)) return nullptr;
+    return reinterpret_cast<const NameEntry *>(name)->head;
+}
+
+void TSDMDocLoadDMFields(DMDoc doc) {
+    const LexObj form = TSDMDocGetTessella(doc);
+    if (!TessellaIsValid(form)) return;
+    const LexDoc lexDoc = DMDocGetLexDoc(doc);
+    DocHashControl *control = TSLexDocGetHashHead(lexDoc);
+    if (!control || control->loaded || !control->editOK || control->closing) return;
+    control->loaded = control->loading = true;
+    LexObjSet scanned;
+    const KRErrorCode code = Protect([&] { ScanDMFieldsInArray(LexDictGet(form, Fields_K), 0, &scanned); });
+    control = TSLexDocFindHashHead(lexDoc);
+    if (control) {
+        control->loading = false;
+        FieldArrayRemoveAll(form, Fields_K, std::exchange(control->moved, {}));
+    }
+    RaiseIf(code);
+}
+
+void TSDMDocLoadFieldsIfNeeded(DMDoc doc) {
+    TJSDocData *data = TJSGetData(doc);
+    if (data && !data->needLoadFields) return;
+    TSDMDocLoadDMFields(doc);
+    // A load that could not be done, since a save is running or there is no form yet, is still to be done.
+    const DocHashControl *control = TSDMDocFindHashHead(doc);
+    data = TJSFindData(doc);
+    if (data && control && control->loaded) data->needLoadFields = false;
+}
+
+void TSDMDocEnumDMFields(DMDoc doc, bool terminalOnly, bool firstOfNameOnly, TSFieldEnumProc proc, void *clientData) {
+    if (!doc) return;
+    TSDMDocLoadFieldsIfNeeded(doc);
+    DocHashControl *control = TSLexDocGetHashHead(DMDocGetLexDoc(doc));
+    if (!control) return;
+    const FieldWalk walk{terminalOnly, firstOfNameOnly, proc, clientData};
+    CursorScope cursor(control);
+    for (unsigned bucket = NameHashBucketCount; bucket-- > 0;) {
+        cursor.entry = control->buckets[bucket];
+        while (NameEntry *entry = cursor.entry) {
+            cursor.entry = entry->next;
+            cursor.field = entry->head;
+            if (!WalkList(&cursor, walk)) return;
+        }
+    }
+}

@@ -1,0 +1,102 @@
+// From a field's value to what its widget shows.
+// SPDX-License-Identifier: MIT
+#include "DMFieldValue.h"
+
+#include "AnnotUtl.h"
+#include "DMField.h"
+#include "DMFieldValueParts.h"
+#include "FormStr.h"
+#include "LexUtil.h"
+#include "PIFrame.h"
+#include "Tessella.h"
+#include "WidgetReg.h"
+#include "miEStr.h"
+
+namespace {
+
+constexpr std::uint32_t kAnnotHidden = 0x2;
+
+/** What is shown for a value: the text of the option with this export value, the value itself for any other. */
+LexObj ShownValue(const DMField *field, LexObj value) {
+    const LexObj options = TSDMFieldGetObj(field, options_K);
+    if (LexObjGetType(options) != LexArray) return value;
+    for (std::int32_t i = LexArrayLength(options) - 1; i >= 0; --i) {
+        const LexObj element = LexArrayGet(options, i);
+        if (!TSLexObjEquivalent(RetrieveOptVal(element), value)) continue;
+        if (LexObjGetType(element) != LexArray) return value;
+        const LexObj text = LexArrayGet(element, 1);
+        return LexObjGetType(text) == LexNull ? value : text;
+    }
+    return value;
+}
+
+/**
+ * Lets observers rewrite the text about to be shown, unless they are at it for this field. False when the field did
+ * not outlive that.
+ */
+bool LetObserversFormat(DMDoc doc, DMField *field, EStr *text) {
+    if (field->state & DMFieldDisplaying) return true;
+    const LexObj dict = field->obj;
+    TSFieldNotifyRec record{};
+    record.doc = doc;
+    record.field = field;
+    record.value = text;
+    field->state |= DMFieldDisplaying;
+    const KRErrorCode code = Protect([&] { TessellaBroadcast(TSFieldWillDisplay, &record); });
+    const bool alive = DMFieldIsAlive(field, dict);
+    if (alive) field->state &= ~DMFieldDisplaying;
+    RaiseIf(code);
+    return alive;
+}
+
+void WriteDisplay(DMField *field, SCWidgetHandler *handler, LexObj value, KRAtom state, bool due) {
+    const LexObj dict = field->obj;
+    const DMAnnot annot = TSDMFieldGetDMAnnot(field);
+    const EStrPtr text(EStrNewFromLexObjImpl(value));
+    if (!LetObserversFormat(TSDMFieldGetDoc(field), field, text.get())) return;
+    if (handler->WriteAppearance) handler->WriteAppearance(handler, annot, state, text.get(), due);
+    if (DMFieldIsAlive(field, dict)) field->state &= ~DMFieldDisplayDue;
+}
+
+} // namespace
+
+void TSDMFieldProduceDisplayFromValue(DMField *field, LexObj value) {
+    if (!TSDMFieldIsValid(field) || !TSDMFieldCanDisplay(field)) return;
+    const bool looksAreStates = field->type == Btn_K || field->type == Sig_K;
+    if ((field->flags[0] & kAnnotHidden) && !looksAreStates) {
+        LexDictRemove(field->obj, Appearance_K);
+        return;
+    }
+    const bool due = TSDMFieldWasAppearanceUpdated(field);
+    value = ShownValue(field, value);
+    const KRAtom state = LexNameOrNull(value);
+    const DMAnnot annot = TSDMFieldGetDMAnnot(field);
+    if (!due && state != KRAtomNull &&
+        LexObjGetType(TSDMAnnotGetAppearance(annot, FaceNormal_K, state)) == LexStream) {
+        TSDMAnnotSetState(annot, state);
+        return;
+    }
+    if (SCWidgetHandler *handler = TSSCAppGetWidgetHandlerByName(TSDMWidgetGetSubType(annot)))
+        WriteDisplay(field, handler, value, state, due);
+}
+
+void TSDMFieldUpdateAppearance(DMField *field) {
+    if (!TSDMFieldIsValid(field) || (field->flags[1] & TSFieldDelay)) return;
+    TSDMFieldAppearanceWasUpdated(field);
+    TSDMFieldProduceDisplayFromValue(field, TSDMFieldGetValue(field));
+}
+
+bool TSDMFieldWasAppearanceUpdated(DMField *field) {
+    return field && (field->state & DMFieldDisplayDue) != 0;
+}
+
+void TSDMFieldAppearanceWasUpdated(DMField *field) {
+    if (TSDMFieldCanDisplay(field)) field->state |= DMFieldDisplayDue;
+}
+
+void TSDMFieldValueChanged(DMDoc doc, DMField *field) {
+    if (!doc || !field) return;
+    field->entries |= TSEntryV;
+    const EStrPtr text(EStrNewFromLexObjImpl(TSDMFieldGetValue(field)));
+    LetObserversFormat(doc, field, text.get());
+}

@@ -1,0 +1,83 @@
+// Membership of field dictionaries in `Fields` and `Kids` arrays. Forms are edited through "is it there", "append" and
+// "take it out"; on long arrays these answer from an index, so that building a form costs the same for every field.
+//
+//  1. The arrays are the truth. An index belongs to one array and is thrown away when length or last element are not
+//     what it left behind.
+//  2. The order of the array's elements is never changed, except by what the operation says.
+//  3. Whoever changes such an array in another way that keeps length and last element calls FieldArraysForget.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "LexHFT.h"
+#include "LexObjSet.h"
+
+/** The elements of a `Fields` array by full name, for a form that is being assembled. */
+struct FieldArrayNames {
+    struct Element {
+        LexObj obj;
+        /** Grows along the array. */
+        std::int64_t sequence;
+    };
+    std::int64_t nextSequence = 0;
+    std::unordered_map<std::string, std::vector<Element>> byName;
+    /** Dictionaries that have no name. */
+    std::vector<Element> nameless;
+};
+
+/** An index of one array. */
+struct FieldArrayMembers {
+    struct Member {
+        LexObj obj;
+        std::int32_t count;
+    };
+    explicit FieldArrayMembers(LexObj array) : array(array) {
+    }
+    LexObj array;
+    std::int32_t length = 0;
+    LexObj last = LexNullObj;
+    /** Elements by object number, with how often each stands in the array; LexObjEqual decides. */
+    std::unordered_multimap<std::int32_t, Member> members;
+    /** Made when asked for. */
+    std::unique_ptr<FieldArrayNames> names;
+};
+
+/** A document's indexes: of the few long arrays used last, newest first. */
+using FieldArrayIndex = std::vector<FieldArrayMembers>;
+
+/** `dict` is an element of the array. False when `array` is no array. */
+bool FieldArrayHas(LexObj array, LexObj dict);
+/** Appends, whether or not it is there already. */
+void FieldArrayAppend(LexObj array, LexObj dict);
+/** Removes the first occurrence; costs nothing when there is none. */
+void FieldArrayRemove(LexObj array, LexObj dict);
+/** Takes it out, if it is there, and appends it: it ends last. */
+void FieldArrayMoveToEnd(LexObj array, LexObj dict);
+/** Puts `replacement` where `dict` stands first; false when it is not there. */
+bool FieldArrayReplace(LexObj array, LexObj dict, LexObj replacement);
+
+/**
+ * The last element, a dictionary, whose full name is `name`; the null object when there is none, and for an array too
+ * short to have an index. Raises what FormFieldNameAcquire raises.
+ */
+LexObj FieldArrayLastNamed(LexObj array, std::string_view name);
+
+/** What FieldArrayFindRoot came upon first, from the last element on. */
+enum class FieldRootFound { Nothing, Inside, Nameless };
+/**
+ * Looks in `Fields` for a root, other than `dict` itself, that a field of the full name `name` belongs into: one of that
+ * name, or of a name that it continues behind a dot. A dictionary without a name ends the search where it is met, unless
+ * it is being moved or about to leave (DocHashControl::moving, moved). Elements that are no dictionaries are passed over.
+ */
+FieldRootFound FieldArrayFindRoot(LexObj fields, LexObj dict, std::string_view name);
+/** Takes many elements out at once: `array` under `key` of `owner` is rewritten when that is cheaper. */
+void FieldArrayRemoveAll(LexObj owner, KRAtom key, const LexObjSet &elements);
+
+/** Forgets all indexes of a document. */
+void FieldArraysForget(LexDoc doc);

@@ -1,0 +1,271 @@
+// Defining fields: hanging a dictionary into the tree under a full name.
+// SPDX-License-Identifier: MIT
+#include "LexField.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "DMField.h"
+#include "DMFieldValue.h"
+#include "DMFieldValueParts.h"
+#include "DocModelHFT.h"
+#include "FieldArray.h"
+#include "FormStr.h"
+#include "LexFieldParts.h"
+#include "LexUtil.h"
+#include "NameHash.h"
+#include "PIFrame.h"
+#include "Tessella.h"
+
+namespace {
+
+/** How far the parts of a name have led. */
+struct Path {
+    DMDoc doc;
+    LexDoc lexDoc;
+    LexObj form;
+    /** Null at the root. */
+    DMField *at;
+    /** Full name of the part being looked for. */
+    std::string name;
+};
+
+std::string_view WithoutTrailingDots(std::string_view name) {
+    while (!name.empty() && name.back() == '.') name.remove_suffix(1);
+    return name;
+}
+
+std::vector<std::string> SplitName(std::string_view name) {
+    std::vector<std::string> parts;
+    name = WithoutTrailingDots(name);
+    while (!name.empty()) {
+        const std::size_t dot = name.find('.');
+        parts.emplace_back(name.substr(0, dot));
+        name.remove_prefix(dot == name.npos ? name.size() : dot + 1);
+    }
+    return parts;
+}
+
+LexObj StringObj(LexDoc doc, std::string_view text) {
+    return LexNewString(doc, /*indirect*/ false, text.data(), static_cast<std::int32_t>(text.size()));
+}
+
+/** `Kids` of the place that the path has reached, or `Fields`; the null object when there is no such array. */
+LexObj Siblings(const Path &path) {
+    return path.at ? TSLexDictGetOfType(path.at->obj, Kids_K, LexArray)
+                   : TSLexDictGetOfType(path.form, formFields_K, LexArray);
+}
+
+void ExtendName(Path *path, const std::string &part) {
+    if (path->at) path->name += '.';
+    path->name += part;
+}
+
+/** A node for a part that is not there: a non-terminal field without kids yet. */
+DMField *MakeNode(const Path &path, LexObj title) {
+    const LexObj node = LexNewDict(path.lexDoc, /*indirect*/ true, 5);
+    LexDictPut(node, T_K, title);
+    LexDictPut(node, Kids_K, LexNewArray(path.lexDoc, /*indirect*/ false, 0));
+    LexObj siblings = Siblings(path);
+    if (path.at) {
+        LexDictPut(node, parent_K, path.at->obj);
+        siblings = TSLexArrayEnsure(path.at->obj, Kids_K, /*indirect*/ false);
+    }
+    FieldArrayAppend(siblings, node);
+    DMField *field = TSDMFieldFromLexObj(node);
+    if (!TSDMFieldIsValidCheckType(field)) return nullptr;
+    field->state |= DMFieldNotTerminal;
+    return field;
+}
+
+/** Goes on to the node of one part, which is made when it is missing. False when nothing may hang here. */
+bool Descend(Path *path, const std::string &part) {
+    const LexObj title = StringObj(path->lexDoc, part);
+    ExtendName(path, part);
+    DMField *found = FieldSiblingFind(path->doc, path->at, Siblings(*path), title, path->name);
+    if (!found) {
+        if (path->at && TSDMFieldIsTerminal(path->at)) return false;
+        found = MakeNode(*path, title);
+    }
+    path->at = found;
+    return found != nullptr;
+}
+
+/** A dictionary joins the field that has its name. */
+DMField *PlaceBeside(DMField *found, LexObj dict) {
+    if (!TSDMFieldNewTocayo(found, dict)) return nullptr;
+    return TSLexDictSetTitleGetField(dict, LexNullObj);
+}
+
+/** The dictionary becomes a kid of the path's end under a title that is free there. */
+DMField *PlaceBelow(const Path &path, LexObj dict, LexObj title) {
+    if (path.at) {
+        LexDictPut(dict, parent_K, path.at->obj);
+        FieldArrayAppend(TSLexArrayEnsure(path.at->obj, Kids_K, /*indirect*/ false), dict);
+    } else {
+        LexDictRemove(dict, parent_K);
+    }
+    return TSLexDictSetTitleGetField(dict, title);
+}
+
+DMField *PlaceLeaf(Path *path, LexObj dict, const std::string &part) {
+    const LexObj title = StringObj(path->lexDoc, part);
+    const LexObj siblings = Siblings(*path);
+    ExtendName(path, part);
+    if (DMField *found = FieldSiblingFind(path->doc, path->at, siblings, title, path->name))
+        return PlaceBeside(found, dict);
+    // Neither a widget's own field nor a group of widgets may have fields below it.
+    const bool hasKids = LexObjGetType(siblings) == LexArray;
+    if (path->at && !hasKids && TSDMFieldIsAnnot(path->at)) return nullptr;
+    if (path->at && path->at->firstChild && TSDMFieldIsTerminal(path->at)) return nullptr;
+    return PlaceBelow(*path, dict, title);
+}
+
+/** The dictionary's field, when it has this name already; a field of another name is given up. */
+DMField *OwnFieldOfName(LexObj dict, std::string_view name) {
+    DMField *own = EnsureNoDMFieldForDict(dict, /*wipe*/ false);
+    if (!own) return nullptr;
+    if (TSDMFieldIsValid(own) && name == TSDMFieldGetName(own)) return own;
+    TSDMFieldUndefine(own);
+    return nullptr;
+}
+
+DMField *DefineUnder(LexObj dict, std::string_view name) {
+    const std::vector<std::string> parts = SplitName(name);
+    Path path{};
+    path.lexDoc = LexObjGetDoc(dict);
+    path.doc = DMDocFromLexDoc(path.lexDoc);
+    TSDMDocLoadFieldsIfNeeded(path.doc);
+    if (DMField *own = OwnFieldOfName(dict, name)) return own;
+    if (name.size() > MaxFieldNameLength) return nullptr;
+    if (!TessellaIsValid(TSDMDocGetTessella(path.doc))) TSDMDocCreateForm(path.doc);
+    path.form = TSDMDocGetTessella(path.doc);
+    if (!TessellaIsValid(path.form)) return nullptr;
+    for (std::size_t i = 0; i + 1 < parts.size(); ++i)
+        if (!Descend(&path, parts[i])) return nullptr;
+    return PlaceLeaf(&path, dict, parts.back());
+}
+
+/** What a failed definition leaves of a dictionary's place in the tree: nothing. */
+void LeaveTree(LexObj dict) {
+    const LexObj parent = TSLexDictGetOfType(dict, parent_K, LexDict);
+    FieldArrayRemove(TSLexDictGetOfType(parent, Kids_K, LexArray), dict);
+    LexDictRemove(dict, T_K);
+    LexDictRemove(dict, parent_K);
+}
+
+/** Puts or removes `T`. A widget's change is announced. */
+void PutTitle(LexObj dict, LexObj title) {
+    const bool isAnnot = LexDictKnown(dict, Subtype_K);
+    const DMAnnot annot = isAnnot ? DMAnnotFromLexObj(dict) : DMAnnot{0, 0};
+    if (isAnnot) DMAnnotNotifyWillChange(annot, T_K);
+    const KRErrorCode code = Protect([&] {
+        if (LexObjGetType(title) != LexNull) LexDictPut(dict, T_K, title);
+        else if (LexDictKnown(dict, T_K)) LexDictRemove(dict, T_K);
+    });
+    if (isAnnot) DMAnnotNotifyDidChange(annot, T_K, code);
+    RaiseIf(code);
+}
+
+/** Makes a wiped record the field of its dictionary again; null when that has no parent to hang under. */
+DMField *Rebuild(DMField *record) {
+    const bool hasParent = LexObjGetType(TSLexDictGetOfType(record->obj, parent_K, LexDict)) == LexDict;
+    bool linked = true;
+    const LexObj dict = record->obj;
+    const KRErrorCode code = Protect([&] {
+        if (hasParent) linked = DMFieldLinkToParent(record);
+        if (!linked) return;
+        DMFieldComplete(record);
+    });
+    if ((code != KRErrNone || !linked) && DMFieldIsAlive(record, dict)) TSDMFieldUndefine(record);
+    RaiseIf(code);
+    return linked ? record : nullptr;
+}
+
+/** What the parent has need not stand in the field as well. */
+void DropWhatParentHas(DMField *field) {
+    DMField *parent = field->parent;
+    for (std::uint32_t entry = TSEntryVT; entry; entry >>= 1) {
+        if (!(field->entries & entry)) continue;
+        const KRAtom key = Entry_to_Name(entry);
+        const LexObj own = LexDictGet(field->obj, key);
+        const LexObj theirs = TSDMFieldGetEntry(parent, entry);
+        // A group's top answers with its widget's value when it has none: that one must stay.
+        if (!TSLexObjEquivalent(own, theirs) || (LexObjEqual(own, theirs) && !(parent->entries & entry))) continue;
+        LexDictRemove(field->obj, key);
+        field->entries &= ~entry;
+    }
+    if (LexNameOrNull(LexDictGet(field->obj, FT_K)) == parent->type) LexDictRemove(field->obj, FT_K);
+    if (TSDMFieldIsAnnot(field) && parent->flags[0] != 0)
+        TSDMFieldSetFlags(field, /*which*/ 0, field->flags[0] | parent->flags[0]);
+    const LexObj flags = TSLexDictGetOfType(field->obj, flagsF_K, LexInteger);
+    if (LexObjGetType(flags) == LexInteger && static_cast<std::uint32_t>(LexIntegerValue(flags)) == parent->flags[1])
+        LexDictRemove(field->obj, flagsF_K);
+    TSLexArrayEnsure(parent->obj, Kids_K, /*indirect*/ false);
+}
+
+} // namespace
+
+LexObj FullNameArrayObj(LexDoc doc, const char *name) {
+    const std::vector<std::string> parts = SplitName(name ? name : "");
+    if (parts.empty()) return LexNullObj;
+    const LexObj array = LexNewArray(doc, /*indirect*/ false, static_cast<std::int32_t>(parts.size()));
+    for (std::size_t i = 0; i < parts.size(); ++i)
+        LexArrayPut(array, static_cast<std::int32_t>(i), StringObj(doc, parts[i]));
+    return array;
+}
+
+DMField *TSLexDictDefineField(LexObj dict, const char *fullName) {
+    if (LexObjGetType(dict) != LexDict || !LexObjIsIndirect(dict) || !fullName) return nullptr;
+    const std::string name(WithoutTrailingDots(fullName));
+    if (name.empty() || !DMDocFromLexDoc(LexObjGetDoc(dict)) || !TSLexDocEditOK(LexObjGetDoc(dict))) return nullptr;
+    DMField *field = nullptr;
+    const KRErrorCode code = Protect([&] { field = DefineUnder(dict, name); });
+    if (!field) LeaveTree(dict);
+    RaiseIf(code);
+    return field;
+}
+
+DMField *TSDMAnnotDefineField(DMAnnot annot, const char *name) {
+    if (!name || !*name || !DMAnnotIsValid(annot) || DMAnnotGetSubtype(annot) != Widget_K) return nullptr;
+    if (DMField *present = TSDMAnnotGetField(annot)) return present;
+    DMField *field = TSLexDictDefineField(DMAnnotGetLexObj(annot), name);
+    if (TSDMFieldIsValidCheckType(field)) TSDMFieldUpdateAppearance(field);
+    return field;
+}
+
+DMField *TSLexDictSetTitleGetField(LexObj dict, LexObj title) {
+    if (LexObjGetType(dict) != LexDict || !TessellaIsValid(TSLexObjGetTessella(dict))) return nullptr;
+    if (LexDictKnown(dict, Subtype_K) && LexNameOrNull(LexDictGet(dict, Subtype_K)) != Widget_K) return nullptr;
+    DMField *field = EnsureNoDMFieldForDict(dict, /*wipe*/ true);
+    PutTitle(dict, title);
+    if (LexObjGetType(title) == LexNull && !LexDictKnown(dict, parent_K)) return nullptr;
+    field = field ? Rebuild(field) : TSDMFieldFromLexObj(dict);
+    if (!TSDMFieldIsValidCheckType(field)) return field;
+    LexObj siblings = TSLexDictGetOfType(TSLexObjGetTessella(dict), formFields_K, LexArray);
+    if (field->parent) {
+        DropWhatParentHas(field);
+        siblings = TSLexDictGetOfType(field->parent->obj, Kids_K, LexArray);
+    }
+    FieldArrayMoveToEnd(siblings, dict);
+    return field;
+}
+
+bool TSDMFieldIsValidCheckType(DMField *field) {
+    if (!TSDMFieldIsValid(field)) return false;
+    if (field->type == KRAtomNull || !(field->state & DMFieldSharesName)) return true;
+    const auto clashes = [field](const DMField *other) {
+        return other->type != KRAtomNull && other->type != field->type;
+    };
+    if (clashes(DMFieldHeadOfName(field))) return false;
+    for (const DMField *at = field->nextSameName; at; at = at->nextSameName)
+        if (clashes(at)) return false;
+    return true;
+}
+
+DMField *EnsureNoDMFieldForDict(LexObj dict, bool wipe) {
+    DMField *record = TSLexObjFindDMField(dict);
+    if (record && wipe) DMFieldWipe(record);
+    return record;
+}

@@ -1,0 +1,91 @@
+// Searching siblings by title, from the last to the first.
+//
+//  1. For a definition only true siblings count: elements whose `Parent` is the place searched, roots without one. A
+//     widget that is on its way from `Fields` into the tree has its new title already and must not be met as a root.
+//  2. On a long array the index by full name finds the last such element. It stands beside the search and answers the
+//     same, since a true sibling's full name is the place's name and its title.
+// SPDX-License-Identifier: MIT
+#include "LexField.h"
+
+#include <unordered_set>
+
+#include "DMField.h"
+#include "FieldArray.h"
+#include "FormStr.h"
+#include "LexFieldParts.h"
+#include "LexUtil.h"
+#include "PIFrame.h"
+
+namespace {
+
+/** Below this length there is no index; the search is as quick. */
+constexpr std::int32_t kLongArray = 64;
+
+/** The search as it is defined. A holder of kids is entered once, however often it is listed. */
+class TitleSearch {
+public:
+    TitleSearch(LexObj title, bool trueSiblings) : m_title(title), m_trueSiblings(trueSiblings) {}
+
+    /** True when the search is over; `*field` is then the result. `place` is what holds the array. */
+    bool In(LexObj array, LexObj place, int depth, DMField **field) {
+        if (depth > MaxFieldDepth || LexObjGetType(array) != LexArray) return false;
+        for (std::int32_t i = LexArrayLength(array) - 1; i >= 0; --i) {
+            const LexObj element = LexArrayGet(array, i);
+            if (LexObjGetType(element) != LexDict) continue;
+            const LexObj own = LexDictGet(element, T_K);
+            if (LexObjGetType(own) == LexString) {
+                if (!TSLexObjEquivalent(own, m_title) || !Counts(element, place)) continue;
+                *field = TSDMFieldFromLexObj(element);
+                return true;
+            }
+            const LexObj kids = TSLexDictGetOfType(element, Kids_K, LexArray);
+            const bool enters = LexObjGetType(kids) == LexArray && m_entered.insert(kids.node).second;
+            if (enters && In(kids, element, depth + 1, field)) return true;
+        }
+        return false;
+    }
+
+private:
+    bool Counts(LexObj element, LexObj place) const {
+        return !m_trueSiblings || LexObjEqual(TSLexDictGetOfType(element, parent_K, LexDict), place);
+    }
+
+    LexObj m_title;
+    bool m_trueSiblings;
+    std::unordered_set<KRWord> m_entered;
+};
+
+KRBool TakeKey(LexObj key, LexObj, void *clientData) {
+    static_cast<std::vector<KRAtom> *>(clientData)->push_back(LexNameValue(key));
+    return true;
+}
+
+} // namespace
+
+DMField *TSDMFieldInHierarchyFromName(LexObj array, LexObj title) {
+    DMField *field = nullptr;
+    if (LexObjGetType(title) == LexString)
+        TitleSearch(title, /*trueSiblings*/ false).In(array, LexNullObj, /*depth*/ 0, &field);
+    return field;
+}
+
+DMField *FieldSiblingFind(DMDoc doc, DMField *at, LexObj array, LexObj title, const std::string &fullName) {
+    if (LexObjGetType(array) != LexArray) return nullptr;
+    if (LexArrayLength(array) >= kLongArray) {
+        LexObj last = LexNullObj;
+        const KRErrorCode code = Protect([&] { last = FieldArrayLastNamed(array, fullName); });
+        if (LexObjGetType(last) == LexDict && TSLexObjEquivalent(LexDictGet(last, T_K), title))
+            return TSDMFieldFromLexObj(last);
+        // What is deeper down, below elements without a title, has a record under this name if it is a field.
+        if (code == KRErrNone && !TSDMDocGetDMFieldFromName(doc, fullName.c_str())) return nullptr;
+    }
+    DMField *field = nullptr;
+    TitleSearch(title, /*trueSiblings*/ true).In(array, at ? at->obj : LexNullObj, /*depth*/ 0, &field);
+    return field;
+}
+
+std::vector<KRAtom> LexDictKeys(LexObj dict) {
+    std::vector<KRAtom> keys;
+    if (TSLexObjIsDictLike(dict)) LexObjEnum(dict, &TakeKey, &keys);
+    return keys;
+}

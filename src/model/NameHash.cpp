@@ -1,0 +1,315 @@
+// The per-document control blocks, and the name entries with their same-name lists.
+//
+//  1. A record enters byObject and its name entry together (TSDMFieldDefine), and leaves both together (DropRecord).
+//  2. What can fail while a record is entered is done before the first link is changed.
+//  3. Whatever frees a record or an entry first moves the running enumerations past it.
+// SPDX-License-Identifier: MIT
+#include "NameHash.h"
+
+#include <string>
+#include <utility>
+
+#include "FormStr.h"
+#include "LexUtil.h"
+#include "PIFrame.h"
+#include "Tessella.h"
+
+DocHashControl *OpenDocsHashControls = nullptr;
+
+namespace {
+
+NameEntry *EntryOf(const DMField *field) {
+    // `name` is the entry's first member.
+    return reinterpret_cast<NameEntry *>(const_cast<NameStr *>(field->name));
+}
+
+std::string_view NameOf(const NameEntry *entry) {
+    return {NameStrAddr(&entry->name), NameStrLen(&entry->name)};
+}
+
+/** The document's object store is gone, and its handle may stand for another by now. */
+bool IsStale(const DocHashControl *control) {
+    return !LexObjEqual(control->catalog, LexNullObj) && LexObjGetType(control->catalog) == LexNull;
+}
+
+void FreeEntry(NameEntry *entry) {
+    NameStrFree(&entry->name);
+    delete entry;
+}
+
+/** Frees records, names and entries; running enumerations end. */
+void FreeIndex(DocHashControl *control) {
+    for (FieldCursor *cursor = control->cursors; cursor; cursor = cursor->outer) cursor->ended = true;
+    control->cursors = nullptr;
+    control->lastField = nullptr;
+    for (unsigned bucket = NameHashBucketCount; bucket-- > 0;) {
+        for (NameEntry *entry = control->buckets[bucket]; entry;) {
+            for (DMField *field = entry->head; field;) delete std::exchange(field, field->nextSameName);
+            FreeEntry(std::exchange(entry, entry->next));
+        }
+        control->buckets[bucket] = nullptr;
+    }
+    control->byName.clear();
+    control->byObject.clear();
+    control->arrays.clear();
+    control->kidsLoaded.clear();
+    control->moving.clear();
+    control->moved.Clear();
+    control->fieldCount = 0;
+}
+
+void FreeBlock(DocHashControl **link) {
+    DocHashControl *control = *link;
+    *link = control->next;
+    FreeIndex(control);
+    delete control;
+}
+
+DocHashControl *NewBlock(LexDoc lexDoc, DMDoc doc, bool ensureWrite) {
+    CleanUpOpenDocsHashControls();
+    auto control = std::make_unique<DocHashControl>();
+    control->lexDoc = lexDoc;
+    control->doc = doc;
+    control->catalog = LexDocGetRoot(lexDoc);
+    if (ensureWrite) DMDocEnsureWrite(doc, /*load*/ true, /*flags*/ 0);
+    control->next = OpenDocsHashControls;
+    return OpenDocsHashControls = control.release();
+}
+
+NameEntry *NewEntry(DocHashControl *control, std::string_view name) {
+    auto entry = std::make_unique<NameEntry>();
+    Str_to_NameStr(static_cast<std::uint8_t>(name.size()), name.data(), &entry->name);
+    if (NameStrLen(&entry->name) != name.size()) KRRaise(KRErrNoMemory);
+    const KRErrorCode code = Protect([&] { control->byName.emplace(NameOf(entry.get()), entry.get()); });
+    if (code != KRErrNone) {
+        NameStrFree(&entry->name);
+        KRRaise(code);
+    }
+    NameEntry *&first = control->buckets[StrGetBucket(name.data(), name.size())];
+    entry->next = first;
+    if (first) first->prev = entry.get();
+    return first = entry.release();
+}
+
+void DropEntry(DocHashControl *control, NameEntry *entry) {
+    for (FieldCursor *cursor = control->cursors; cursor; cursor = cursor->outer) {
+        if (cursor->entry == entry) cursor->entry = entry->next;
+    }
+    const std::string_view name = NameOf(entry);
+    control->byName.erase(name);
+    if (entry->prev) entry->prev->next = entry->next;
+    else control->buckets[StrGetBucket(name.data(), name.size())] = entry->next;
+    if (entry->next) entry->next->prev = entry->prev;
+    FreeEntry(entry);
+}
+
+/** A non-terminal goes in front, a leaf to the end; all of the list then share their name. */
+void EnterList(NameEntry *entry, DMField *field, bool inFront) {
+    if (!entry->head) {
+        entry->head = entry->tail = field;
+        return;
+    }
+    field->state |= DMFieldSharesName;
+    if (inFront) {
+        field->nextSameName = entry->head;
+        entry->head->prevSameName = field;
+        entry->head->state |= DMFieldSharesName;
+        entry->head = field;
+    } else {
+        field->prevSameName = entry->tail;
+        entry->tail->nextSameName = field;
+        entry->tail->state |= DMFieldSharesName;
+        entry->tail = field;
+    }
+}
+
+void LeaveList(DocHashControl *control, NameEntry *entry, DMField *field) {
+    for (FieldCursor *cursor = control->cursors; cursor; cursor = cursor->outer) {
+        if (cursor->field == field) cursor->field = field->nextSameName;
+    }
+    (field->prevSameName ? field->prevSameName->nextSameName : entry->head) = field->nextSameName;
+    (field->nextSameName ? field->nextSameName->prevSameName : entry->tail) = field->prevSameName;
+}
+
+void LeaveObjectIndex(DocHashControl *control, DMField *field) {
+    const auto [first, last] = control->byObject.equal_range(field->objectKey);
+    for (auto it = first; it != last; ++it) {
+        if (it->second != field) continue;
+        control->byObject.erase(it);
+        return;
+    }
+}
+
+/** A field is alone under its name from now on: it says so if it is a whole field. */
+KRErrorCode TellJoined(DocHashControl *control, DMField *field) {
+    return Protect([&] {
+        if (!TSDMFieldIsTerminal(field)) return;
+        TSFieldNotifyRec record{};
+        record.doc = control->doc;
+        record.field = field;
+        TessellaBroadcast(TSFieldDidJoin, &record);
+    });
+}
+
+/** Takes a record's dictionary out of the tree. Gives the parent if nothing is left for it to be there for. */
+DMField *LeaveTree(DMField *field) {
+    for (DMField *child = field->firstChild; child; child = field->firstChild) DMFieldUnlinkChild(child);
+    DMField *parent = field->parent;
+    if (!parent) {
+        const LexObj form = TSLexObjGetTessella(field->obj);
+        FieldArrayRemove(TSLexDictGetOfType(form, formFields_K, LexArray), field->obj);
+        return nullptr;
+    }
+    DMFieldUnlinkChild(field);
+    LexDictRemove(field->obj, parent_K);
+    const LexObj kids = TSLexDictGetOfType(parent->obj, Kids_K, LexArray);
+    if (LexObjGetType(kids) != LexArray) return nullptr;
+    FieldArrayRemove(kids, field->obj);
+    if (LexArrayLength(kids) > 0) return nullptr;
+    LexDictRemove(parent->obj, Kids_K);
+    // A parent that is being built or loads its kids is in use further up; whoever builds it sees to it.
+    return parent->state & (DMFieldInvalid | DMFieldLoadingKids) ? nullptr : parent;
+}
+
+/** Undefines one field; gives the parent that must follow. An error is kept while the clean-up goes on. */
+DMField *UndefineOne(DocHashControl *control, DMField *field, KRErrorCode *kept) {
+    NameEntry *entry = EntryOf(field);
+    LeaveList(control, entry, field);
+    if (entry->head && entry->head == entry->tail) {
+        DMField *alone = entry->head;
+        // An observer may undefine that one too, and with it the entry.
+        const std::string name(NameOf(entry));
+        const KRErrorCode code = TellJoined(control, alone);
+        if (code != KRErrNone) *kept = code;
+        entry = NameHashFind(control, name);
+        if (entry && entry->head == alone) alone->state ^= DMFieldSharesName;
+    }
+    if (entry && !entry->head) DropEntry(control, entry);
+    DMField *orphaned = nullptr;
+    const KRErrorCode code = Protect([&] { orphaned = LeaveTree(field); });
+    if (code != KRErrNone) *kept = code;
+    LeaveObjectIndex(control, field);
+    delete field;
+    --control->fieldCount;
+    control->lastField = nullptr;
+    control->kidsLoaded.clear();
+    return orphaned;
+}
+
+} // namespace
+
+unsigned StrGetBucket(const char *text, std::size_t length) {
+    length %= 256;
+    std::uint32_t hash = 0;
+    if (length == 1) {
+        hash = static_cast<unsigned char>(text[0]) * 8u + 1;
+    } else {
+        for (std::size_t i = 0; i < length; ++i) hash = hash * 31 + static_cast<unsigned char>(text[i]);
+    }
+    return hash % NameHashBucketCount;
+}
+
+DocHashControl *TSLexDocFindHashHead(LexDoc doc) {
+    if (!doc) return nullptr;
+    for (DocHashControl **link = &OpenDocsHashControls; *link; link = &(*link)->next) {
+        if ((*link)->lexDoc != doc) continue;
+        if (!IsStale(*link)) return *link;
+        FreeBlock(link);
+        return nullptr;
+    }
+    return nullptr;
+}
+
+DocHashControl *TSLexDocGetHashHead(LexDoc doc) {
+    if (DocHashControl *control = TSLexDocFindHashHead(doc)) return control;
+    const DMDoc owner = doc ? DMDocFromLexDoc(doc) : nullptr;
+    return owner ? NewBlock(doc, owner, /*ensureWrite*/ true) : nullptr;
+}
+
+DocHashControl *TSDMDocFindHashHead(DMDoc doc) {
+    for (DocHashControl *control = OpenDocsHashControls; control; control = control->next) {
+        if (control->doc == doc) return control;
+    }
+    return nullptr;
+}
+
+bool TSLexDocEditOK(LexDoc doc) {
+    const DocHashControl *control = TSLexDocGetHashHead(doc);
+    return control && control->editOK;
+}
+
+void TSDMDocAcquireFormsData(DMDoc doc) {
+    if (!doc) return;
+    const LexDoc lexDoc = DMDocGetLexDoc(doc);
+    if (!TSLexDocFindHashHead(lexDoc)) NewBlock(lexDoc, doc, /*ensureWrite*/ false);
+}
+
+void TSDMDocReleaseFormsData(DMDoc doc) {
+    for (DocHashControl **link = &OpenDocsHashControls; *link; link = &(*link)->next) {
+        if ((*link)->doc != doc) continue;
+        FreeBlock(link);
+        return;
+    }
+}
+
+NameEntry *NameHashFind(DocHashControl *control, std::string_view name) {
+    const auto found = control->byName.find(name);
+    return found == control->byName.end() ? nullptr : found->second;
+}
+
+DMField *AllocDMField(std::string_view name, LexObj dict) {
+    auto *field = new DMField{};
+    field->type = KRAtomNull;
+    field->state = DMFieldInvalid;
+    field->obj = dict;
+    return TSDMFieldDefine(field, name) == 0 ? field : nullptr;
+}
+
+std::int32_t TSDMFieldDefine(DMField *newField, std::string_view name) {
+    std::unique_ptr<DMField> field(newField);
+    DocHashControl *control = TSLexDocGetHashHead(LexObjGetDoc(field->obj));
+    if (!control || !control->editOK || control->closing || name.size() > MaxFieldNameLength) return 1;
+    field->objectKey = LexObjGetID(field->obj);
+    const bool inFront = LexDictKnown(field->obj, Kids_K);
+    const auto place = control->byObject.emplace(field->objectKey, field.get());
+    NameEntry *entry = NameHashFind(control, name);
+    if (!entry) {
+        const KRErrorCode code = Protect([&] { entry = NewEntry(control, name); });
+        if (code != KRErrNone) {
+            control->byObject.erase(place);
+            field.reset();
+            KRRaise(code);
+        }
+    }
+    field->name = &entry->name;
+    EnterList(entry, field.get(), inFront);
+    ++control->fieldCount;
+    control->lastField = field.release();
+    return 0;
+}
+
+void TSDMFieldUndefine(DMField *field) {
+    KRErrorCode kept = KRErrNone;
+    while (field && LexObjGetType(field->obj) == LexDict && LexObjIsIndirect(field->obj)) {
+        DocHashControl *control = TSLexDocGetHashHead(LexObjGetDoc(field->obj));
+        if (!control) break;
+        field = UndefineOne(control, field, &kept);
+    }
+    RaiseIf(kept);
+}
+
+void DocFreeLex(DMDoc doc, bool closing) {
+    DocHashControl *control = TSDMDocFindHashHead(doc);
+    if (!control || control->closing) return;
+    FreeIndex(control);
+    if (!closing) return;
+    control->closing = true;
+    control->editOK = false;
+}
+
+void CleanUpOpenDocsHashControls() {
+    for (DocHashControl **link = &OpenDocsHashControls; *link;) {
+        if ((*link)->closing) FreeBlock(link);
+        else link = &(*link)->next;
+    }
+}

@@ -1,0 +1,103 @@
+// The plug-in's shell: the handshake, and the one list of what is started in which order.
+// SPDX-License-Identifier: MIT
+#include "miPI.h"
+
+#include <new>
+
+#include "CoreHFT.h"
+#include "Cursors.h"
+#include "DMFieldLife.h"
+#include "FontMgr.h"
+#include "FormStr.h"
+#include "FormsTables.h"
+#include "LexFieldHooks.h"
+#include "MenuItems.h"
+#include "PIFrame.h"
+#include "PIMain.h"
+#include "ScreenViewHFT.h"
+#include "ScreenViewUserInterfaceHFT.h"
+#include "SiblingHFTs.h"
+#include "Tessella.h"
+#include "WidgetHandlers.h"
+#include "mdPI.h"
+#include "mdUtils.h"
+
+TSPlugInData *gData = nullptr;
+
+namespace {
+
+KRBool TessellaExportHFT() {
+    return ServeFormsTables() && CreateTessellaNotificationServer();
+}
+
+// An edit in progress is committed, and no selection handles are printed.
+KRBool miPIDocEnum(SCDoc view, void *doc) {
+    if (SCDocGetDMDoc(view) != doc) return true;
+    const KRAtom type = SCDocGetSelectionType(view);
+    if (type == Annotation_K || (type != KRAtomNull && type == KRExistingAtomForString("TSSCTextEditSelection")))
+        SCDocClearSelection(view, /*highlight*/ true);
+    return true;
+}
+
+void miPIDocWillPrintPages(DMDoc doc, std::int32_t, std::int32_t, void *) {
+    SCAppEnumDocs(&miPIDocEnum, doc);
+}
+
+bool miPIRegisterNotifications() {
+    const auto proc = PICallback(gExtensionID, &miPIDocWillPrintPages);
+    SCAppRegisterNotification(DMDocWillPrintPages, gExtensionID, reinterpret_cast<KRProc>(proc), nullptr);
+    return true;
+}
+
+// Absent siblings leave null tables, and their callers test for that.
+bool miPIReplaceHFTEntries() {
+    gScreenViewUserInterfaceHFT =
+        KRGetHFT(KRAtomFromString("ScreenViewUserInterface"), ScreenViewUserInterfaceHFTVersion);
+    gNLHFT = KRGetHFT(KRAtomFromString("NetAnchor"), NetAnchorHFTVersion);
+    gPostOutHFT = KRGetHFT(KRAtomFromString("PostOut"), PostOutHFTVersion);
+    return true;
+}
+
+KRBool ExtensionReplaceAndRegister() {
+    return miPIRegisterNotifications() && miPIReplaceHFTEntries();
+}
+
+// The form model's observers need the notification servers, which the export callback has made. A false leaves what
+// was started running; ExtensionTerm copes with that.
+KRBool ExtensionInit() {
+    TessellaKRAtoms();
+    gData = new (std::nothrow) TSPlugInData{};
+    if (!gData) return false;
+    mdInit();
+    gData->topWidget = mdGetRootWidget();
+    miPIAddMenuItems();
+    InitProtoField();
+    FontMgrInit();
+    TSSCAppInstallBuiltInWidgetHandlers();
+    if (!NameHashInit()) return false;
+    CursorsInit();
+    return true;
+}
+
+KRBool ExtensionTerm() {
+    CursorsTerm();
+    if (!gData) return true;
+    DestroyTessellaNotificationServer();
+    mdTerm();
+    delete gData;
+    gData = nullptr;
+    return true;
+}
+
+} // namespace
+
+std::int32_t PIHandshake(std::uint32_t version, PIHandshakeRecord *record) {
+    if (version != PIHandshakeVersion) return 0;
+    TessellaNotificationServer = nullptr;
+    record->extensionName = KRAtomFromString("Forms");
+    record->exportHFTs = PICallback(gExtensionID, &TessellaExportHFT);
+    record->init = PICallback(gExtensionID, &ExtensionInit);
+    record->unload = PICallback(gExtensionID, &ExtensionTerm);
+    record->replaceAndRegister = PICallback(gExtensionID, &ExtensionReplaceAndRegister);
+    return 1;
+}

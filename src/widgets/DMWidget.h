@@ -1,0 +1,193 @@
+// The data of a widget: what it is, read and written in its annotation, in the appearance characteristics `MK`, and in
+// its field.
+//
+// Getters give defaults where the document says nothing or nonsense. Setters of `MK` mark the appearance as due. Texts
+// of records are in host encoding.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "FormsTypes.h"
+#include "LexHFT.h"
+#include "miCStore.h"
+#include "miEStr.h"
+
+// What a widget is (DMWidget.cpp).
+
+/**
+ * One of this system's own: it has `MK`, or no appearance at all. Any other widget only carries a foreign stream, whose
+ * look is kept. `*mk` (may be null) gets the `MK` dictionary or the null object.
+ */
+bool TSDMWidgetIsNative(DMAnnot annot, LexObj *mk);
+/**
+ * Changes the field's type to what the widget type asks for and sets the type's bits in `*fieldFlags`. Raises
+ * KRErrTypeShared for one of several widgets, KRErrBadParam otherwise.
+ */
+void TSDMWidgetSetSubType(DMAnnot annot, KRAtom type, std::uint32_t *fieldFlags);
+/** Full name in host encoding, cut to `size`; the empty text without a field. */
+void TSDMWidgetGetTitle(DMAnnot annot, char *buffer, std::int32_t size);
+/** `TU`, as a new string; empty when there is none. */
+EStr *TSDMWidgetGetUserName(DMAnnot annot);
+EStr *TSDMFieldGetUserName(DMField *field);
+/** An empty text removes `TU`. */
+void TSDMFieldSetUserName(DMField *field, const EStr *name);
+/** `TM`, as a new string. */
+EStr *TSDMFieldGetSubmitName(DMField *field);
+/** The rectangle in points; after a stretch (`OH`) as it was when the widget was made. */
+void TSDMWidgetGetRect(DMAnnot annot, KRFixedRect *rect);
+/** A size as it shows after a stretch. Sizes below 1 point stay. */
+KRFixed TSDMWidgetGetTextSize(DMAnnot annot, KRFixed size);
+/** Degrees. */
+std::int32_t TSDMWidgetGetRotation(DMAnnot annot);
+/** The colour of the annotation itself: always red. */
+void TSDMWidgetGetColor(DMAnnot annot, DMColorValue *color);
+
+/** Solid of width 1, the border of a widget that does not tell. */
+TSBorder TSBorderDefault();
+/** `BS`, else `Border`; false, and the default, with neither. With `BS`: whether the width is above 0. */
+bool TSDMWidgetGetBorder(DMAnnot annot, TSBorder *border);
+/** The default (null) is written by removing the keys. */
+void TSDMWidgetSetBorder(DMAnnot annot, const TSBorder *border);
+/** `MK` `BC` and `BG`; either may be null. */
+void TSDMWidgetGetAreaColors(DMAnnot annot, DMColorValue *borderColor, DMColorValue *backColor);
+/** Transparent removes the key. */
+void TSDMWidgetSetAreaColors(DMAnnot annot, const DMColorValue *borderColor, const DMColorValue *backColor);
+
+// Entries of `MK`.
+
+LexObj TSDMWidgetGetObj(DMAnnot annot, KRAtom key);
+/** The null object removes the key. */
+void TSDMWidgetSetObj(DMAnnot annot, KRAtom key, LexObj value);
+/** Text of the entry in its own encoding, always ended by two NUL bytes. */
+void TSDMWidgetGetString(DMAnnot annot, KRAtom key, char *buffer, std::int32_t size);
+/** `text` is PDFDocEncoding or marked UCS-2; empty or null removes the key. */
+void TSDMWidgetSetString(DMAnnot annot, KRAtom key, const char *text);
+/** 0 when absent. */
+std::int32_t TSDMWidgetGetInt(DMAnnot annot, KRAtom key);
+void TSDMWidgetSetInt(DMAnnot annot, KRAtom key, std::int32_t value);
+
+void TSDMAnnotInitFit(TSFit *fit);
+void TSDMAnnotGetFit(DMAnnot annot, TSFit *fit);
+/** Only for native widgets. Defaults are written by removing keys. */
+void TSDMAnnotSetFit(DMAnnot annot, const TSFit *fit);
+
+// The record (DMWidgetData.cpp).
+
+/** Raises KRErrNoMemory. */
+TSWidgetData *TSDMWidgetAcquireData(DMAnnot annot);
+/** Sets bits in first->mixed: what differs. Bit 1 is set in every case. */
+void TSDMWidgetCompareData(TSWidgetData *first, const TSWidgetData *other);
+/** Writes what `mixed` leaves. Raises KRErrBadParam without a title and KRErrDefineFailed. */
+void TSDMWidgetWriteData(DMAnnot annot, TSWidgetData *data);
+/** Null allowed. */
+void TSDMWidgetReleaseData(TSWidgetData *data);
+/** Defaults of a widget that has no field yet. */
+void TSDMDocGetFormData(DMDoc doc, TSWidgetData *data);
+
+/** Bits of TSWidgetData::mixed. */
+enum TSMixed : std::uint32_t {
+    TSMixedType = 0x1,
+    TSMixedTitle = 0x2,
+    TSMixedBackSeen = 0x4,
+    TSMixedBackColor = 0x8,
+    TSMixedBorderSeen = 0x10,
+    TSMixedBorderColor = 0x20,
+    TSMixedBorderStyle = 0x40,
+    TSMixedBorderWidth = 0x80,
+    TSMixedTextSeen = 0x100,
+    TSMixedTextColor = 0x200,
+    TSMixedFont = 0x400,
+    TSMixedTextSize = 0x800,
+    TSMixedReadOnly = 0x1000,
+    TSMixedRequired = 0x4000,
+    TSMixedUserName = 0x10000,
+    TSMixedQuadding = 0x20000,
+    TSMixedAnnotFlags = 0x40000
+};
+/** The annotation flags that belong to a widget's data: hidden, print, no view. */
+inline constexpr std::uint32_t TSWidgetAnnotFlags = 38;
+
+enum TSValidity : std::int32_t {
+    TSValid = 0,
+    TSNameEmpty = 1,
+    TSNameOfOtherType = 2,
+    TSNameOfGroup = 3,
+    TSNameBelowField = 4,
+    TSFontsMixed = 5,
+    TSNameNotRoman = 6,
+    TSSizeOutOfRange = 7
+};
+/** A TSValidity: whether the widget may be called `name`. */
+std::int32_t TSDMWidgetValidateName(DMDoc doc, DMAnnot annot, KRAtom type, const char *name);
+/** The same for a record whose trailing dots are taken off; `sizeText` is the "auto" text or 4 to 144 points. */
+std::int32_t TSDMWidgetValidateData(DMDoc doc, DMAnnot annot, TSWidgetData *data, const char *sizeText);
+
+// Values and choices (DMWidgetValue.cpp).
+
+/** The value's text in host encoding, KRmalloc'd; null when there is none. */
+char *TSDMWidgetAcquireStringValue(DMAnnot annot);
+/** Sets the value from host text, as a string (LexString) or a name (LexName). Null or empty is the null value. */
+bool TSDMWidgetSetStringValue(DMAnnot annot, LexType type, const char *text);
+
+/** What a choice field offers. An export may be missing, and then the value is what is shown. */
+struct TSChoices {
+    std::vector<std::string> values;
+    /** Empty, or as long as `values`. */
+    std::vector<std::optional<std::string>> exports;
+};
+void TSDMWidgetAcquireChoices(DMAnnot annot, TSChoices *choices);
+/** Raises KRErrBadParam when the field refuses. */
+void TSDMWidgetWriteChoices(DMAnnot annot, const TSChoices &choices);
+void TSDMWidgetReleaseChoices(TSChoices *choices);
+/** Index of the choice that is shown as `text`, else `missing`. */
+std::int32_t TSDMWidgetGetChoiceIndex(const TSChoices &choices, const char *text, std::int32_t missing);
+/** The value steps to the next option; a list of one at its option is reset. */
+void TSDMWidgetSetNextOption(DMAnnot annot);
+
+/** `MaxLen` in characters; 0 when there is none, -1 for an invalid field. */
+std::int16_t TSDMFieldGetMaxLen(DMField *field);
+/** 0 or less removes it. */
+void TSDMFieldSetMaxLen(DMField *field, std::int16_t length);
+/** `TI`, index of the first line that a list shows. */
+std::int16_t TSDMFieldGetTopIndex(DMField *field);
+void TSDMFieldSetTopIndex(DMField *field, std::int16_t index);
+/** Index of the default value among the options; 0 when it is none of them. */
+std::int16_t TSDMFieldGetDefaultIndex(DMField *field);
+/** The widget wrapped its text: line ends in the value came from the widget. */
+void TSDMFieldSetWidgetWrappedText(DMField *field);
+void TSDMFieldClearWidgetWrappedText(DMField *field);
+
+// Scripts (DMWidgetScript.cpp).
+
+struct TSScriptData {
+    /** `General`, `Custom`, or the name of a built-in format function. */
+    KRAtom formatType;
+    DMField *field;
+    EStrPtr format, keystroke, validate, calculate, spare;
+};
+/** Null for a widget without a field. */
+std::unique_ptr<TSScriptData> TSDMWidgetAcquireScriptData(DMAnnot annot);
+/** Writes the scripts that differ. Raises what writing raises. */
+void TSDMWidgetWriteScriptData(DMAnnot annot, TSScriptData *data);
+void TSDMWidgetReleaseScriptData(std::unique_ptr<TSScriptData> data);
+KRAtom TSDMWidgetGetScriptFormatType(const EStr *format, const EStr *keystroke);
+
+// Appearance (DMWidgetFace.cpp).
+
+/** Draws a native widget's frame into the store and gives null; else the normal appearance, if an indirect stream. */
+LexObj TSDMWidgetWriteAppearance(DMAnnot annot, CStore *store);
+/** `state` KRAtomNull for a face without states; the null object removes. */
+void TSDMWidgetSetNormalFace(DMAnnot annot, KRAtom state, LexObj face);
+/**
+ * The look to draw the widget's text with: the field's own, at the size it shows, in a font that the form can have. A
+ * font outside the base fonts is replaced by the base font that is nearest by its name. The resource name is the one
+ * under which the form's resources hold the font.
+ */
+void TSDMWidgetGetDrawingLook(DMAnnot annot, DMField *field, TextAppearance *look);
+/** The same choice for a base font alone: makes `look` drawable in `doc`. */
+void TSLookUseDrawableFont(LexDoc doc, TextAppearance *look);
+/** A text as a font can show it: UCS-2 for Japanese fonts, else PDFDocEncoding with bullets for what it lacks. */
+EStrPtr TSTextForFont(const EStr *text, KRAtom font);

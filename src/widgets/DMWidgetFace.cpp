@@ -1,0 +1,79 @@
+// How a widget comes by its appearance: the frame, the font that it can be drawn in, the face that is set.
+// SPDX-License-Identifier: MIT
+#include "DMWidget.h"
+
+#include <string_view>
+
+#include "AnnotUtl.h"
+#include "ColorUtl.h"
+#include "CoreHFT.h"
+#include "DMField.h"
+#include "FieldLook.h"
+#include "FontMgr.h"
+#include "FormStr.h"
+#include "miKanjiFont.h"
+
+namespace {
+
+bool Holds(std::string_view name, std::initializer_list<std::string_view> words) {
+    for (const std::string_view word : words) {
+        if (name.find(word) != std::string_view::npos) return true;
+    }
+    return false;
+}
+
+// The base font that looks most like a font of this name. Only the fourteen can be measured and embedded by name.
+KRAtom NearestBaseFont(KRAtom font) {
+    const std::string_view name = KRAtomGetString(font);
+    const bool bold = Holds(name, {"Bold", "Black", "Heavy", "bold"});
+    const bool slanted = Holds(name, {"Italic", "Oblique", "italic"});
+    const KRAtom sans[] = {Helvetica_K, HelveticaBold_K, HelveticaOblique_K, HelveticaBoldOblique_K};
+    const KRAtom serif[] = {TimesRoman_K, TimesBold_K, TimesItalic_K, TimesBoldItalic_K};
+    const KRAtom fixed[] = {Courier_K, CourierBold_K, CourierOblique_K, CourierBoldOblique_K};
+    const int style = (bold ? 1 : 0) + (slanted ? 2 : 0);
+    if (Holds(name, {"Cour", "Mono", "Consol", "Typewriter"})) return fixed[style];
+    if (Holds(name, {"Times", "Serif", "Roman", "Georgia", "Garamond", "Palatino"}) && !Holds(name, {"Sans"}))
+        return serif[style];
+    return sans[style];
+}
+
+} // namespace
+
+LexObj TSDMWidgetWriteAppearance(DMAnnot annot, CStore *store) {
+    LexObj mk;
+    const bool native = TSDMWidgetIsNative(annot, &mk);
+    if (native && LexObjGetType(mk) == LexDict) {
+        TSBorder border;
+        DMColorValue borderColor, backColor;
+        TSDMWidgetGetBorder(annot, &border);
+        TSDMColorLoad(LexDictGet(mk, BorderCol_K), KRAtomNull, &borderColor);
+        TSDMColorLoad(LexDictGet(mk, Background_K), KRAtomNull, &backColor);
+        CStoreDrawBorder(store, nullptr, border.style, KRFixedFromInt(border.width), &borderColor, &backColor,
+                         /*down*/ false);
+        return LexNullObj;
+    }
+    LexObj face = TSDMAnnotGetAppearance(annot, FaceNormal_K, KRAtomNull);
+    return LexObjGetType(face) == LexStream && LexObjIsIndirect(face) ? face : LexNullObj;
+}
+
+void TSDMWidgetSetNormalFace(DMAnnot annot, KRAtom state, LexObj face) {
+    TSDMAnnotSetAppearance(annot, FaceNormal_K, state, face);
+}
+
+void TSLookUseDrawableFont(LexDoc doc, TextAppearance *look) {
+    if (!CanGenerateFont(look->baseFont)) look->baseFont = NearestBaseFont(look->baseFont);
+    LexObj dict = TSLexDocGetFontDict(doc, look->baseFont);
+    if (LexObjGetType(dict) != LexDict) return;
+    LexObj name = LexDictGet(dict, Name_K);
+    look->fontResource = LexObjGetType(name) == LexName ? LexNameValue(name) : MapBaseFontToNameFont(look->baseFont);
+}
+
+void TSDMWidgetGetDrawingLook(DMAnnot annot, DMField *field, TextAppearance *look) {
+    TSDMFieldGetDefaultTextAppearance(field, look);
+    look->size = TSDMWidgetGetTextSize(annot, look->size);
+    TSLookUseDrawableFont(TSDMFieldGetLexDoc(field), look);
+}
+
+EStrPtr TSTextForFont(const EStr *text, KRAtom font) {
+    return EStrPtr(EStrCopySetEncoding(text, IsKanji(font) ? EStrUCS2 : EStrPDFDoc));
+}

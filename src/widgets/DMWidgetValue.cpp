@@ -1,0 +1,176 @@
+// Values and choices of a widget, and the small numbers of its field.
+// SPDX-License-Identifier: MIT
+#include "DMWidget.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "CoreHFT.h"
+#include "DMField.h"
+#include "DMFieldValue.h"
+#include "FormStr.h"
+#include "KRErrors.h"
+#include "LexUtil.h"
+#include "WidgetReg.h"
+#include "miUtils.h"
+
+namespace {
+
+std::string HostText(LexObj obj) {
+    const EStrPtr text(EStrNewFromLexObjImpl(obj));
+    EStrSetEncoding(text.get(), EStrHost);
+    return std::string(EStrGetBytes(text.get()), EStrGetLen(text.get()));
+}
+
+LexObj NewText(LexDoc doc, const std::string &host) {
+    const EStrPtr text(EStrNewImpl(host.c_str(), EStrHost));
+    EStrSetEncoding(text.get(), EStrText);
+    return LexNewString(doc, /*indirect*/ false, EStrGetBytes(text.get()), EStrGetLen(text.get()));
+}
+
+std::int16_t ShortEntry(DMField *field, KRAtom key, std::int16_t missing) {
+    LexObj value = TSDMFieldGetObj(field, key);
+    if (LexObjGetType(value) != LexInteger) return missing;
+    return static_cast<std::int16_t>(std::clamp<std::int32_t>(LexIntegerValue(value), INT16_MIN, INT16_MAX));
+}
+
+void SetShortEntry(DMField *field, KRAtom key, std::int16_t value, bool remove) {
+    if (!TSDMFieldIsValid(field)) return;
+    DMField *top = DMFieldTopOfName(field);
+    if (remove)
+        LexDictRemove(top->obj, key);
+    else
+        TSLexDictStore<LexInteger>(top->obj, key, /*indirect*/ false, value);
+}
+
+// What one entry of `Opt` offers; false for an entry that is none.
+bool ReadChoice(LexObj entry, std::string *value, std::optional<std::string> *exported) {
+    if (LexObjGetType(entry) != LexArray) {
+        *value = HostText(entry);
+        return !value->empty();
+    }
+    if (LexArrayLength(entry) != 2) return false;
+    *exported = HostText(LexArrayGet(entry, 0));
+    *value = HostText(LexArrayGet(entry, 1));
+    return true;
+}
+
+// Lists are never found equal, so that writing one always stores it; only two empty ones are.
+bool ChoicesEqual(const TSChoices &a, const TSChoices &b) {
+    return a.values.empty() && b.values.empty();
+}
+
+LexObj NewChoice(LexDoc doc, const TSChoices &choices, std::size_t i) {
+    const bool hasExport = i < choices.exports.size() && choices.exports[i];
+    const bool hasValue = !choices.values[i].empty();
+    if (!hasExport) return NewText(doc, choices.values[i]);
+    if (!hasValue) return NewText(doc, *choices.exports[i]);
+    LexObj pair = LexNewArray(doc, /*indirect*/ false, 2);
+    LexArrayPut(pair, 0, NewText(doc, *choices.exports[i]));
+    LexArrayPut(pair, 1, NewText(doc, choices.values[i]));
+    return pair;
+}
+
+} // namespace
+
+char *TSDMWidgetAcquireStringValue(DMAnnot annot) {
+    LexObj value = TSDMFieldGetValue(TSDMAnnotGetField(annot));
+    return LexObjGetType(value) == LexNull ? nullptr : miCopyStrImpl(HostText(value).c_str());
+}
+
+bool TSDMWidgetSetStringValue(DMAnnot annot, LexType type, const char *text) {
+    DMField *field = TSDMAnnotGetField(annot);
+    LexDoc doc = LexObjGetDoc(DMAnnotGetLexObj(annot));
+    LexObj value = LexNullObj;
+    if (text && *text)
+        value = type == LexName ? LexNewName(doc, /*indirect*/ false, KRAtomFromString(text)) : NewText(doc, text);
+    return TSDMFieldSetValue(field, value);
+}
+
+void TSDMWidgetAcquireChoices(DMAnnot annot, TSChoices *choices) {
+    *choices = {};
+    LexObj options = TSDMFieldGetObj(TSDMAnnotGetField(annot), options_K);
+    if (LexObjGetType(options) != LexArray) return;
+    bool anyExport = false;
+    for (std::int32_t i = LexArrayLength(options) - 1; i >= 0; --i) {
+        std::string value;
+        std::optional<std::string> exported;
+        if (!ReadChoice(LexArrayGet(options, i), &value, &exported)) continue;
+        anyExport = anyExport || exported;
+        choices->values.push_back(std::move(value));
+        choices->exports.push_back(std::move(exported));
+    }
+    std::reverse(choices->values.begin(), choices->values.end());
+    std::reverse(choices->exports.begin(), choices->exports.end());
+    if (!anyExport) choices->exports.clear();
+}
+
+void TSDMWidgetWriteChoices(DMAnnot annot, const TSChoices &choices) {
+    TSChoices present;
+    TSDMWidgetAcquireChoices(annot, &present);
+    if (ChoicesEqual(present, choices)) return;
+    LexObj options = LexNullObj;
+    if (!choices.values.empty()) {
+        LexDoc doc = LexObjGetDoc(DMAnnotGetLexObj(annot));
+        options = LexNewArray(doc, /*indirect*/ false, static_cast<std::int32_t>(choices.values.size()));
+        for (std::size_t i = choices.values.size(); i-- > 0;)
+            LexArrayPut(options, static_cast<std::int32_t>(i), NewChoice(doc, choices, i));
+    }
+    if (TSDMFieldSetOptions(TSDMAnnotGetField(annot), options) != 0) KRRaise(KRErrBadParam);
+}
+
+void TSDMWidgetReleaseChoices(TSChoices *choices) {
+    *choices = {};
+}
+
+std::int32_t TSDMWidgetGetChoiceIndex(const TSChoices &choices, const char *text, std::int32_t missing) {
+    const auto found = std::find(choices.values.begin(), choices.values.end(), text);
+    return found == choices.values.end() ? missing : static_cast<std::int32_t>(found - choices.values.begin());
+}
+
+void TSDMWidgetSetNextOption(DMAnnot annot) {
+    DMField *field = TSDMAnnotGetField(annot);
+    LexObj options = TSDMFieldGetObj(field, options_K);
+    const std::int32_t count = LexObjGetType(options) == LexArray ? LexArrayLength(options) : 0;
+    const std::int32_t index = TSDMFieldGetOptionIndex(field, nullptr, nullptr);
+    if (count == 1 && index == 0)
+        TSDMFieldReset(field);
+    else
+        TSDMFieldSetToOptionIndex(field, index + 1);
+}
+
+std::int16_t TSDMFieldGetMaxLen(DMField *field) {
+    return TSDMFieldIsValid(field) ? ShortEntry(field, maxLen_K, 0) : std::int16_t{-1};
+}
+
+void TSDMFieldSetMaxLen(DMField *field, std::int16_t length) {
+    SetShortEntry(field, maxLen_K, length, /*remove*/ length <= 0);
+}
+
+std::int16_t TSDMFieldGetTopIndex(DMField *field) {
+    return ShortEntry(field, topIndex_K, 0);
+}
+
+void TSDMFieldSetTopIndex(DMField *field, std::int16_t index) {
+    if (TSDMFieldGetTopIndex(field) == index) return;
+    SetShortEntry(field, topIndex_K, index, /*remove*/ index == 0);
+}
+
+std::int16_t TSDMFieldGetDefaultIndex(DMField *field) {
+    LexObj options = TSDMFieldGetObj(field, options_K);
+    LexObj standard = TSDMFieldGetEntry(field, TSEntryDV);
+    if (LexObjGetType(options) != LexArray || LexObjGetType(standard) == LexNull) return 0;
+    for (std::int32_t i = LexArrayLength(options) - 1; i >= 0; --i) {
+        if (TSLexObjEquivalent(RetrieveOptVal(LexArrayGet(options, i)), standard))
+            return static_cast<std::int16_t>(std::min(i, INT16_MAX + 0));
+    }
+    return 0;
+}
+
+void TSDMFieldSetWidgetWrappedText(DMField *field) {
+    if (TSDMFieldIsValid(field)) field->state |= DMFieldWrapped;
+}
+
+void TSDMFieldClearWidgetWrappedText(DMField *field) {
+    if (TSDMFieldIsValid(field)) field->state &= ~static_cast<std::uint32_t>(DMFieldWrapped);
+}

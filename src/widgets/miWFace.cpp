@@ -1,0 +1,84 @@
+// Faces drawn from a frame and a content.
+// SPDX-License-Identifier: MIT
+#include "miWFace.h"
+
+#include "DMField.h"
+#include "DMFieldValue.h"
+#include "FixedUtl.h"
+#include "FormStr.h"
+#include "LexUtil.h"
+#include "TextLook.h"
+#include "miKanjiFont.h"
+
+namespace {
+
+void DrawFrame(WFace &face, bool down, bool circular) {
+    const TSWidgetData *data = face.data;
+    CStore *store = face.border.get();
+    if (circular)
+        CStoreDrawCircularBorder(store, nullptr, data->border.style, face.borderWidth, &data->borderColor,
+                                 &data->backColor, down);
+    else
+        CStoreDrawBorder(store, nullptr, data->border.style, face.borderWidth, &data->borderColor, &data->backColor,
+                         down);
+}
+
+} // namespace
+
+WFace WFaceNew(DMAnnot annot, const TSWidgetData *data) {
+    WFace face{};
+    face.annot = annot;
+    face.doc = LexObjGetDoc(DMAnnotGetLexObj(annot));
+    face.data = data;
+    face.borderWidth = KRFixedFromInt(data->border.width);
+    face.margin = CStoreBorderMargin(&data->border);
+    face.border.reset(CStoreNew(&data->rect, data->rotation));
+    face.content.reset(CStoreNew(&data->rect, data->rotation));
+    return face;
+}
+
+LexObj WFaceSave(WFace &face, bool down, bool circular, KRFixed shift) {
+    CStoreClear(face.border.get());
+    DrawFrame(face, down, circular);
+    if (face.content->length > 0) {
+        const KRFixedRect inside = CStoreInsideRect(face.border.get(), face.margin);
+        CStoreStartRectClip(face.border.get(), &inside);
+        if (shift != 0) CStorePrintf(face.border.get(), "1 0 0 1 %f %f cm", shift, TSFixedNeg(shift));
+        CStoreAdd(face.border.get(), face.content.get());
+        CStoreEndRectClip(face.border.get());
+    }
+    return CStoreSave(face.doc, face.border.get());
+}
+
+LexObj WFaceSaveFrame(WFace &face, bool down, bool circular) {
+    CStoreClear(face.border.get());
+    face.border->flags = 0;
+    DrawFrame(face, down, circular);
+    return CStoreSave(face.doc, face.border.get());
+}
+
+TextAppearance WFaceLook(const WFace &face) {
+    TextAppearance look = TextAppearanceDefault();
+    look.fillColor = face.data->textColor;
+    look.size = face.data->textSize;
+    look.baseFont = face.data->font;
+    TSLookUseDrawableFont(face.doc, &look);
+    return look;
+}
+
+EStrPtr WFaceText(const char *hostText, const TextAppearance &look) {
+    const EStrPtr text(EStrNewImpl(nullptr, EStrHost));
+    EStrCorrectEncoding(text.get(), hostText ? hostText : "", look.baseFont);
+    EStrSetEncoding(text.get(), EStrText);
+    return TSTextForFont(text.get(), look.baseFont);
+}
+
+void WFaceOwnMakerDict(DMAnnot annot) {
+    LexObj mk;
+    LexObj dict = DMAnnotGetLexObj(annot);
+    if (!TSDMWidgetIsNative(annot, &mk) || LexDictKnown(dict, MakerDict_K)) return;
+    if (LexObjGetType(mk) == LexDict)
+        LexDictPut(dict, MakerDict_K, mk);
+    else
+        TSLexDictEnsure(dict, MakerDict_K);
+}

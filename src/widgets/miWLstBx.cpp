@@ -1,0 +1,131 @@
+// The handler of list boxes.
+// SPDX-License-Identifier: MIT
+#include "miWLstBx.h"
+
+#include <algorithm>
+
+#include "ColorUtl.h"
+#include "DMField.h"
+#include "DMFieldValue.h"
+#include "FormStr.h"
+#include "PIFrame.h"
+#include "PIMain.h"
+#include "WidgetHandlers.h"
+#include "mdMessages.h"
+#include "miWValueFace.h"
+
+namespace {
+
+SCWidgetHandler s_handler;
+constexpr KRFixed s_undefinedGray = 65535;
+
+KRAtom WListBoxGetType(SCWidgetHandler *) {
+    return ListBox_K;
+}
+
+void WListBoxGetName(SCWidgetHandler *, char *buffer, std::int32_t size) {
+    mdGetString(Msg::widgetListBox, buffer, static_cast<std::uint16_t>(size));
+}
+
+// The first line on show, moved so that the selection is in view.
+std::int32_t TopWithSelection(std::int32_t top, std::int32_t selected, std::int32_t lines, std::int32_t count) {
+    top = std::clamp(top, 0, std::max(count - lines, 0));
+    if (selected < 0) return top;
+    const std::int32_t last = std::min(top + lines - 1, count - 1);
+    if (selected < top) return selected;
+    if (selected > last) return std::max(std::min(count - lines, selected), 0);
+    return top;
+}
+
+/** The lines of a list being drawn. */
+struct ListLines {
+    CStoreBlock *block;
+    const TSWidgetData *data;
+    const TSChoices *choices;
+    std::int32_t top;
+    std::int32_t lines;
+    std::int32_t selected;
+};
+
+void DrawLine(WValueFace &face, const ListLines &list, std::int32_t index) {
+    const EStrPtr name(EStrNewImpl(list.choices->values[static_cast<std::size_t>(index)].c_str(), EStrHost));
+    const EStrPtr text = TSTextForFont(name.get(), face.look.baseFont);
+    if (index != list.selected) {
+        CStoreBlockLine(list.block, EStrGetBytes(text.get()));
+        return;
+    }
+    DMColorValue color;
+    mdListBoxGetHighlightColor(list.data, &color, /*foreground*/ true);
+    CStoreSetColor(face.store.get(), &color, /*fill*/ true);
+    CStoreBlockLine(list.block, EStrGetBytes(text.get()));
+    CStoreSetColor(face.store.get(), &face.look.fillColor, /*fill*/ true);
+}
+
+void DrawLines(WValueFace &face, const ListLines &list) {
+    const auto count = static_cast<std::int32_t>(list.choices->values.size());
+    if (list.selected >= list.top && list.selected < list.top + list.lines) {
+        DMColorValue bar;
+        mdListBoxGetHighlightColor(list.data, &bar, /*foreground*/ false);
+        CStoreBlockHighlightLine(list.block, list.selected - list.top, &bar);
+    }
+    CStoreBlockLine(list.block, nullptr);
+    const std::int32_t end = std::min(count, list.top + list.lines);
+    for (std::int32_t index = list.top; index < end; ++index) DrawLine(face, list, index);
+}
+
+void DrawList(WValueFace &face, const TSWidgetData *data) {
+    TSChoices choices;
+    TSDMWidgetAcquireChoices(face.annot, &choices);
+    ListLines list{};
+    list.block = CStoreBlockStart(face.store.get(), face.margin, &face.look);
+    if (!list.block) return;
+    list.data = data;
+    list.choices = &choices;
+    list.lines = CStoreBlockGetNumLines(list.block);
+    list.selected = TSDMFieldGetOptionIndex(face.field, nullptr, nullptr);
+    const auto count = static_cast<std::int32_t>(choices.values.size());
+    const std::int32_t present = TSDMFieldGetTopIndex(face.field);
+    list.top = TopWithSelection(present, list.selected, list.lines, count);
+    if (list.top != present) TSDMFieldSetTopIndex(face.field, static_cast<std::int16_t>(list.top));
+    const KRErrorCode code = Protect([&] { DrawLines(face, list); });
+    CStoreBlockEnd(list.block);
+    RaiseIf(code);
+}
+
+void WListBoxWriteAppearance(SCWidgetHandler *, DMAnnot annot, KRAtom, EStr *, KRBool) {
+    DMField *field = TSDMAnnotGetField(annot);
+    if (!TSDMFieldIsValid(field)) return;
+    WValueFace face = WValueFaceNew(annot, field);
+    TSWidgetData colors{};
+    colors.textColor = face.look.fillColor;
+    TSDMWidgetGetAreaColors(annot, nullptr, &colors.backColor);
+    WValueFaceDraw(face, [&] { DrawList(face, &colors); });
+    WValueFaceSet(face);
+}
+
+} // namespace
+
+void mdListBoxGetHighlightColor(const TSWidgetData *data, DMColorValue *color, bool foreground) {
+    *color = foreground ? data->backColor : data->textColor;
+    if (color->space < TSColorGray || color->space > TSColorCMYK)
+        TSDMColorValueSet(color, TSColorGray, s_undefinedGray);
+}
+
+TSWidgetData *WListBox_AcquireData(DMAnnot annot) {
+    return WChoiceAcquireData(&s_handler, annot);
+}
+
+void WListBox_WriteData(DMAnnot annot, TSWidgetData *data) {
+    WChoiceWriteData(&s_handler, annot, data);
+}
+
+void WListBox_ReleaseData(TSWidgetData *data) {
+    WChoiceReleaseData(&s_handler, data);
+}
+
+void WListBox_Init() {
+    s_handler.GetType = PICallback(gExtensionID, &WListBoxGetType);
+    s_handler.GetName = PICallback(gExtensionID, &WListBoxGetName);
+    s_handler.WriteAppearance = PICallback(gExtensionID, &WListBoxWriteAppearance);
+    WChoiceInit(&s_handler);
+}

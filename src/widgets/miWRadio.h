@@ -1,0 +1,9 @@
+// The handler of radio buttons.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "miWToggle.h"
+
+TSWidgetData *WRadioButton_AcquireData(DMAnnot annot);
+void WRadioButton_WriteData(DMAnnot annot, TSWidgetData *data);
+void WRadioButton_ReleaseData(TSWidgetData *data);

@@ -1,0 +1,194 @@
+// The handler of signature fields.
+// SPDX-License-Identifier: MIT
+#include "miWSig.h"
+
+#include <memory>
+
+#include "AnnotUtl.h"
+#include "DMField.h"
+#include "DMFieldValue.h"
+#include "FormStr.h"
+#include "LexCopy.h"
+#include "LexUtil.h"
+#include "PIFrame.h"
+#include "PIMain.h"
+#include "SCUtils.h"
+#include "ScreenViewHFT.h"
+#include "ScreenViewUserInterfaceHFT.h"
+#include "WidgetHandlers.h"
+#include "WidgetReg.h"
+#include "mdMessages.h"
+#include "miAction.h"
+#include "miWFace.h"
+
+namespace {
+
+SCWidgetHandler s_handler;
+constexpr std::size_t s_nameLimit = 258;
+/** Layouts: the mark alone, the name below the mark, the name alone. */
+constexpr std::int32_t s_markOnly = 1;
+constexpr std::int32_t s_nameBelow = 2;
+constexpr std::int32_t s_nameOnly = 0;
+
+TSSignatureData *SignatureOf(const TSWidgetData *data) {
+    return static_cast<TSSignatureData *>(data->extension);
+}
+
+KRAtom WSignatureGetType(SCWidgetHandler *) {
+    return Sig_K;
+}
+
+void WSignatureGetName(SCWidgetHandler *, char *buffer, std::int32_t size) {
+    mdGetString(Msg::widgetSignature, buffer, static_cast<std::uint16_t>(size));
+}
+
+TSWidgetData *WSignatureAcquireData(SCWidgetHandler *, DMAnnot annot) {
+    auto signature = std::make_unique<TSSignatureData>();
+    signature->value = TSDMFieldGetValue(TSDMAnnotGetField(annot));
+    TSWidgetData *data = TSDMWidgetAcquireData(annot);
+    data->type = Sig_K;
+    data->extension = signature.release();
+    return data;
+}
+
+void WSignatureReleaseData(SCWidgetHandler *, TSWidgetData *data) {
+    if (!data) return;
+    delete SignatureOf(data);
+    TSDMWidgetReleaseData(data);
+}
+
+void WSignatureCompareData(SCWidgetHandler *, TSWidgetData *, const TSWidgetData *) {}
+
+// Every other widget of the same field takes the record too: one signature, one look.
+void WriteToNamesakes(DMField *field, TSWidgetData *data) {
+    DMField *top = DMFieldTopOfName(field);
+    for (DMField *other = top->firstChild; other; other = other->nextSibling) {
+        if (other != field && TSDMFieldIsAnnot(other)) TSDMWidgetWriteData(TSDMFieldGetDMAnnot(other), data);
+    }
+}
+
+void WSignatureWriteData(SCWidgetHandler *, DMAnnot annot, TSWidgetData *data) {
+    const bool wasSignature = TSDMWidgetGetSubType(annot) == Sig_K;
+    TSDMWidgetWriteData(annot, data);
+    DMField *field = TSDMAnnotGetField(annot);
+    if (!TSDMFieldIsValid(field)) return;
+    if (data->type == Sig_K) {
+        WriteToNamesakes(field, data);
+    } else if (wasSignature) {
+        TSDMWidgetWriteChoices(annot, {});
+        TSDMFieldReset(field);
+    }
+    TSDMFieldUpdateAppearance(field);
+}
+
+// The signer's name in host encoding; empty when unsigned.
+std::string SignerName(LexObj value) {
+    LexObj name = TSLexDictGetOfType(value, Name_K, LexString);
+    if (LexObjGetType(name) != LexString) return {};
+    const EStrPtr text(EStrNewFromLexObjImpl(name));
+    EStrSetEncoding(text.get(), EStrHost);
+    return std::string(EStrGetBytes(text.get())).substr(0, s_nameLimit);
+}
+
+void WSignatureSaveFace(DMAnnot annot, const TSWidgetData *data) {
+    WFace face = WFaceNew(annot, data);
+    const TextAppearance look = WFaceLook(face);
+    LexObj mark = GetThumper(face.doc, &look);
+    const std::string name = SignerName(SignatureOf(data)->value);
+    const EStrPtr caption = WFaceText(name.c_str(), look);
+    const bool hasMark = LexObjGetType(mark) == LexStream;
+    const std::int32_t layout = name.empty() ? s_markOnly : hasMark ? s_nameBelow : s_nameOnly;
+    TSFit fit;
+    TSDMAnnotInitFit(&fit);
+    CStoreLayoutIconText(face.content.get(), &fit, face.margin, layout, mark, &look, EStrGetBytes(caption.get()),
+                         /*isDingbat*/ false);
+    TSDMWidgetSetNormalFace(annot, KRAtomNull, WFaceSave(face, /*down*/ false, /*circular*/ false, /*shift*/ 0));
+}
+
+void WSignatureWriteAppearance(SCWidgetHandler *handler, DMAnnot annot, KRAtom, EStr *, KRBool) {
+    if (!TSDMWidgetIsNative(annot, nullptr)) return;
+    WFaceOwnMakerDict(annot);
+    TSWidgetData *data = WSignatureAcquireData(handler, annot);
+    const KRErrorCode code = Protect([&] { WSignatureSaveFace(annot, data); });
+    WSignatureReleaseData(handler, data);
+    RaiseIf(code);
+}
+
+void ShowProperties(DMAnnot annot) {
+    if (!gScreenViewUserInterfaceHFT) return;
+    SCDoc view = TSLexDocGetSCDoc(LexObjGetDoc(DMAnnotGetLexObj(annot)));
+    SCUIShowWidgetProperties(view, mdGetStringPtr(Msg::websearchUnknownWidget), Widget_K, "Signature");
+}
+
+void WSignatureClick(SCWidgetHandler *, DMAnnot annot, SCPageView, std::int16_t, std::int16_t, std::uint32_t,
+                     std::int16_t) {
+    ShowProperties(annot);
+}
+
+void WSignatureDoKeyDown(SCWidgetHandler *, DMAnnot annot, std::uint16_t key, std::uint32_t) {
+    if (key != ' ' && key != '\r') return;
+    if (TSDMAnnotHasAction(annot, MouseUp_K)) {
+        SCDoc view = TSLexDocGetSCDoc(LexObjGetDoc(DMAnnotGetLexObj(annot)));
+        Protect([&] { SCDocPerformAction(view, TSDMAnnotGetAction(annot, MouseUp_K)); });
+    }
+    ShowProperties(annot);
+}
+
+void WSignatureResize(SCWidgetHandler *, DMAnnot, const KRFixedRect *) {}
+
+void WSignatureScroll(SCWidgetHandler *, DMAnnot) {}
+
+} // namespace
+
+bool WSignature_NotifyWasResized(DMAnnot annot) {
+    if (LexObjGetType(TSDMFieldGetValue(TSDMAnnotGetField(annot))) != LexDict) return false;
+    LexDoc doc = LexObjGetDoc(DMAnnotGetLexObj(annot));
+    LexObj face = TSDMAnnotGetAppearance(annot, FaceNormal_K, KRAtomNull);
+    const KRAtom name = StreamWrapsXObject(face);
+    if (name == KRAtomNull) return false;
+    LexObj wrapper = TSLexObjCopy(doc, face, /*shallow*/ false);
+    if (LexObjGetType(wrapper) != LexStream) return false;
+    LexObj resources = TSLexDictGetOfType(LexStreamDict(wrapper), Resources_K, LexDict);
+    LexObj forms = TSLexDictGetOfType(resources, XObject_K, LexDict);
+    LexObj form = TSLexDictGetOfType(forms, name, LexStream);
+    if (LexObjGetType(form) != LexStream) {
+        LexObjDestroy(wrapper);
+        return false;
+    }
+    KRFixedRect rect, box;
+    DMAnnotGetRect(annot, &rect);
+    TSLexGetRect(LexStreamDict(form), BBox_K, &box);
+    TSDMWidgetSetNormalFace(annot, KRAtomNull, FitAp(&rect, wrapper, &box));
+    return true;
+}
+
+TSWidgetData *WSignature_AcquireData(DMAnnot annot) {
+    return WSignatureAcquireData(&s_handler, annot);
+}
+
+void WSignature_WriteData(DMAnnot annot, TSWidgetData *data) {
+    WSignatureWriteData(&s_handler, annot, data);
+}
+
+void WSignature_ReleaseData(TSWidgetData *data) {
+    WSignatureReleaseData(&s_handler, data);
+}
+
+void WSignature_Init() {
+    SCWidgetHandler &h = s_handler;
+    h.size = sizeof h;
+    h.usesTracking = 1;
+    h.GetType = PICallback(gExtensionID, &WSignatureGetType);
+    h.GetName = PICallback(gExtensionID, &WSignatureGetName);
+    h.DoKeyDown = PICallback(gExtensionID, &WSignatureDoKeyDown);
+    h.AcquireData = PICallback(gExtensionID, &WSignatureAcquireData);
+    h.CompareData = PICallback(gExtensionID, &WSignatureCompareData);
+    h.WriteData = PICallback(gExtensionID, &WSignatureWriteData);
+    h.ReleaseData = PICallback(gExtensionID, &WSignatureReleaseData);
+    h.WriteAppearance = PICallback(gExtensionID, &WSignatureWriteAppearance);
+    h.Click = PICallback(gExtensionID, &WSignatureClick);
+    h.RightClick = PICallback(gExtensionID, &WSignatureClick);
+    h.Resize = PICallback(gExtensionID, &WSignatureResize);
+    h.Scroll = PICallback(gExtensionID, &WSignatureScroll);
+    TSSCAppRegisterWidgetHandler(&h);
+}

@@ -1,0 +1,180 @@
+// Streams and forms of signature appearances: made from lines, wrapped, recognised and fitted.
+// SPDX-License-Identifier: MIT
+#include "miWSig.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <sstream>
+
+#include "CoreHFT.h"
+#include "FixedUtl.h"
+#include "FormStr.h"
+#include "KernelSupportHFT.h"
+#include "LexCopy.h"
+#include "LexUtil.h"
+#include "PIFrame.h"
+#include "miCStoreParts.h"
+#include "miWSigMark.h"
+
+namespace {
+
+/** A wrapper is one short line. */
+constexpr std::size_t s_wrapperLimit = 254;
+constexpr KRFixedRect s_markBox{0, KRFixedFromInt(100), KRFixedFromInt(100), 0};
+constexpr KRFixed s_markCenter = KRFixedFromInt(50);
+
+LexObj NewName(LexDoc doc, KRAtom name) {
+    return LexNewName(doc, /*indirect*/ false, name);
+}
+
+LexObj NewStream(LexDoc doc, const std::string &text) {
+    KRStm source = KRMemStmOpen(text.data(), static_cast<std::int64_t>(text.size()));
+    LexObj stream = LexNullObj;
+    const KRErrorCode code = Protect([&] {
+        stream = LexNewStream(doc, /*indirect*/ true, source, /*start*/ 0, /*encode*/ false, LexNullObj, LexNullObj,
+                              static_cast<std::int32_t>(text.size()));
+    });
+    KRStmClose(source);
+    RaiseIf(code);
+    return stream;
+}
+
+LexObj NewBoxedStream(LexDoc doc, const std::string &text, const KRFixedRect *bbox, LexObj *resources) {
+    LexObj stream = NewStream(doc, text);
+    LexObj dict = LexStreamDict(stream);
+    TSLexPutRect(doc, dict, BBox_K, bbox ? bbox : &s_markBox);
+    LexObj made = TSLexDictEnsure(dict, Resources_K);
+    LexObj procSet = TSLexArrayEnsure(made, ProcSet_K, /*indirect*/ false);
+    LexArrayPut(procSet, 0, NewName(doc, PDF_K));
+    if (resources) *resources = made;
+    return stream;
+}
+
+std::string NumberText(KRFixed value) {
+    char text[32];
+    KRFixedToCString(value, text, sizeof text, /*precision*/ 4);
+    return text;
+}
+
+// The colour operators of the mark; empty for a colour that cannot be drawn.
+std::string MarkColor(const DMColorValue &color) {
+    const KRFixed *v = color.value;
+    if (color.space == 0 || (color.space == 1 && v[0] == v[1] && v[1] == v[2])) return NumberText(v[0]) + " g";
+    const int count = color.space == 1 ? 3 : color.space == 2 ? 4 : 0;
+    std::string text;
+    for (int i = 0; i < count; ++i) text += NumberText(v[i]) + " ";
+    if (count > 0) text += count == 3 ? "rg" : "k";
+    return text;
+}
+
+bool TakeWord(std::istringstream &in, const char *word) {
+    std::string token;
+    return in >> token && token == word;
+}
+
+bool TakeNumbers(std::istringstream &in, int count) {
+    for (std::string token; count > 0; --count) {
+        if (!(in >> token)) return false;
+        char *end = nullptr;
+        std::strtof(token.c_str(), &end);
+        if (end == token.c_str() || *end != '\0') return false;
+    }
+    return true;
+}
+
+// How far a side of the wrapper's box grows: `ratio` is how much more the rectangle gives this side.
+KRFixed Growth(KRFixed side, KRFixed ratio, KRFixed scale) {
+    return TSFixedSub(KRFixedMul(side, KRFixedDiv(ratio, scale)), side);
+}
+
+} // namespace
+
+LexObj CreateStreamFromStringArray(LexDoc doc, const char *const *lines, const KRFixedRect *bbox, LexObj *resources) {
+    std::string text;
+    for (; *lines && **lines; ++lines) text.append(*lines).push_back('\n');
+    return NewBoxedStream(doc, text, bbox, resources);
+}
+
+LexObj StreamToXObject(LexObj stream, const KRFixedMatrix *matrix, const KRFixedRect *bbox, bool inPlace) {
+    LexDoc doc = LexObjGetDoc(stream);
+    LexObj form = inPlace ? stream : TSLexObjCopy(doc, stream, /*shallow*/ false);
+    LexObj dict = LexStreamDict(form);
+    LexDictPut(dict, Type_K, NewName(doc, XObject_K));
+    LexDictPut(dict, Subtype_K, NewName(doc, Form_K));
+    LexDictPut(dict, FormType_K, LexNewInteger(doc, /*indirect*/ false, 1));
+    if (bbox) TSLexPutRect(doc, dict, BBox_K, bbox);
+    const bool had = LexDictKnown(dict, Matrix_K);
+    if (had && !matrix) return form;
+    KRFixedMatrix product = matrix ? *matrix : KRFixedMatrixIdentity;
+    if (had) {
+        KRFixedMatrix present;
+        TSLexGetMatrix(dict, Matrix_K, &present);
+        KRFixedMatrixConcat(&product, matrix, &present);
+    }
+    TSLexPutMatrix(doc, dict, Matrix_K, &product);
+    return form;
+}
+
+LexObj XObjectToStream(LexObj xobject, const KRFixedMatrix *matrix, const KRFixedRect *bbox) {
+    const KRFixedMatrix m = matrix ? *matrix : KRFixedMatrixIdentity;
+    std::string text = "q ";
+    for (const KRFixed value : {m.a, m.b, m.c, m.d, m.e, m.f}) text += NumberText(value) + " ";
+    text += "cm /FRM Do Q";
+    LexObj resources;
+    LexObj stream = NewBoxedStream(LexObjGetDoc(xobject), text, bbox, &resources);
+    LexDictPut(TSLexDictEnsure(resources, XObject_K), FRM_K, xobject);
+    return stream;
+}
+
+KRAtom StreamWrapsXObject(LexObj stream) {
+    if (LexObjGetType(stream) != LexStream) return KRAtomNull;
+    std::string text;
+    if (Protect([&] { text = CStoreReadStream(stream); }) != KRErrNone || text.size() >= s_wrapperLimit)
+        return KRAtomNull;
+    std::istringstream in(text);
+    std::string name, rest;
+    const bool wraps = TakeWord(in, "q") && TakeNumbers(in, 6) && TakeWord(in, "cm") && in >> name && name[0] == '/' &&
+                       TakeWord(in, "Do") && TakeWord(in, "Q") && !(in >> rest);
+    return wraps ? KRAtomFromString(name.c_str() + 1) : KRAtomNull;
+}
+
+LexObj GetThumper(LexDoc doc, const TextAppearance *look) {
+    const std::string color = MarkColor(look->fillColor);
+    if (color.empty()) return LexNullObj;
+    std::vector<const char *> lines;
+    for (const char *const *line = thumper; *line; ++line) lines.push_back(*line);
+    lines[thumperColorLine] = color.c_str();
+    lines.push_back(nullptr);
+    LexObj stream = CreateStreamFromStringArray(doc, lines.data(), nullptr, nullptr);
+    KRFixedMatrix matrix = KRFixedMatrixIdentity;
+    TSFixedMatrixTranslate(&matrix, TSFixedNeg(s_markCenter), TSFixedNeg(s_markCenter));
+    return StreamToXObject(stream, &matrix, nullptr, /*inPlace*/ true);
+}
+
+void DefaultAPMatrixFM(KRFixedMatrix *matrix, std::int32_t rotation, KRFixed width, KRFixed height) {
+    const KRFixed one = KRFixedOne;
+    switch ((rotation % 360 + 360) % 360) {
+    case 90: *matrix = {0, one, -one, 0, height, 0}; break;
+    case 180: *matrix = {-one, 0, 0, -one, width, height}; break;
+    case 270: *matrix = {0, -one, one, 0, 0, width}; break;
+    default: *matrix = KRFixedMatrixIdentity; break;
+    }
+}
+
+LexObj FitAp(const KRFixedRect *rect, LexObj stream, const KRFixedRect *bbox) {
+    if (LexObjGetType(stream) != LexStream) return LexNullObj;
+    LexObj dict = LexStreamDict(stream);
+    KRFixedRect box;
+    TSLexGetRect(dict, BBox_K, &box);
+    const KRFixed formWidth = CStoreDistance(bbox->right, bbox->left);
+    const KRFixed formHeight = CStoreDistance(bbox->top, bbox->bottom);
+    if (formWidth == 0 || formHeight == 0) return stream;
+    const KRFixed byWidth = KRFixedDiv(CStoreDistance(rect->right, rect->left), formWidth);
+    const KRFixed byHeight = KRFixedDiv(CStoreDistance(rect->top, rect->bottom), formHeight);
+    const KRFixed scale = std::min(byWidth, byHeight);
+    if (scale == 0) return stream;
+    box.right = TSFixedAdd(box.right, Growth(CStoreDistance(box.right, box.left), byWidth, scale));
+    box.top = TSFixedAdd(box.top, Growth(CStoreDistance(box.top, box.bottom), byHeight, scale));
+    TSLexPutRect(LexObjGetDoc(stream), dict, BBox_K, &box);
+    return stream;
+}

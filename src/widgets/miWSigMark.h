@@ -1,0 +1,8 @@
+// The mark of a signature field.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/** Lines of a content stream, ended by null. */
+extern const char *const thumper[];
+/** The line that sets the colour, replaced by the look's. */
+inline constexpr int thumperColorLine = 3;

@@ -1,0 +1,161 @@
+// The handler of text fields.
+// SPDX-License-Identifier: MIT
+#include "miWText.h"
+
+#include <memory>
+
+#include "DMField.h"
+#include "DMFieldValue.h"
+#include "FormStr.h"
+#include "LexUtil.h"
+#include "PIFrame.h"
+#include "PIMain.h"
+#include "WidgetHandlers.h"
+#include "WidgetReg.h"
+#include "mdMessages.h"
+#include "miUtils.h"
+#include "miWValueFace.h"
+
+namespace {
+
+SCWidgetHandler s_handler;
+
+TSTextData *TextOf(const TSWidgetData *data) {
+    return static_cast<TSTextData *>(data->extension);
+}
+
+KRAtom WTextGetType(SCWidgetHandler *) {
+    return Text_K;
+}
+
+void WTextGetName(SCWidgetHandler *, char *buffer, std::int32_t size) {
+    mdGetString(Msg::widgetText, buffer, static_cast<std::uint16_t>(size));
+}
+
+std::string DefaultText(DMField *field) {
+    LexObj standard = TSDMFieldGetEntry(field, TSEntryDV);
+    if (LexObjGetType(standard) == LexNull) return {};
+    const EStrPtr text(EStrNewFromLexObjImpl(standard));
+    EStrSetEncoding(text.get(), EStrHost);
+    return EStrGetBytes(text.get());
+}
+
+TSWidgetData *WTextAcquireData(SCWidgetHandler *, DMAnnot annot) {
+    DMField *field = TSDMAnnotGetField(annot);
+    auto text = std::make_unique<TSTextData>();
+    TSWidgetData *data = TSDMWidgetAcquireData(annot);
+    data->type = Text_K;
+    data->value = TSDMWidgetAcquireStringValue(annot);
+    text->multiLine = data->fieldFlags & TSFieldMultiLine;
+    text->password = data->fieldFlags & TSFieldPassword;
+    text->maxLength = TSDMFieldGetMaxLen(field);
+    text->justification = data->quadding;
+    text->fontSize = data->textSize;
+    text->defaultValue = DefaultText(field);
+    data->extension = text.release();
+    return data;
+}
+
+void WTextReleaseData(SCWidgetHandler *, TSWidgetData *data) {
+    if (!data) return;
+    delete TextOf(data);
+    TSDMWidgetReleaseData(data);
+}
+
+void WTextCompareData(SCWidgetHandler *, TSWidgetData *first, const TSWidgetData *other) {
+    TSDMWidgetCompareData(first, other);
+    TSTextData *a = TextOf(first);
+    const TSTextData *b = TextOf(other);
+    if (!a) return;
+    if (other->type != Text_K || !b) {
+        a->changed = TSTextAll;
+        return;
+    }
+    if (a->defaultValue != b->defaultValue) a->changed |= TSTextDefault;
+    if (a->multiLine != b->multiLine) a->changed |= TSTextMultiLine;
+    if (a->maxLength != b->maxLength) a->changed |= TSTextMaxLength;
+    if (a->password != b->password) a->changed |= TSTextPassword;
+    if (a->justification != b->justification) a->changed |= TSTextJustification;
+}
+
+std::uint32_t WithBit(std::uint32_t flags, std::uint32_t bit, bool on) {
+    return on ? flags | bit : flags & ~bit;
+}
+
+void WriteFlags(DMField *field, const TSTextData &text) {
+    std::uint32_t flags = TSDMFieldGetFlags(field, 1);
+    if (!(text.changed & TSTextMultiLine)) flags = WithBit(flags, TSFieldMultiLine, text.multiLine);
+    if (!(text.changed & TSTextPassword)) flags = WithBit(flags, TSFieldPassword, text.password);
+    TSDMFieldSetFlags(field, 1, flags);
+    if (!(text.changed & TSTextMaxLength)) TSDMFieldSetMaxLen(field, text.maxLength);
+}
+
+void WriteDefault(DMAnnot annot, const TSTextData &text) {
+    if (text.changed & TSTextDefault) return;
+    LexObj value = LexNullObj;
+    if (!text.defaultValue.empty()) {
+        const EStrPtr stored(EStrNewImpl(text.defaultValue.c_str(), EStrHost));
+        EStrSetEncoding(stored.get(), EStrText);
+        value = LexNewString(LexObjGetDoc(DMAnnotGetLexObj(annot)), /*indirect*/ false, EStrGetBytes(stored.get()),
+                             EStrGetLen(stored.get()));
+    }
+    TSDMFieldSetDefaultValue(TSDMAnnotGetField(annot), value);
+}
+
+void WTextWriteData(SCWidgetHandler *, DMAnnot annot, TSWidgetData *data) {
+    TSTextData *text = TextOf(data);
+    if (text && !(text->changed & TSTextJustification)) data->quadding = static_cast<std::uint16_t>(text->justification);
+    TSDMWidgetWriteData(annot, data);
+    DMField *field = TSDMAnnotGetField(annot);
+    if (!text || !TSDMFieldIsValid(field)) return;
+    WriteFlags(field, *text);
+    std::string value = data->value ? data->value : "";
+    if (text->maxLength > 0) {
+        text->defaultValue = WTextCut(text->defaultValue, text->maxLength);
+        value = WTextCut(value, text->maxLength);
+    }
+    TSDMWidgetWriteChoices(annot, {});
+    WriteDefault(annot, *text);
+    TSDMFieldUpdateAppearance(field);
+    if (data->value) TSDMWidgetSetStringValue(annot, LexString, value.c_str());
+}
+
+void WTextWriteAppearance(SCWidgetHandler *, DMAnnot annot, KRAtom, EStr *value, KRBool) {
+    const std::uint32_t flags = TSDMFieldGetFlags(TSDMAnnotGetField(annot), 1);
+    WValueFaceWriteText(annot, value, flags & TSFieldMultiLine, flags & TSFieldPassword);
+}
+
+} // namespace
+
+std::string WTextCut(const std::string &host, std::int32_t characters) {
+    const EStrPtr text(EStrNewImpl(host.c_str(), EStrHost));
+    EStrSetEncoding(text.get(), EStrUCS2);
+    EStrTrunc(text.get(), characters);
+    EStrSetEncoding(text.get(), EStrHost);
+    return EStrGetBytes(text.get());
+}
+
+TSWidgetData *WText_AcquireData(DMAnnot annot) {
+    return WTextAcquireData(&s_handler, annot);
+}
+
+void WText_WriteData(DMAnnot annot, TSWidgetData *data) {
+    WTextWriteData(&s_handler, annot, data);
+}
+
+void WText_ReleaseData(TSWidgetData *data) {
+    WTextReleaseData(&s_handler, data);
+}
+
+void WText_Init() {
+    SCWidgetHandler &h = s_handler;
+    h.size = sizeof h;
+    h.GetType = PICallback(gExtensionID, &WTextGetType);
+    h.GetName = PICallback(gExtensionID, &WTextGetName);
+    h.AcquireData = PICallback(gExtensionID, &WTextAcquireData);
+    h.CompareData = PICallback(gExtensionID, &WTextCompareData);
+    h.WriteData = PICallback(gExtensionID, &WTextWriteData);
+    h.ReleaseData = PICallback(gExtensionID, &WTextReleaseData);
+    h.WriteAppearance = PICallback(gExtensionID, &WTextWriteAppearance);
+    TSSCAppRegisterWidgetHandler(&h);
+}

@@ -1,0 +1,295 @@
+// The document store: what opens, what is refused, and what a save keeps.
+// SPDX-License-Identifier: MIT
+#include "Store.h"
+
+#include <filesystem>
+#include <functional>
+#include <set>
+
+#include <gtest/gtest.h>
+#include <qpdf/QPDF.hh>
+#include <qpdf/QPDFObjectHandle.hh>
+#include <qpdf/QPDFWriter.hh>
+
+#include "Files.h"
+#include "KernelSupportHFT.h"
+#include "LexApi.h"
+#include "LexHFT.h"
+#include "LexStreams.h"
+#include "LexTestDoc.h"
+#include "PIFrame.h"
+
+using namespace jackdaw;
+using namespace lextest;
+
+namespace {
+
+const std::vector<std::string> s_form = {
+    "<< /Type /Catalog /Pages 2 0 R /AcroForm << /Fields [3 0 R] >> >>",
+    "<< /Type /Pages /Kids [ ] /Count 0 >>",
+    "<< /T (name) /V (value) /R [ 1. .50 ] >>",
+    "<< /Length 5 0 R /Filter /ASCIIHexDecode >>\nstream\n41 4 2>\nendstream",
+    "7",
+};
+
+/** Writes a document with the library itself. */
+std::string Rewritten(const std::string &bytes, const std::function<void(QPDFWriter &)> &setUp) {
+    QPDF pdf;
+    pdf.processMemoryFile("source", bytes.data(), bytes.size());
+    QPDFWriter writer(pdf);
+    writer.setOutputMemory();
+    setUp(writer);
+    writer.write();
+    const std::shared_ptr<Buffer> buffer = writer.getBufferSharedPointer();
+    return {reinterpret_cast<const char *>(buffer->getBuffer()), buffer->getSize()};
+}
+
+std::string Encrypted(const std::string &user, const std::string &owner, bool fillIn) {
+    return Rewritten(PdfText(s_form), [&](QPDFWriter &writer) {
+        writer.setR6EncryptionParameters(user.c_str(), owner.c_str(), true, true, /*assemble*/ false,
+                                         /*annotate*/ false, fillIn, /*modify*/ false, qpdf_r3p_none, true);
+    });
+}
+
+/** Where two documents differ, as a path; "" when they hold the same. References are compared by what they lead to. */
+class Comparison {
+public:
+    std::string run(LexObj a, LexObj b) {
+        waiting_ = {{a, b, ""}};
+        while (!waiting_.empty()) {
+            const Pair pair = waiting_.back();
+            waiting_.pop_back();
+            if (seen_.insert({pair.a.node, pair.b.node}).second && !alike(pair)) return pair.path + "!";
+        }
+        return "";
+    }
+
+private:
+    struct Pair {
+        LexObj a, b;
+        std::string path;
+    };
+
+    bool alike(const Pair &pair) {
+        if (lex::typeOf(pair.a) != lex::typeOf(pair.b)) return false;
+        switch (lex::typeOf(pair.a)) {
+        case LexNull:
+            return true;
+        case LexStream:
+            return lex::rawData(pair.a) == lex::rawData(pair.b) && entriesAlike(pair);
+        case LexDict:
+            return entriesAlike(pair);
+        case LexArray:
+            for (std::int32_t i = 0; i < lex::arrayLength(pair.a); ++i)
+                waiting_.push_back({lex::arrayGet(pair.a, i), lex::arrayGet(pair.b, i), pair.path + "/" + std::to_string(i)});
+            return lex::arrayLength(pair.a) == lex::arrayLength(pair.b);
+        default:
+            return lex::libraryHandle(pair.a).unparseResolved() == lex::libraryHandle(pair.b).unparseResolved();
+        }
+    }
+
+    bool entriesAlike(const Pair &pair) {
+        const auto entries = lex::dictEntries(pair.a), others = lex::dictEntries(pair.b);
+        for (const auto &[key, value] : entries) {
+            const LexObj other = lex::dictGet(pair.b, key);
+            // A stream's length is written anew, and directly.
+            if (key == atom("Length") && lex::typeOf(pair.a) == LexStream) continue;
+            waiting_.push_back({value, other, pair.path + "/" + AtomText(key)});
+        }
+        return entries.size() == others.size();
+    }
+
+    std::vector<Pair> waiting_;
+    std::set<std::pair<KRWord, KRWord>> seen_;
+};
+
+std::string OpenedAndSaved(const std::string &bytes) {
+    Doc doc(bytes);
+    return lex::saveDocToString(doc);
+}
+
+bool opens(const std::string &bytes) {
+    return codeOf([&] { Doc doc(bytes); }) == KRErrNone;
+}
+
+TEST(StoreSave, KeepsEveryObjectAndEveryStreamsBytes) {
+    const std::string classic = PdfText(s_form);
+    const std::string packed =
+        Rewritten(classic, [](QPDFWriter &writer) { writer.setObjectStreamMode(qpdf_o_generate); });
+    std::vector<std::string> sources = {classic, packed};
+    for (const char *folder : {TESSELLA_FORMS_DIR, TESSELLA_SAMPLES_DIR, TESSELLA_TEST_DATA_DIR}) {
+        std::error_code absent;
+        for (const auto &entry : std::filesystem::directory_iterator(folder, absent))
+            if (entry.path().extension() == ".pdf") sources.push_back(ReadAll(entry.path().string()));
+    }
+    for (std::size_t i = 0; i < sources.size(); ++i) {
+        Doc before(sources[i]);
+        Doc after(lex::saveDocToString(before));
+        EXPECT_EQ(Comparison().run(lex::rootOf(before), lex::rootOf(after)), "") << "source " << i;
+        EXPECT_TRUE(lex::warnings(after).empty()) << "source " << i << ": " << lex::warnings(after)[0];
+        EXPECT_FALSE(lex::openFacts(after).repaired);
+        EXPECT_EQ(lex::openFacts(after).encrypted, lex::openFacts(before).encrypted);
+    }
+    EXPECT_NE(OpenedAndSaved(packed).find("/ObjStm"), std::string::npos);
+    EXPECT_EQ(OpenedAndSaved(packed).find("(name)"), std::string::npos) << "object streams are packed again";
+    EXPECT_EQ(OpenedAndSaved(classic).find("/ObjStm"), std::string::npos);
+}
+
+TEST(StoreSave, ADocumentWithoutSizeOrWithADirectCatalogComesOutWhole) {
+    const std::string body = "%PDF-1.4\n2 0 obj\n<< /X (x) >>\nendobj\n";
+    for (const char *trailer : {"1 0 obj\n<< /A 2 0 R /AcroForm << >> >>\nendobj\ntrailer\n<< /Root 1 0 R >>\n",
+                                "trailer\n<< /Root << /A 2 0 R /AcroForm << >> >> >>\n"}) {
+        Doc doc(body + trailer);
+        EXPECT_TRUE(lex::openFacts(doc).repaired);
+        EXPECT_EQ(lex::typeOf(doc.at("Tessella")), LexDict);
+        Doc again(lex::saveDocToString(doc));
+        EXPECT_TRUE(lex::warnings(again).empty()) << lex::warnings(again)[0];
+        EXPECT_EQ(lex::stringValue(again.at("A/X")), "x");
+        EXPECT_EQ(lex::typeOf(again.at("Tessella")), LexDict);
+    }
+}
+
+TEST(StoreSave, OverItsOwnFileTwiceAndNeverLosingItOnFailure) {
+    const std::string path = TempFile("own.pdf", PdfText(s_form));
+    LexDoc opened = lex::openPdfFile(path, nullptr);
+    Doc doc(opened);
+    for (const char *value : {"first", "second"}) {
+        lex::dictPut(doc.at("Tessella/Fields/0"), atom("V"), lex::newString(doc, false, value));
+        lex::saveDoc(doc, path);
+        Doc again(ReadAll(path));
+        EXPECT_EQ(lex::stringValue(again.at("Tessella/Fields/0/V")), value);
+    }
+    EXPECT_EQ(codeOf([&] { lex::saveDoc(doc, "/dev/full"); }), KRErrDiskFull);
+    EXPECT_NE(codeOf([&] { lex::saveDoc(doc, path + "/no/folder"); }), KRErrNone);
+    lex::destroy(lex::rootOf(doc));
+    const std::string former = ReadAll(path);
+    EXPECT_EQ(codeOf([&] { lex::saveDoc(doc, path); }), KRErrBadPDF);
+    EXPECT_EQ(ReadAll(path), former);
+}
+
+TEST(StoreOpen, EncryptionAsksForAPasswordAndGivesTheRightsOfWhoOpened) {
+    const std::string bytes = Encrypted("user", "owner", /*fillIn*/ true);
+    const auto open = [&](const char *password) { return lex::openPdfBytes("locked.pdf", bytes, password); };
+    EXPECT_EQ(codeOf([&] { open(nullptr); }), KRErrPassword);
+    EXPECT_EQ(codeOf([&] { open("wrong"); }), KRErrPassword);
+    Doc user(open("user")), owner(open("owner"));
+    EXPECT_FALSE(lex::openFacts(user).owner);
+    EXPECT_TRUE(lex::openFacts(owner).owner);
+    EXPECT_EQ(lex::permissions(owner), 0xFFFFFFFF);
+    EXPECT_EQ(lex::permissions(user) & (0x8000 | 256 | 32 | 8), 256u | 32u);
+    Doc readOnly(Encrypted("", "owner", /*fillIn*/ false));
+    EXPECT_TRUE(lex::openFacts(readOnly).encrypted);
+    EXPECT_EQ(lex::permissions(readOnly) & (0x8000 | 256 | 32 | 8), 0u);
+    Doc plain(PdfText(s_form));
+    EXPECT_EQ(lex::permissions(plain), 0xFFFFFFFF);
+
+    const std::string saved = lex::saveDocToString(user);
+    EXPECT_EQ(codeOf([&] { Doc doc(saved); }), KRErrPassword);
+    for (const char *password : {"user", "owner"}) {
+        Doc again(lex::openPdfBytes("saved.pdf", saved, password));
+        EXPECT_EQ(lex::stringValue(again.at("Tessella/Fields/0/V")), "value") << password;
+    }
+    const std::size_t trailer = bytes.find("trailer");
+    EXPECT_FALSE(opens(bytes.substr(0, trailer))) << "without its key the file would read as rubbish";
+}
+
+TEST(StoreOpen, CutFilesComeBackAndRubbishIsRefused) {
+    std::string classic = PdfText(s_form);
+    Doc cut(classic.substr(0, classic.find("xref\n")));
+    EXPECT_TRUE(lex::openFacts(cut).repaired);
+    EXPECT_EQ(lex::stringValue(cut.at("Tessella/Fields/0/V")), "value");
+    for (const std::size_t percent : {10, 30, 50, 70, 90, 99}) {
+        const std::string part = classic.substr(0, classic.size() * percent / 100);
+        if (part.find("endobj") == std::string::npos) continue;
+        Doc doc(part);
+        EXPECT_EQ(lex::typeOf(doc.at("Tessella")), LexDict) << percent;
+        EXPECT_FALSE(lex::saveDocToString(doc).empty());
+    }
+    std::string packed = Rewritten(classic, [](QPDFWriter &writer) { writer.setObjectStreamMode(qpdf_o_generate); });
+    packed.resize(packed.rfind("startxref"));
+    Doc doc(packed);
+    EXPECT_EQ(lex::stringValue(doc.at("Tessella/Fields/0/V")), "value");
+
+    for (const char *rubbish : {"", "%PDF-1.4\n", "just text", "%PDF-1.4\ntrailer << /Root 9 0 R >>\n",
+                                "%PDF-1.4\n1 0 obj\n[ /Type /Catalog ]\nendobj\n", "/Type /Catalog 1 0 obj /XRef obj"})
+        EXPECT_EQ(codeOf([&] { Doc bad(rubbish); }), KRErrBadPDF) << rubbish;
+    EXPECT_EQ(codeOf([&] { lex::openPdfFile("/nowhere/at/all.pdf", nullptr); }), KRErrFileNotFound);
+    EXPECT_NE(codeOf([&] { lex::openPdfFile("/", nullptr); }), KRErrNone);
+    try {
+        lex::openPdfFile(TempFile("poor.pdf", "poor"), nullptr);
+        FAIL();
+    } catch (const HostError &error) {
+        EXPECT_NE(error.what.find("poor.pdf"), std::string::npos) << error.what;
+    }
+}
+
+TEST(StoreOpen, DeepAndLoopedFilesAreReadWithoutHarm) {
+    const std::string deep = "<< /Deep " + std::string(100000, '[') + std::string(100000, ']') + " /Level " +
+                             std::string(300, '[') + std::string(300, ']') + " >>";
+    Doc nested{"<< /A 2 0 R /B 3 0 R >>", deep, "[ 3 0 R 3 0 R << /Kids [ 3 0 R ] /Parent 3 0 R >> ]"};
+    EXPECT_FALSE(lex::saveDocToString(nested).empty());
+    LexObj level = nested.at("B");
+    for (int i = 0; i < 10000; ++i) level = lex::arrayGet(level, 0);
+    EXPECT_EQ(lex::arrayLength(level), 3);
+
+    Doc odd{"<< /A 2 0 R /B 3 0 R /C 4 0 R >>", "3 0 R", "2 0 R", "<< 1 2 /X#00Y 1 (k) /V >>"};
+    lex::typeOf(odd.at("A"));
+    for (const auto &[key, value] : lex::dictEntries(odd.at("C"))) EXPECT_NE(key, KRAtomNull);
+    EXPECT_FALSE(lex::warnings(odd).empty());
+}
+
+TEST(StoreFdf, IsBuiltSavedUnderItsHeaderAndReadAgain) {
+    const std::string path = TempFile("made.fdf", "");
+    const LexDoc made = LexDocCreate();
+    const LexObj fdf = LexNewDict(made, 0, 1);
+    LexDictPut(LexDocGetRoot(made), atom("FDF"), fdf);
+    LexDictPut(fdf, atom("Kids"), lex::newArray(made, false));
+    LexArrayInsert(LexDictGet(fdf, atom("Kids")), 0, LexNewDict(made, 0, 0));
+    LexDictPut(LexDocGetRoot(made), atom("AcroForm"), LexNewString(made, 0, "own name", 8));
+    EXPECT_TRUE(lex::isNull(lex::dictGet(lex::rootOf(made), atom("Tessella")))) << "no translation in an FDF";
+    KRPathName name = KRPathFromPlatformPath(path.c_str());
+    LexDocSaveToFile(made, KRGetDefaultFileSys(), name);
+    LexDocClose(made);
+    EXPECT_EQ(ReadAll(path).substr(0, 9), "%FDF-1.2\n");
+
+    const LexDoc opened = LexDocOpen(KRGetDefaultFileSys(), name);
+    EXPECT_TRUE(lex::warnings(opened).empty());
+    EXPECT_FALSE(lex::openFacts(opened).repaired);
+    std::filesystem::remove(path);
+    LexObj kids = LexDictGet(LexDictGet(LexDocGetRoot(opened), atom("FDF")), atom("Kids"));
+    EXPECT_EQ(LexObjGetType(LexArrayGet(kids, 0)), LexDict);
+    EXPECT_FALSE(LexObjIsIndirect(LexArrayGet(kids, 0))) << "an FDF's fields stay direct";
+    EXPECT_EQ(lex::saveDocToString(opened).substr(0, 9), "%FDF-1.2\n");
+    LexDocClose(opened);
+    KRFileSysReleasePath(KRGetDefaultFileSys(), name);
+    EXPECT_EQ(Protect([&] { LexDocClose(opened); }), KRErrBadParam);
+}
+
+TEST(StoreFdf, OpensWhatOthersWriteAndRefusesWhatIsNoFdf) {
+    const std::string object = "1 0 obj\n<< /FDF << /Fields [ << /T (a) /V (line\\nend) >> ] >> >>\nendobj\n";
+    for (const std::string &text :
+         {"%FDF-1.2\n" + object + "trailer\n<< /Root 1 0 R >>\n%%EOF\n", "\r\n  %FDF-1.2\r" + object + "trailer << /Root 1 0 R >>",
+          "%FDF-1.2\n" + object, "%FDF-1.2 " + object.substr(0, object.size() - 7),
+          std::string("%FDF-1.2\ntrailer << /Root << /FDF << /Fields [ << /T (a) >> ] >> >> >>\n"),
+          "%FDF-1.2\n" + object + "trailer\n<< /Root 1 0 R >>\nstartxref\n0\n%%EOF"}) {
+        Doc doc(lex::openFdfBytes("in.fdf", text));
+        EXPECT_EQ(lex::stringValue(doc.at("FDF/Fields/0/T")), "a") << text;
+        Doc again(lex::openFdfBytes("out.fdf", lex::saveDocToString(doc)));
+        EXPECT_TRUE(lex::warnings(again).empty()) << lex::warnings(again)[0];
+        EXPECT_EQ(lex::stringValue(again.at("FDF/Fields/0/T")), "a");
+    }
+    for (const std::string &text : {PdfText(s_form), std::string(), std::string(1024, ' ') + "%FDF-1.2\n" + object}) {
+        try {
+            lex::openFdfBytes("in.fdf", text);
+            ADD_FAILURE() << text;
+        } catch (const HostError &error) {
+            EXPECT_EQ(error.code, KRErrNotFDF);
+            EXPECT_NE(error.what.find("%PDF"), std::string::npos);
+        }
+    }
+    EXPECT_EQ(codeOf([&] { lex::openFdfBytes("in.fdf", "%FDF-1.2\nnothing else"); }), KRErrBadPDF);
+    Doc pdf(PdfText(s_form));
+    EXPECT_EQ(Protect([&] { LexDocClose(pdf); }), KRErrBadParam) << "the document model closes it";
+}
+
+} // namespace

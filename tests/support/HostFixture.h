@@ -1,0 +1,39 @@
+// What in-process tests stand on: a running host without plug-ins, and documents written as text.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "KRTypes.h"
+
+/** A document opened in a view without a window, closed with the object. */
+class TestDoc {
+public:
+    /** `objects` are the bodies of objects 1, 2, ...; object 1 is the catalog. Cross references are made. */
+    explicit TestDoc(const std::vector<std::string> &objects);
+    /** Opens a file as it stands. */
+    explicit TestDoc(const char *path);
+    ~TestDoc();
+    TestDoc(const TestDoc &) = delete;
+    TestDoc &operator=(const TestDoc &) = delete;
+
+    SCDoc view = nullptr;
+    DMDoc doc = nullptr;
+    LexDoc lex = nullptr;
+
+    /** Saves a copy and gives its bytes. */
+    std::string Saved() const;
+    /** The catalog's entry, or what a path such as "Tessella/Fields/0/V" leads to. */
+    LexObj At(const std::string &path) const;
+};
+
+/** The PDF text of `objects` (bodies of objects 1, 2, ...; 1 is the catalog). */
+std::string PdfText(const std::vector<std::string> &objects);
+
+/** A file in a fresh folder that goes away with the process. */
+std::string TempFile(const std::string &name, const std::string &bytes);
+std::string ReadAll(const std::string &path);
+
+/** A catalog, one Letter page and a form with `fields` as widgets merged with their fields; `formExtra` goes into the form. */
+std::vector<std::string> FormObjects(const std::vector<std::string> &fields, const std::string &formExtra = "");
