@@ -95,11 +95,11 @@ std::string OnStateOf(LexObj widget) {
 Option OptionOf(LexObj entry) {
     if (LexObjGetType(entry) != LexArray) {
         const std::string text = TextOfObject(entry);
-        return {text, text};
+        return {text, text, entry};
     }
     const std::string first = TextOfObject(LexArrayGet(entry, 0));
     const std::string second = TextOfObject(LexArrayGet(entry, 1));
-    return {first, second.empty() ? first : second};
+    return {first, second.empty() ? first : second, LexArrayGet(entry, 0)};
 }
 
 std::vector<Option> ChoiceOptions(LexObj opt) {
@@ -118,7 +118,7 @@ std::vector<Option> ButtonOptions(LexObj dict) {
         const std::string state = OnStateOf(widgets[i]);
         const bool known = std::any_of(options.begin(), options.end(), [&](const Option &o) { return o.exported == state; });
         if (state.empty() || known) continue;
-        options.push_back({state, i < texts.size() ? texts[i].display : state});
+        options.push_back({state, i < texts.size() ? texts[i].display : state, LexNullObj});
     }
     return options;
 }

@@ -20,6 +20,8 @@ const char *WordOfType(FieldType type);
 struct Option {
     std::string exported;
     std::string display;
+    /** The export value as the form holds it; null for on-states. A value is recognised by its very bytes. */
+    LexObj object;
 };
 
 struct WidgetPlace {

@@ -20,9 +20,14 @@ namespace jackdaw::cli {
 namespace {
 
 constexpr std::uint32_t s_readOnly = 0x1;
+constexpr std::uint32_t s_password = 0x2000;
 constexpr std::uint32_t s_editable = 0x40000;
 /** Names and choices that a warning lists. */
 constexpr std::size_t s_listed = 12;
+
+bool IsPassword(DMField *field) {
+    return TypeOfField(field) == FieldType::Text && (Forms::TSDMFieldGetFlags(field, 1) & s_password);
+}
 
 /** One value to set. */
 struct Assignment {
@@ -119,7 +124,7 @@ LexObj ButtonValue(LexDoc doc, DMField *field, FieldType type, const std::string
 
 LexObj ChoiceValue(LexDoc doc, DMField *field, FieldType type, const std::string &text) {
     const std::vector<Option> options = OptionsOfField(field, type);
-    if (const Option *option = FindOption(options, text)) return NewText(doc, option->exported);
+    if (const Option *option = FindOption(options, text)) return option->object;
     if (type == FieldType::ComboBox && (Forms::TSDMFieldGetFlags(field, 1) & s_editable)) return NewText(doc, text);
     throw Refusal{"no such choice \"" + text + "\"; it takes: " + JoinTexts(Offers(options), s_listed)};
 }
@@ -158,6 +163,7 @@ void SetOne(DMDoc doc, const Assignment &assignment) {
     if (Forms::TSDMFieldGetFlags(field, 1) & s_readOnly) throw Refusal{"the field is read-only"};
     LexObj value = ValueFor(DMDocGetLexDoc(doc), field, assignment);
     if (!Forms::TSDMFieldSetValue(field, value)) throw Refusal{"the form refused the value \"" + assignment.text + "\""};
+    if (IsPassword(field)) Warn(assignment.name + ": a password; it is not kept in the saved file");
 }
 
 // Raised codes and refusals both end as one warning line.

@@ -47,9 +47,6 @@ public:
         return page;
     }
 
-    const std::string &bytes() const {
-        return bytes_;
-    }
     PopplerPage *page() const {
         return page_.get();
     }
@@ -69,7 +66,8 @@ using KeptKey = std::tuple<KRWord, KRWord, KRWord>;
 struct Kept {
     KeptKey key;
     OnePagePtr page;
-    /** Of the snapshot; counted once however often it is drawn. */
+    std::string outline;
+    /** Of the snapshot. */
     std::size_t size;
     std::uint64_t stamp;
 };
@@ -103,7 +101,7 @@ KeptPages &kept() {
     return pages;
 }
 
-/** `build` makes the snapshot's bytes; empty ones are nothing to draw and are not kept. */
+/** `build` makes the snapshot in either form; an empty one is nothing to draw and is not kept. */
 template <class Build>
 OnePagePtr keptOr(LexObj source, LexObj layer, Build build) {
     KeptPages &cache = kept();
@@ -115,21 +113,22 @@ OnePagePtr keptOr(LexObj source, LexObj layer, Build build) {
         Kept &entry = cache.order.front();
         if (entry.stamp == stamp) return entry.page;
     }
-    std::string bytes = build();
+    std::string outline = build(SnapshotForm::Outline);
     if (found != cache.byKey.end()) {
         Kept &entry = cache.order.front();
-        if (entry.page->bytes() == bytes) {
+        if (entry.outline == outline) {
             entry.stamp = stamp;
             return entry.page;
         }
         cache.erase(cache.order.begin());
     }
-    if (bytes.empty()) return nullptr;
+    if (outline.empty()) return nullptr;
+    std::string bytes = build(SnapshotForm::File);
     const std::size_t size = bytes.size();
     OnePagePtr page = OnePage::open(std::move(bytes));
     if (page == nullptr) return nullptr;
     cache.dropDead();
-    cache.order.push_front({key, page, size, stamp});
+    cache.order.push_front({key, page, std::move(outline), size, stamp});
     cache.byKey[key] = cache.order.begin();
     cache.bytes += size;
     cache.trim();
@@ -139,7 +138,8 @@ OnePagePtr keptOr(LexObj source, LexObj layer, Build build) {
 } // namespace
 
 OnePagePtr KeptPage(DMPage page) {
-    OnePagePtr result = keptOr(pageLex(page), lex::nullObj, [&] { return PageSnapshot(page); });
+    OnePagePtr result =
+        keptOr(pageLex(page), lex::nullObj, [&](SnapshotForm form) { return PageSnapshot(page, form); });
     if (result == nullptr)
         throw HostError{KRErrBadPDF, "Page " + std::to_string(pageNumber(page) + 1) + " cannot be drawn."};
     return result;
@@ -147,7 +147,8 @@ OnePagePtr KeptPage(DMPage page) {
 
 OnePagePtr KeptAppearance(LexObj stream, LexObj optionalContent) {
     if (lex::typeOf(stream) != LexStream) return nullptr;
-    return keptOr(stream, optionalContent, [&] { return AppearanceSnapshot(stream, optionalContent); });
+    return keptOr(stream, optionalContent,
+                  [&](SnapshotForm form) { return AppearanceSnapshot(stream, optionalContent, form); });
 }
 
 double OnePageWidth(const OnePage &page) {

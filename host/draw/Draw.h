@@ -1,8 +1,10 @@
 // One-page documents open for drawing, kept for the next time.
 //
 // 1. A kept page is found by the object it was made from and is good as long as the document's change stamp stands.
-// 2. When the stamp has moved on, the snapshot is built again (cheap) and compared: equal bytes keep the open page,
-//    whose fonts and glyphs are warm, so that typing into one field does not redraw every other from scratch.
+// 2. When the stamp has moved on, the outline of the snapshot is made again (cheap) and compared: an equal one keeps
+// the
+//    open page, whose fonts and glyphs are warm, so that typing into one field does not redraw every other from
+//    scratch.
 // 3. What was used least lately goes first; what belongs to a closed document goes at the next addition.
 // SPDX-License-Identifier: MIT
 #pragma once

@@ -176,6 +176,9 @@ void DrawPageAnnots(cairo_t *context, DMPage page, double scale) {
     cairo_matrix_t present;
     cairo_get_matrix(context, &present);
     if (!isDrawable(present)) return;
+    const SavedState state(context);
+    cairo_rectangle(context, 0, 0, geometry.width, geometry.height);
+    cairo_clip(context);
     const std::int32_t count = numAnnots(page);
     for (std::int32_t i = 0; i < count; ++i) drawAnnot(context, geometry, pageAnnot(page, i));
 }

@@ -1,7 +1,8 @@
 // Whole pages to pixels: content, then the normal appearance of each annotation in the order of `Annots`.
 //
 // An annotation is left out when it is hidden (flag 2), not for viewing (32), invisible (1) while its subtype is none
-// that the format defines, a Popup, without an appearance for its state, or when its rectangle or box is empty.
+// that the format defines, a Popup, without an appearance for its state, or when its rectangle or box is empty. What
+// reaches over the page's edge is cut.
 // SPDX-License-Identifier: MIT
 #pragma once
 

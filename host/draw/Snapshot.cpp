@@ -6,7 +6,7 @@
 // 1. Copying is a work list, not a recursion: a chain of references may be as long as the file.
 // 2. Other pages, the page tree and the catalog are not followed (a null stands for them), so that a resource that
 //    leads back into the document does not bring it along.
-// 3. The same objects give the same bytes: the caches compare snapshots.
+// 3. The same objects give the same bytes: the caches compare outlines.
 // SPDX-License-Identifier: MIT
 #include "Snapshot.h"
 
@@ -58,7 +58,7 @@ bool leadsIntoDocument(QPDFObjectHandle h) {
 
 class SnapshotWriter {
 public:
-    SnapshotWriter() : out_("%PDF-1.7\n"), offsets_(firstCopy, 0) {}
+    explicit SnapshotWriter(SnapshotForm form) : form_(form), out_("%PDF-1.7\n"), offsets_(firstCopy, 0) {}
 
     void begin(int number) {
         offsets_[number] = out_.size();
@@ -80,7 +80,7 @@ public:
     }
     /** The number under which a stream is copied, as a form XObject. */
     int copyForm(const QPDFObjectHandle &stream) {
-        form_ = stream.getObjGen();
+        appearance_ = stream.getObjGen();
         return numberOf(stream);
     }
     void reference(int number) {
@@ -173,8 +173,8 @@ private:
     }
 
     void putStream(QPDFObjectHandle h) {
-        const bool isForm = form_.has_value() && *form_ == h.getObjGen();
-        const std::string data = rawData(h);
+        const bool isForm = appearance_.has_value() && *appearance_ == h.getObjGen();
+        const std::string data = form_ == SnapshotForm::Outline ? std::to_string(h.getObjectID()) : rawData(h);
         out_ += "<<";
         if (isForm) out_ += " /Type /XObject /Subtype /Form";
         for (const auto &[key, value] : h.getDict().getDictAsMap()) {
@@ -196,12 +196,13 @@ private:
         }
     }
 
+    SnapshotForm form_;
     std::string out_;
     /** By number; 0 for one not written. */
     std::vector<std::size_t> offsets_;
     std::map<QPDFObjGen, int> numbers_;
     std::deque<QPDFObjectHandle> pending_;
-    std::optional<QPDFObjGen> form_;
+    std::optional<QPDFObjGen> appearance_;
 };
 
 std::string number(double value) {
@@ -221,7 +222,8 @@ QPDFObjectHandle handleOf(LexObj obj) {
 void writeCatalog(SnapshotWriter &w, LexDoc doc) {
     w.begin(catalogNumber);
     w.text("<< /Type /Catalog /Pages 2 0 R");
-    w.entry("/OCProperties", handleOf(lex::dictGet(lex::rootOf(doc), AtomFromText("OCProperties"))));
+    const LexObj layers = lex::dictGet(lex::rootOf(doc), AtomFromText("OCProperties"));
+    if (lex::typeOf(layers) == LexDict) w.entry("/OCProperties", handleOf(layers));
     w.text(" >>");
     w.end();
     w.begin(treeNumber);
@@ -273,31 +275,36 @@ std::optional<Box> transformedBox(QPDFObjectHandle dict) {
 
 } // namespace
 
-std::string PageSnapshot(DMPage page) {
+std::string PageSnapshot(DMPage page, SnapshotForm form) {
     const LexObj dict = pageLex(page);
     const KRFixedRect crop = pageCropBox(page);
-    SnapshotWriter w;
+    SnapshotWriter w(form);
     writeCatalog(w, docLex(pageDoc(page)));
     w.begin(pageNumberInFile);
     w.text("<< /Type /Page /Parent 2 0 R /MediaBox ");
     w.text(box(crop.left / 65536.0, crop.bottom / 65536.0, crop.right / 65536.0, crop.top / 65536.0));
     w.text(" /Rotate " + std::to_string(pageRotate(page)));
-    w.entry("/Resources", handleOf(inheritedValue(dict, AtomFromText("Resources"))));
-    for (const char *key : {"Contents", "Group"})
-        w.entry(AtomKey(AtomFromText(key)).c_str(), handleOf(lex::dictGet(dict, AtomFromText(key))));
+    // Of another type the library would refuse the page for it, and with it the annotations.
+    const LexObj resources = inheritedValue(dict, AtomFromText("Resources"));
+    if (lex::typeOf(resources) == LexDict) w.entry("/Resources", handleOf(resources));
+    const LexObj contents = lex::dictGet(dict, AtomFromText("Contents"));
+    if (lex::typeOf(contents) == LexStream || lex::typeOf(contents) == LexArray)
+        w.entry("/Contents", handleOf(contents));
+    const LexObj group = lex::dictGet(dict, AtomFromText("Group"));
+    if (lex::typeOf(group) == LexDict) w.entry("/Group", handleOf(group));
     w.text(" >>");
     w.end();
     return w.finish();
 }
 
-std::string AppearanceSnapshot(LexObj stream, LexObj optionalContent) {
+std::string AppearanceSnapshot(LexObj stream, LexObj optionalContent, SnapshotForm form) {
     if (lex::typeOf(stream) != LexStream) return {};
-    QPDFObjectHandle form = handleOf(stream);
-    const std::optional<Box> b = transformedBox(form.getDict());
+    QPDFObjectHandle appearance = handleOf(stream);
+    const std::optional<Box> b = transformedBox(appearance.getDict());
     if (!b) return {};
     const bool layered = lex::typeOf(optionalContent) == LexDict;
     const std::string content = layered ? "/OC /Layer BDC /X Do EMC" : "/X Do";
-    SnapshotWriter w;
+    SnapshotWriter w(form);
     writeCatalog(w, lex::docOf(stream));
     w.begin(pageNumberInFile);
     const double width = b->right - b->left;
@@ -305,7 +312,7 @@ std::string AppearanceSnapshot(LexObj stream, LexObj optionalContent) {
     w.text("<< /Type /Page /Parent 2 0 R /MediaBox " +
            box(b->left - width, b->bottom - height, b->right + width, b->top + height));
     w.text(" /Contents 4 0 R /Resources << /XObject << /X ");
-    w.reference(w.copyForm(form));
+    w.reference(w.copyForm(appearance));
     w.text(" >>");
     if (layered) {
         w.text(" /Properties <<");

@@ -12,10 +12,16 @@
 namespace jackdaw {
 
 /**
+ * What is written: a file, or the same with the number of each stream in the place of its data. Since the data of a
+ * stream never changes, two equal outlines of one document stand for equal files, without a byte being read.
+ */
+enum class SnapshotForm { File, Outline };
+
+/**
  * The page without its annotations: what it inherits becomes its own, and the catalog's `OCProperties` come along, or
  * hidden layers would show. Raises what reading the page's objects raises.
  */
-std::string PageSnapshot(DMPage page);
+std::string PageSnapshot(DMPage page, SnapshotForm form = SnapshotForm::File);
 
 /**
  * An appearance stream on a page of its own. The box that `BBox` makes through `Matrix` is the middle ninth of the
@@ -23,6 +29,6 @@ std::string PageSnapshot(DMPage page);
  * too and would thin out a smoothed edge twice. `optionalContent` is the `OC` entry of the annotation that wears it, or
  * null. Empty text when there is nothing to draw: no stream, no box, an empty box.
  */
-std::string AppearanceSnapshot(LexObj stream, LexObj optionalContent);
+std::string AppearanceSnapshot(LexObj stream, LexObj optionalContent, SnapshotForm form = SnapshotForm::File);
 
 } // namespace jackdaw

@@ -12,8 +12,8 @@ namespace jackdaw::lex {
 
 namespace {
 
-Node &arrayOf(LexObj obj, std::int32_t index) {
-    Node &array = nodeOfType(obj, LexArray);
+Container &arrayOf(LexObj obj, std::int32_t index) {
+    Container &array = containerOfType(obj, LexArray);
     if (index < 0) throw HostError{KRErrBadParam};
     return array;
 }
@@ -23,39 +23,37 @@ QPDFObjectHandle handleOf(const Node *value) {
 }
 
 /** Notes what now stands at `index`; what stood there before is unlinked. */
-void rememberAt(Node &array, std::size_t index, Node *child) {
-    std::vector<MemoEntry> &memo = memoOf(array);
-    if (memo.size() <= index) {
-        if (!child) return;
-        memo.resize(index + 1, {nullptr, KRAtomNull});
-    }
-    unlink(array, memo[index].child);
-    memo[index].child = child;
+void rememberAt(Container &array, std::size_t index, Node *child) {
+    // Shared scalars are found by their value: an array of numbers needs no memo.
+    if (child && child->isSharable()) child = nullptr;
+    if (!child && index >= array.memo.size()) return;
+    MemoEntry &entry = elementEntry(array, index);
+    unlink(array, entry.child);
+    entry.child = child;
     link(array, child);
 }
 
-/** Whether the element at `index` is this node's object, without making a node for it. */
-bool standsAt(Node &array, std::int32_t index, const Node &value) {
+/** Whether the element at `index` is this node's object; makes no node for one that is not. */
+bool standsAt(Container &array, std::int32_t index, const Node &value) {
     const auto place = static_cast<std::size_t>(index);
-    if (array.memo && place < array.memo->size() && (*array.memo)[place].child)
-        return (*array.memo)[place].child == &value;
-    // A direct container without an entry in the memo was never handed out, so it is not the value.
-    if (value.number != 0) return array.h.getArrayItem(index).getObjGen() == value.h.getObjGen();
-    return !value.isContainer() && childAt(array, index) == &value;
+    if (place < array.memo.size() && array.memo[place].child) return array.memo[place].child == &value;
+    // A direct container or string without an entry in the memo was never handed out, so it is not the value.
+    if (value.isSharable()) return childAt(array, index) == &value;
+    return !value.isDirect() && array.h.getArrayItem(index).getObjGen() == value.h.getObjGen();
 }
 
 } // namespace
 
 LexObj dictGet(LexObj dict, KRAtom key) {
-    return referenceTo(childByKey(dictionaryOf(nodeOf(dict)), key));
+    return referenceTo(childByKey(dictionaryOf(dict), key));
 }
 
 bool dictKnown(LexObj dict, KRAtom key) {
-    return childByKey(dictionaryOf(nodeOf(dict)), key) != nullptr;
+    return childByKey(dictionaryOf(dict), key) != nullptr;
 }
 
 void dictPut(LexObj obj, KRAtom key, LexObj valueObj) {
-    Node &dict = dictionaryOf(nodeOf(obj));
+    Container &dict = dictionaryOf(obj);
     Node *value = nodeOf(valueObj);
     if (!value) return dictRemove(obj, key);
     const std::string *text = keyText(dict, key);
@@ -68,7 +66,7 @@ void dictPut(LexObj obj, KRAtom key, LexObj valueObj) {
 }
 
 void dictRemove(LexObj obj, KRAtom key) {
-    Node &dict = dictionaryOf(nodeOf(obj));
+    Container &dict = dictionaryOf(obj);
     const std::string *text = keyText(dict, key);
     if (!text || !dict.h.hasKey(*text)) return;
     dict.h.removeKey(*text);
@@ -77,7 +75,7 @@ void dictRemove(LexObj obj, KRAtom key) {
 }
 
 std::vector<std::pair<KRAtom, LexObj>> dictEntries(LexObj obj) {
-    Node &dict = dictionaryOf(nodeOf(obj));
+    Container &dict = dictionaryOf(obj);
     std::vector<std::pair<KRAtom, LexObj>> entries;
     for (auto &[text, value] : dict.h.getDictAsMap()) {
         // The map lists null values and references to nothing as well.
@@ -97,7 +95,7 @@ std::vector<std::pair<LexObj, LexObj>> entriesForWalk(LexObj obj) {
         for (std::int32_t i = 0; i < length; ++i) entries.emplace_back(arrayGet(obj, i), nullObj);
         return entries;
     }
-    const LexDoc doc = dictionaryOf(nodeOf(obj)).doc;
+    const LexDoc doc = dictionaryOf(obj).doc;
     for (const auto &[key, value] : dictEntries(obj))
         entries.emplace_back(newName(doc, /*indirect*/ false, key), value);
     return entries;
@@ -108,7 +106,7 @@ LexObj arrayGet(LexObj obj, std::int32_t index) {
 }
 
 void arrayPut(LexObj obj, std::int32_t index, LexObj valueObj) {
-    Node &array = arrayOf(obj, index);
+    Container &array = arrayOf(obj, index);
     Node *value = nodeOf(valueObj);
     const std::int32_t length = array.h.getArrayNItems();
     if (index >= length && index >= limits().arrayLength) throw HostError{KRErrBadParam};
@@ -127,7 +125,7 @@ void arrayPut(LexObj obj, std::int32_t index, LexObj valueObj) {
 }
 
 void arrayInsert(LexObj obj, std::int32_t index, LexObj valueObj) {
-    Node &array = arrayOf(obj, index);
+    Container &array = arrayOf(obj, index);
     Node *value = nodeOf(valueObj);
     if (value) admit(array, *value);
     const std::int32_t place = std::min(index, array.h.getArrayNItems());
@@ -136,19 +134,19 @@ void arrayInsert(LexObj obj, std::int32_t index, LexObj valueObj) {
     else
         array.h.insertItem(place, handleOf(value));
     // The memo moves with the elements: clearing it would give direct elements another identity.
-    std::vector<MemoEntry> &memo = memoOf(array);
-    if (static_cast<std::size_t>(place) < memo.size()) memo.insert(memo.begin() + place, {nullptr, KRAtomNull});
+    if (static_cast<std::size_t>(place) < array.memo.size())
+        array.memo.insert(array.memo.begin() + place, {nullptr, KRAtomNull});
     rememberAt(array, static_cast<std::size_t>(place), value);
     changed(array);
 }
 
 void arrayRemoveAt(LexObj obj, std::int32_t index) {
-    Node &array = arrayOf(obj, index);
+    Container &array = arrayOf(obj, index);
     if (index >= array.h.getArrayNItems()) return;
     array.h.eraseItem(index);
-    if (array.memo && static_cast<std::size_t>(index) < array.memo->size()) {
-        unlink(array, (*array.memo)[static_cast<std::size_t>(index)].child);
-        array.memo->erase(array.memo->begin() + index);
+    if (static_cast<std::size_t>(index) < array.memo.size()) {
+        unlink(array, array.memo[static_cast<std::size_t>(index)].child);
+        array.memo.erase(array.memo.begin() + index);
     }
     changed(array);
 }
@@ -159,11 +157,11 @@ void arrayRemove(LexObj array, LexObj value) {
 }
 
 std::int32_t arrayLength(LexObj array) {
-    return nodeOfType(array, LexArray).h.getArrayNItems();
+    return containerOfType(array, LexArray).h.getArrayNItems();
 }
 
 std::int32_t arrayIndexOf(LexObj obj, LexObj valueObj) {
-    Node &array = nodeOfType(obj, LexArray);
+    Container &array = containerOfType(obj, LexArray);
     const Node *value = nodeOf(valueObj);
     if (!value) return -1;
     const std::int32_t length = array.h.getArrayNItems();

@@ -23,16 +23,6 @@ LexObj adopt(LexDocRec &doc, bool indirect, QPDFObjectHandle h) {
     return referenceTo(nodeForHandle(doc, h));
 }
 
-/** The same for a scalar, which is shared with others of its value when it is direct. */
-template <class Make>
-LexObj adoptScalar(LexDocRec &doc, bool indirect, LexType type, std::int64_t value, Make make) {
-    if (indirect) return adopt(doc, indirect, make());
-    Node **place = sharedPlace(doc, type, value);
-    if (!place) return adopt(doc, indirect, make());
-    if (!*place) *place = &doc.nodes.emplace_back(&doc, make(), type);
-    return referenceTo(*place);
-}
-
 template <class Number>
 Number clampTo(long long value) {
     using Bounds = std::numeric_limits<Number>;
@@ -74,23 +64,20 @@ LexDoc docOf(LexObj obj) {
 }
 
 LexObj newInteger(LexDoc doc, bool indirect, std::int64_t value) {
-    return adoptScalar(openRecord(doc), indirect, LexInteger, value,
-                       [&] { return QPDFObjectHandle::newInteger(value); });
+    return adopt(openRecord(doc), indirect, QPDFObjectHandle::newInteger(value));
 }
 
 LexObj newFixed(LexDoc doc, bool indirect, KRFixed value) {
-    return adoptScalar(openRecord(doc), indirect, LexFixed, value,
-                       [&] { return QPDFObjectHandle::newReal(FixedToText(value, s_fixedDecimals)); });
+    return adopt(openRecord(doc), indirect, QPDFObjectHandle::newReal(FixedToText(value, s_fixedDecimals)));
 }
 
 LexObj newBoolean(LexDoc doc, bool indirect, bool value) {
-    return adoptScalar(openRecord(doc), indirect, LexBoolean, value, [&] { return QPDFObjectHandle::newBool(value); });
+    return adopt(openRecord(doc), indirect, QPDFObjectHandle::newBool(value));
 }
 
 LexObj newName(LexDoc doc, bool indirect, KRAtom value) {
     if (value == KRAtomNull) throw HostError{KRErrBadParam};
-    return adoptScalar(openRecord(doc), indirect, LexName, value,
-                       [&] { return QPDFObjectHandle::newName(AtomKey(value)); });
+    return adopt(openRecord(doc), indirect, QPDFObjectHandle::newName(AtomKey(value)));
 }
 
 LexObj newString(LexDoc doc, bool indirect, std::string_view bytes) {
@@ -127,13 +114,15 @@ LexObj copyScalar(LexDoc doc, LexObj scalar) {
 void destroy(LexObj obj) {
     Node *node = nodeOf(obj);
     if (!node || node->flags & NodeIsTrailer) return;
-    if (node->number != 0) {
-        node->doc->pdf->replaceObject(node->h.getObjGen(), QPDFObjectHandle::newNull());
-        changed(*node);
-    } else if (node->up || !node->isContainer()) {
+    LexDocRec &doc = *node->doc;
+    if (node->isDirect()) {
+        if (!node->isContainer() || static_cast<Container *>(node)->up) return;
+        bury(*node);
         return;
     }
+    doc.pdf->replaceObject(node->h.getObjGen(), QPDFObjectHandle::newNull());
     bury(*node);
+    changed(*doc.trailer);
 }
 
 std::int32_t integerValue(LexObj obj) {
@@ -160,8 +149,8 @@ bool booleanValue(LexObj obj) {
 
 KRAtom nameValue(LexObj obj) {
     Node &node = nodeOfType(obj, LexName);
-    if (node.name == KRAtomNull) node.name = AtomFromKey(node.h.getName().c_str());
-    return node.name;
+    if (node.atomOrHeight == KRAtomNull) node.atomOrHeight = AtomFromKey(node.h.getName().c_str());
+    return node.atomOrHeight;
 }
 
 KRAtom nameOrNone(LexObj obj) {
@@ -169,9 +158,10 @@ KRAtom nameOrNone(LexObj obj) {
 }
 
 const std::string &stringValue(LexObj obj) {
-    Node &node = nodeOfType(obj, LexString);
-    if (!node.bytes) node.bytes = std::make_unique<std::string>(node.h.getStringValue());
-    return *node.bytes;
+    auto &node = static_cast<StringNode &>(nodeOfType(obj, LexString));
+    if (!(node.flags & NodeHasBytes)) node.bytes = node.h.getStringValue();
+    node.flags |= NodeHasBytes;
+    return node.bytes;
 }
 
 void setClient(LexDoc doc, void *client) {
@@ -193,7 +183,7 @@ std::uint64_t changeStamp(LexDoc doc) {
 LexObj ensureIndirect(LexObj obj) {
     Node *node = nodeOf(obj);
     if (!node || !node->isContainer()) throw HostError{KRErrBadParam};
-    makeIndirect(*node);
+    makeIndirect(static_cast<Container &>(*node));
     return obj;
 }
 

@@ -111,20 +111,20 @@ std::string encodeBy(QPDFObjectHandle dict, std::string_view data) {
 }
 
 /** The dictionary for a new stream: the caller's own node when it is loose and direct, else a shallow copy. */
-Node *streamDictionary(LexDocRec &doc, LexObj attributes) {
-    Node *node = nodeOf(attributes);
-    if (!node) return nodeForHandle(doc, QPDFObjectHandle::newDictionary());
-    if (node->type != LexDict || node->doc != &doc) throw HostError{KRErrBadParam};
-    const bool loose = node->number == 0 && !node->up && !(node->flags & NodeIsTrailer);
-    return loose ? node : nodeForHandle(doc, node->h.shallowCopy());
+Container &streamDictionary(LexDocRec &doc, LexObj attributes) {
+    if (isNull(attributes)) return static_cast<Container &>(*nodeForHandle(doc, QPDFObjectHandle::newDictionary()));
+    Container &node = containerOfType(attributes, LexDict);
+    if (node.doc != &doc) throw HostError{KRErrBadParam};
+    const bool loose = node.isDirect() && !node.up && !(node.flags & NodeIsTrailer);
+    return loose ? node : static_cast<Container &>(*nodeForHandle(doc, node.h.shallowCopy()));
 }
 
-void forgetDataKeys(Node &dict) {
+void forgetDataKeys(Container &dict) {
     for (const char *key : {"Filter", "DecodeParms", "Length"}) forgetKey(dict, AtomFromText(key));
 }
 
-Node &streamNode(LexObj stream) {
-    return nodeOfType(stream, LexStream);
+Container &streamNode(LexObj stream) {
+    return containerOfType(stream, LexStream);
 }
 
 [[noreturn]] void throwBadStream(const Node &stream, const std::string &why) {
@@ -150,7 +150,7 @@ void readData(const Node &stream, Read read) {
 
 LexObj newStream(LexDoc doc, std::string_view bytes, bool encode, LexObj attributes, LexObj encodeParms) {
     LexDocRec &record = openRecord(doc);
-    Node &dict = *streamDictionary(record, attributes);
+    Container &dict = streamDictionary(record, attributes);
     if (!isNull(encodeParms) && !encode) dictPut(referenceTo(&dict), AtomFromText("DecodeParms"), encodeParms);
     const std::string encoded = encode ? encodeBy(dict.h, bytes) : std::string();
     QPDFObjectHandle stream = record.pdf->newStream();
@@ -158,10 +158,12 @@ LexObj newStream(LexDoc doc, std::string_view bytes, bool encode, LexObj attribu
     // Handles without an object: the filters stay as the dictionary has them.
     stream.replaceStreamData(encode ? encoded : std::string(bytes), QPDFObjectHandle(), QPDFObjectHandle());
     forgetDataKeys(dict);
-    Node *node = nodeForHandle(record, stream);
-    memoOf(*node).push_back({&dict, KRAtomNull});
-    link(*node, &dict);
-    return referenceTo(node);
+    auto &node = static_cast<Container &>(*nodeForHandle(record, stream));
+    node.memo.push_back({&dict, KRAtomNull});
+    link(node, &dict);
+    // The length is one of the shared numbers from the start.
+    childByKey(dict, AtomFromText("Length"));
+    return referenceTo(&node);
 }
 
 LexObj newStreamFrom(LexDoc doc, KRStm source, std::int32_t start, bool encode, LexObj attributes, LexObj encodeParms,
@@ -173,18 +175,18 @@ LexObj newStreamFrom(LexDoc doc, KRStm source, std::int32_t start, bool encode, 
 }
 
 LexObj streamDict(LexObj stream) {
-    return referenceTo(&dictionaryOf(&streamNode(stream)));
+    return referenceTo(&dictionaryOfStream(streamNode(stream)));
 }
 
 std::int32_t streamLength(LexObj stream) {
-    Node &node = streamNode(stream);
+    Container &node = streamNode(stream);
     std::size_t length = 0;
     readData(node, [&] { length = node.h.getRawStreamData()->getSize(); });
     return static_cast<std::int32_t>(std::min<std::size_t>(length, std::numeric_limits<std::int32_t>::max()));
 }
 
 std::string rawData(LexObj stream) {
-    Node &node = streamNode(stream);
+    Container &node = streamNode(stream);
     std::string bytes;
     readData(node, [&] {
         const auto buffer = node.h.getRawStreamData();
@@ -194,7 +196,7 @@ std::string rawData(LexObj stream) {
 }
 
 std::string decodedData(LexObj stream) {
-    Node &node = streamNode(stream);
+    Container &node = streamNode(stream);
     std::string bytes;
     StringSink sink(bytes, limits().decodedStreamBytes);
     bool attempted = false;

@@ -68,14 +68,35 @@ LexType lexTypeOf(QPDFObjectHandle h) {
     }
 }
 
-/** The place of a file's own direct scalar among the shared ones. A real is known by its text, which the file keeps, and a
- *  name interns nothing: only one that is an atom already is shared. */
-Node **sharedPlaceOf(LexDocRec &doc, QPDFObjectHandle h, LexType type) {
-    if (type == LexInteger) return sharedPlace(doc, type, h.getIntValue());
-    if (type == LexBoolean) return sharedPlace(doc, type, h.getBoolValue());
-    if (type != LexName) return nullptr;
-    const KRAtom atom = ExistingAtomFromKey(h.getName());
-    return atom == KRAtomNull ? nullptr : sharedPlace(doc, type, atom);
+/** Values that are shared at most, of either kind: a file may hold any number of different ones. */
+constexpr std::size_t s_mostShared = 1 << 16;
+
+template <class Map, class Key>
+Node **placeIn(Map &map, const Key &key) {
+    if (map.size() < s_mostShared) return &map[key];
+    const auto found = map.find(key);
+    return found == map.end() ? nullptr : &found->second;
+}
+
+/** Where the shared node of a direct scalar stands or will stand; null for a value that is not shared. A name interns
+ *  nothing: only one that is an atom already is shared. */
+Node **sharedPlace(LexDocRec &doc, QPDFObjectHandle h, LexType type) {
+    if (type == LexFixed) return placeIn(doc.sharedReals, h.getRealValue());
+    long long value = 0;
+    if (type == LexInteger) value = h.getIntValue();
+    if (type == LexBoolean) value = h.getBoolValue();
+    if (type == LexName) value = ExistingAtomFromKey(h.getName());
+    if (type > LexName || value != static_cast<std::int32_t>(value) || (type == LexName && value == KRAtomNull))
+        return nullptr;
+    return placeIn(doc.shared, static_cast<std::uint64_t>(type) << 32 | static_cast<std::uint32_t>(value));
+}
+
+Node *makeNode(LexDocRec &doc, const QPDFObjectHandle &h, LexType type) {
+    const std::uint16_t atomOrHeight = type == LexName ? KRAtomNull : 0;
+    const Node base{h, &doc, h.getObjectID(), atomOrHeight, static_cast<std::uint8_t>(type), /*flags*/ 0};
+    if (type == LexString) return &doc.strings.emplace_back(StringNode{base, {}});
+    if (type >= LexDict) return &doc.containers.emplace_back(Container{base, {}, nullptr});
+    return &doc.scalars.emplace_back(base);
 }
 
 std::vector<MemoEntry>::iterator placeOf(std::vector<MemoEntry> &memo, KRAtom key) {
@@ -85,8 +106,8 @@ std::vector<MemoEntry>::iterator placeOf(std::vector<MemoEntry> &memo, KRAtom ke
 
 /** Calls `visit` for every direct holder of `node`, not for the holders of those. */
 template <class Visit>
-void forEachHolder(Node &node, Visit visit) {
-    if (node.number != 0 || !node.up) return;
+void forEachHolder(Container &node, Visit visit) {
+    if (!node.isDirect() || !node.up) return;
     visit(node.up);
     if (!(node.flags & NodeHasManyHolders)) return;
     const auto [first, last] = node.doc->moreHolders.equal_range(&node);
@@ -95,20 +116,20 @@ void forEachHolder(Node &node, Visit visit) {
 
 /** Whether `test` is true for `start` or anything that holds it, up to and including the indirect objects. */
 template <class Test>
-bool anyHolder(Node &start, Test test) {
-    Node *node = &start;
+bool anyHolder(Container &start, Test test) {
+    Container *node = &start;
     while (node && !(node->flags & NodeHasManyHolders)) {
         if (test(*node)) return true;
-        node = node->number != 0 ? nullptr : node->up;
+        node = node->isDirect() ? node->up : nullptr;
     }
     if (!node) return false;
-    std::vector<Node *> waiting{node};
-    std::unordered_set<Node *> seen{node};
+    std::vector<Container *> waiting{node};
+    std::unordered_set<Container *> seen{node};
     while (!waiting.empty()) {
-        Node *next = waiting.back();
+        Container *next = waiting.back();
         waiting.pop_back();
         if (test(*next)) return true;
-        forEachHolder(*next, [&](Node *holder) {
+        forEachHolder(*next, [&](Container *holder) {
             if (seen.insert(holder).second) waiting.push_back(holder);
         });
     }
@@ -117,28 +138,30 @@ bool anyHolder(Node &start, Test test) {
 
 /** Notes that `container` will hold direct containers `height` levels deep; false beyond the limit. What it noted until
  *  then stays: heights may be too high, never too low. */
-bool raiseHeights(Node &container, unsigned height) {
-    std::vector<std::pair<Node *, unsigned>> rising{{&container, height}};
+bool raiseHeights(Container &container, unsigned height) {
+    if (container.atomOrHeight >= height) return true;
+    std::vector<std::pair<Container *, unsigned>> rising{{&container, height}};
     while (!rising.empty()) {
         const auto [node, level] = rising.back();
         rising.pop_back();
-        if (node->height >= level) continue;
+        if (node->atomOrHeight >= level) continue;
         if (level > limits().directDepth) return false;
-        node->height = static_cast<std::uint16_t>(level);
-        forEachHolder(*node, [&](Node *holder) { rising.emplace_back(holder, level + 1); });
+        node->atomOrHeight = static_cast<std::uint16_t>(level);
+        forEachHolder(*node, [&](Container *holder) { rising.emplace_back(holder, level + 1); });
     }
     return true;
 }
 
 // Fields that a file holds directly become indirect when they are first handed out, since fields are known by their
 // references: the elements of the form's `Fields` and of any `Kids`. This marks the arrays; childAt does it.
-void noteRole(Node &dict, KRAtom key, Node *child) {
+void noteRole(Container &dict, KRAtom key, Node *child) {
     if (!child || dict.doc->fdf) return;
     if (child->type == LexArray) {
         if (key == known().kids || (key == known().fields && dict.flags & NodeIsForm)) child->flags |= NodeHoldsFields;
     } else if (key == known().form && dict.flags & NodeIsCatalog && child->type == LexDict) {
         child->flags |= NodeIsForm;
-        if (MemoEntry *fields = remembered(*child, known().fields)) noteRole(*child, known().fields, fields->child);
+        auto &form = static_cast<Container &>(*child);
+        if (const MemoEntry *fields = remembered(form, known().fields)) noteRole(form, known().fields, fields->child);
     }
 }
 
@@ -187,83 +210,91 @@ Node &nodeOfType(LexObj obj, LexType type) {
     return *node;
 }
 
+Container &containerOfType(LexObj obj, LexType type) {
+    return static_cast<Container &>(nodeOfType(obj, type));
+}
+
 LexObj referenceTo(const Node *node) {
     if (!node || node->type == LexNull) return {0, 0};
     return {reinterpret_cast<KRWord>(node), node->doc->slot};
 }
 
-Node **sharedPlace(LexDocRec &doc, LexType type, std::int64_t value) {
-    constexpr std::int64_t reach = std::int64_t{1} << 31;
-    constexpr std::size_t most = 1 << 16;
-    if (value < -reach || value >= reach) return nullptr;
-    const auto key = static_cast<std::uint64_t>(type) << 32 | static_cast<std::uint32_t>(value);
-    if (doc.shared.size() < most) return &doc.shared[key];
-    const auto found = doc.shared.find(key);
-    return found == doc.shared.end() ? nullptr : &found->second;
-}
-
 Node *nodeForHandle(LexDocRec &doc, const QPDFObjectHandle &h) {
     const LexType type = lexTypeOf(h);
     if (type == LexNull) return nullptr;
-    Node *unshared = nullptr;
-    Node **place = h.isIndirect() ? &doc.indirect[indirectKey(h)] : sharedPlaceOf(doc, h, type);
-    Node *&node = place ? *place : unshared;
-    if (!node) {
-        node = &doc.nodes.emplace_back(&doc, h, type);
-        node->number = h.getObjectID();
-    }
-    return node;
+    Node **place = h.isIndirect() ? &doc.indirect[indirectKey(h)] : sharedPlace(doc, h, type);
+    if (!place) return makeNode(doc, h, type);
+    if (!*place) *place = makeNode(doc, h, type);
+    return *place;
 }
 
 void adoptRoot(LexDocRec &doc) {
-    doc.trailer = nodeForHandle(doc, doc.pdf->getTrailer());
-    if (!doc.trailer || doc.trailer->type != LexDict) throw HostError{KRErrBadPDF};
-    doc.trailer->flags |= NodeIsTrailer;
-    doc.root = childByKey(*doc.trailer, AtomFromText("Root"));
-    if (!doc.root || doc.root->type != LexDict) throw HostError{KRErrBadPDF};
-    if (!doc.fdf) doc.root->flags |= NodeIsCatalog;
+    Node *trailer = nodeForHandle(doc, doc.pdf->getTrailer());
+    if (!trailer || trailer->type != LexDict) throw HostError{KRErrBadPDF, "the catalog is missing"};
+    trailer->flags |= NodeIsTrailer;
+    doc.trailer = static_cast<Container *>(trailer);
+    Node *root = childByKey(*doc.trailer, AtomFromText("Root"));
+    if (!root || root->type != LexDict) throw HostError{KRErrBadPDF, "the catalog is missing"};
+    if (!doc.fdf) root->flags |= NodeIsCatalog;
+    doc.root = static_cast<Container *>(root);
 }
 
-Node &dictionaryOf(Node *node) {
-    if (node && node->type == LexDict) return *node;
-    if (!node || node->type != LexStream) throw HostError{KRErrBadParam};
-    if (!node->memo) {
-        Node *dict = nodeForHandle(*node->doc, node->h.getDict());
-        memoOf(*node).push_back({dict, KRAtomNull});
-        link(*node, dict);
+Container &dictionaryOf(LexObj obj) {
+    Node *node = nodeOf(obj);
+    if (!node || (node->type != LexDict && node->type != LexStream)) throw HostError{KRErrBadParam};
+    auto &container = static_cast<Container &>(*node);
+    return node->type == LexDict ? container : dictionaryOfStream(container);
+}
+
+Container &dictionaryOfStream(Container &stream) {
+    if (stream.memo.empty()) {
+        Node *dict = nodeForHandle(*stream.doc, stream.h.getDict());
+        stream.memo.push_back({dict, KRAtomNull});
+        link(stream, dict);
     }
-    return *node->memo->front().child;
+    return static_cast<Container &>(*stream.memo.front().child);
 }
 
-Node *childByKey(Node &dict, KRAtom key) {
+Node *childByKey(Container &dict, KRAtom key) {
     if (const MemoEntry *entry = remembered(dict, key)) return alive(entry->child);
     const std::string *text = keyText(dict, key);
     if (!text) return nullptr;
+    Node *child = nullptr;
     // Asking first: getKey builds a described null for a key that is not there.
-    Node *child = dict.h.hasKey(*text) ? nodeForHandle(*dict.doc, dict.h.getKey(*text)) : nullptr;
+    if (dict.h.hasKey(*text)) {
+        const QPDFObjectHandle h = dict.h.getKey(*text);
+        child = nodeForHandle(*dict.doc, h);
+        // The file's own object makes room: half of what a large form takes is equal numbers and names.
+        if (child && child->isSharable() && !child->h.isSameObjectAs(h)) dict.h.replaceKey(*text, child->h);
+    }
     rememberKey(dict, key, child);
     return child;
 }
 
-Node *childAt(Node &array, std::int32_t index) {
+Node *childAt(Container &array, std::int32_t index) {
     const auto place = static_cast<std::size_t>(index);
-    Node *child = array.memo && place < array.memo->size() ? alive((*array.memo)[place].child) : nullptr;
+    Node *child = place < array.memo.size() ? alive(array.memo[place].child) : nullptr;
     if (!child) {
         if (index >= array.h.getArrayNItems()) return nullptr;
-        child = nodeForHandle(*array.doc, array.h.getArrayItem(index));
+        const QPDFObjectHandle h = array.h.getArrayItem(index);
+        child = nodeForHandle(*array.doc, h);
         if (!child) return nullptr;
-        std::vector<MemoEntry> &memo = memoOf(array);
-        if (memo.size() <= place) memo.resize(place + 1, {nullptr, KRAtomNull});
-        memo[place].child = child;
+        if (child->isSharable()) {
+            // As in childByKey; and found again by its value, so that an array of numbers needs no memo.
+            if (!child->h.isSameObjectAs(h)) array.h.setArrayItem(index, child->h);
+            return child;
+        }
+        elementEntry(array, place).child = child;
         link(array, child);
     }
-    if (array.flags & NodeHoldsFields && child->type == LexDict && child->number == 0) makeIndirect(*child);
+    const bool directField = array.flags & NodeHoldsFields && child->type == LexDict && child->isDirect();
+    if (directField) makeIndirect(static_cast<Container &>(*child));
     return child;
 }
 
 // A literal key of this system's name in a file's catalog is not the form: it is hidden and stays in the file. The
 // standard's name is hidden likewise, or the form would be met twice.
-const std::string *keyText(const Node &dict, KRAtom key) {
+const std::string *keyText(const Container &dict, KRAtom key) {
     if (key == KRAtomNull) return nullptr;
     const std::string &text = AtomKey(key);
     if (!(dict.flags & NodeIsCatalog)) return &text;
@@ -271,7 +302,7 @@ const std::string *keyText(const Node &dict, KRAtom key) {
     return text == s_standardFormKey ? nullptr : &text;
 }
 
-KRAtom keyAtom(const Node &dict, const std::string &text) {
+KRAtom keyAtom(const Container &dict, const std::string &text) {
     if (dict.flags & NodeIsCatalog) {
         if (text == s_standardFormKey) return known().form;
         if (text == AtomKey(known().form)) return KRAtomNull;
@@ -284,81 +315,84 @@ KRAtom keyAtom(const Node &dict, const std::string &text) {
     }
 }
 
-void admit(Node &container, const Node &value) {
+void admit(Container &container, const Node &value) {
     if (value.doc != container.doc) throw HostError{KRErrBadParam};
-    if (!value.isContainer() || value.number != 0) return;
-    if (anyHolder(container, [&](const Node &holder) { return &holder == &value; })) throw HostError{KRErrBadParam};
-    if (!raiseHeights(container, value.height + 1u)) throw HostError{KRErrBadParam};
+    if (!value.isContainer() || !value.isDirect()) return;
+    if (anyHolder(container, [&](const Container &holder) { return &holder == &value; }))
+        throw HostError{KRErrBadParam};
+    if (!raiseHeights(container, value.atomOrHeight + 1u)) throw HostError{KRErrBadParam};
 }
 
-std::vector<MemoEntry> &memoOf(Node &node) {
-    if (!node.memo) node.memo = std::make_unique<std::vector<MemoEntry>>();
-    return *node.memo;
+MemoEntry *remembered(Container &dict, KRAtom key) {
+    const auto place = placeOf(dict.memo, key);
+    return place != dict.memo.end() && place->key == key ? &*place : nullptr;
 }
 
-MemoEntry *remembered(Node &dict, KRAtom key) {
-    if (!dict.memo) return nullptr;
-    const auto place = placeOf(*dict.memo, key);
-    return place != dict.memo->end() && place->key == key ? &*place : nullptr;
-}
-
-void rememberKey(Node &dict, KRAtom key, Node *child) {
-    std::vector<MemoEntry> &memo = memoOf(dict);
-    const auto place = placeOf(memo, key);
-    if (place != memo.end() && place->key == key) {
-        unlink(dict, place->child);
-        place->child = child;
+void rememberKey(Container &dict, KRAtom key, Node *child) {
+    if (MemoEntry *entry = remembered(dict, key)) {
+        unlink(dict, entry->child);
+        entry->child = child;
     } else {
-        memo.insert(place, {child, key});
+        // Doubling would leave much of a large form's memos empty.
+        constexpr std::size_t step = 4;
+        if (dict.memo.size() == dict.memo.capacity()) dict.memo.reserve(dict.memo.size() + dict.memo.size() / 4 + step);
+        dict.memo.insert(placeOf(dict.memo, key), {child, key});
     }
     link(dict, child);
     noteRole(dict, key, child);
 }
 
-void forgetKey(Node &dict, KRAtom key) {
+void forgetKey(Container &dict, KRAtom key) {
     MemoEntry *entry = remembered(dict, key);
     if (!entry) return;
     unlink(dict, entry->child);
-    dict.memo->erase(dict.memo->begin() + (entry - dict.memo->data()));
+    dict.memo.erase(dict.memo.begin() + (entry - dict.memo.data()));
 }
 
-void link(Node &holder, Node *child) {
-    if (!child || !child->isContainer() || child->number != 0) return;
-    if (!child->up) {
-        child->up = &holder;
-        return;
-    }
-    child->doc->moreHolders.emplace(child, &holder);
-    child->flags |= NodeHasManyHolders;
+MemoEntry &elementEntry(Container &array, std::size_t index) {
+    if (array.memo.size() <= index) array.memo.resize(index + 1, {nullptr, KRAtomNull});
+    return array.memo[index];
 }
 
-void unlink(Node &holder, Node *child) {
-    if (!child || !child->isContainer() || child->number != 0) return;
-    if (!(child->flags & NodeHasManyHolders)) {
-        if (child->up == &holder) child->up = nullptr;
+void link(Container &holder, Node *child) {
+    if (!child || !child->isContainer() || !child->isDirect()) return;
+    auto &held = static_cast<Container &>(*child);
+    if (!held.up) {
+        held.up = &holder;
         return;
     }
-    auto &more = child->doc->moreHolders;
-    const auto [first, last] = more.equal_range(child);
+    held.doc->moreHolders.emplace(&held, &holder);
+    held.flags |= NodeHasManyHolders;
+}
+
+void unlink(Container &holder, Node *child) {
+    if (!child || !child->isContainer() || !child->isDirect()) return;
+    auto &held = static_cast<Container &>(*child);
+    if (!(held.flags & NodeHasManyHolders)) {
+        if (held.up == &holder) held.up = nullptr;
+        return;
+    }
+    auto &more = held.doc->moreHolders;
+    const auto [first, last] = more.equal_range(&held);
     auto found = std::find_if(first, last, [&](const auto &entry) { return entry.second == &holder; });
     if (found == last) {
         found = first;
-        child->up = first->second;
+        held.up = first->second;
     }
     more.erase(found);
-    if (!more.contains(child)) child->flags &= static_cast<std::uint8_t>(~NodeHasManyHolders);
+    if (!more.contains(&held)) held.flags &= static_cast<std::uint8_t>(~NodeHasManyHolders);
 }
 
-void changed(Node &node) {
+void changed(Container &node) {
     LexDocRec &doc = *node.doc;
     ++doc.stamp;
     if (!doc.onChange) return;
-    const auto inFile = [](const Node &holder) { return holder.number != 0 || holder.flags & NodeIsTrailer; };
+    const auto inFile = [](const Container &holder) { return !holder.isDirect() || holder.flags & NodeIsTrailer; };
     if (anyHolder(node, inFile)) doc.onChange();
 }
 
-void makeIndirect(Node &node) {
-    if (node.number != 0) return;
+void makeIndirect(Container &node) {
+    if (!node.isDirect()) return;
     const bool ofStream = node.up && node.up->type == LexStream;
     if (ofStream || node.flags & NodeIsTrailer) throw HostError{KRErrBadParam};
     LexDocRec &doc = *node.doc;
@@ -372,11 +406,12 @@ void makeIndirect(Node &node) {
 }
 
 void bury(Node &node) {
-    if (node.memo) {
-        for (const MemoEntry &entry : *node.memo) unlink(node, entry.child);
+    if (node.isContainer()) {
+        auto &container = static_cast<Container &>(node);
+        for (const MemoEntry &entry : container.memo) unlink(container, entry.child);
+        container.memo = {};
     }
-    if (node.number != 0) node.doc->indirect.erase(indirectKey(node.h));
-    node.memo.reset();
+    if (!node.isDirect()) node.doc->indirect.erase(indirectKey(node.h));
     node.type = LexNull;
     node.h = QPDFObjectHandle();
 }

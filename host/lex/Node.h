@@ -32,9 +32,10 @@
 namespace jackdaw::lex {
 
 struct Node;
+struct Container;
 
 /** Of a dictionary: sorted by key, the child null for a key known to be absent. Of an array: by index, null for an
- *  element not yet looked at. Of a stream: its dictionary alone. */
+ *  element not yet looked at or shared. Of a stream: its dictionary alone. */
 struct MemoEntry {
     Node *child;
     KRAtom key;
@@ -48,34 +49,46 @@ enum NodeFlags : std::uint8_t {
     /** An array whose direct dictionaries become indirect when they are handed out. */
     NodeHoldsFields = 8,
     /** Held more than once: the further holders stand in LexDocRec::moreHolders. */
-    NodeHasManyHolders = 16
+    NodeHasManyHolders = 16,
+    /** A string whose bytes were asked for. */
+    NodeHasBytes = 32
 };
 
-// A form of 100,000 fields has millions of these: one cache line each.
+// A form of 100,000 fields has a million nodes or more: these records are kept small, and a node is only as large as
+// its type needs.
 struct Node {
-    Node(LexDocRec *owner, QPDFObjectHandle object, LexType lexType)
-        : h(std::move(object)), doc(owner), type(static_cast<std::uint8_t>(lexType)) {
-    }
-
     QPDFObjectHandle h;
     LexDocRec *doc;
-    /** Containers only, made at the first look-up. */
-    std::unique_ptr<std::vector<MemoEntry>> memo;
-    /** Strings only: the bytes as they were handed out. */
-    std::unique_ptr<std::string> bytes;
-    Node *up = nullptr;
     /** Object number; 0 for a direct object. */
-    std::int32_t number = 0;
-    /** Names only: KRAtomNull until it is asked for. */
-    KRAtom name = KRAtomNull;
-    /** Levels of direct containers below this one that were put there by callers; never lowered. */
-    std::uint16_t height = 0;
+    std::int32_t number;
+    /** Of a name: its atom, KRAtomNull until it is asked for. Of a container: the levels of direct containers below it
+     *  that callers put there; never lowered. */
+    std::uint16_t atomOrHeight;
     std::uint8_t type;
-    std::uint8_t flags = 0;
+    std::uint8_t flags;
 
     bool isContainer() const {
         return type >= LexDict;
     }
+    bool isDirect() const {
+        return number == 0;
+    }
+    /** A direct scalar other than a string: one node and one object of the library's for all places. */
+    bool isSharable() const {
+        return number == 0 && type < LexString;
+    }
+};
+
+/** Node of a dictionary, an array or a stream. */
+struct Container : Node {
+    std::vector<MemoEntry> memo;
+    Container *up = nullptr;
+};
+
+/** Node of a string. */
+struct StringNode : Node {
+    /** As they were handed out, for as long as the document is open. */
+    std::string bytes;
 };
 
 } // namespace jackdaw::lex
@@ -92,14 +105,17 @@ struct LexDocRec {
 
     /** Second word of all references to this document's objects. */
     KRWord slot = 0;
-    std::deque<jackdaw::lex::Node> nodes;
+    std::deque<jackdaw::lex::Node> scalars;
+    std::deque<jackdaw::lex::StringNode> strings;
+    std::deque<jackdaw::lex::Container> containers;
     /** By number and generation. */
     std::unordered_map<std::uint64_t, jackdaw::lex::Node *> indirect;
-    std::unordered_multimap<jackdaw::lex::Node *, jackdaw::lex::Node *> moreHolders;
-    /** The direct scalars that are shared, by type and value. */
+    std::unordered_multimap<jackdaw::lex::Container *, jackdaw::lex::Container *> moreHolders;
+    /** The direct scalars that are shared: by type and value, and reals by their text. */
     std::unordered_map<std::uint64_t, jackdaw::lex::Node *> shared;
-    jackdaw::lex::Node *root = nullptr;
-    jackdaw::lex::Node *trailer = nullptr;
+    std::unordered_map<std::string, jackdaw::lex::Node *> sharedReals;
+    jackdaw::lex::Container *root = nullptr;
+    jackdaw::lex::Container *trailer = nullptr;
 
     void *client = nullptr;
     std::function<void()> onChange;
@@ -121,6 +137,8 @@ LexDocRec &openRecord(LexDoc doc);
 Node *nodeOf(LexObj obj);
 /** The same, but throws HostError{KRErrBadParam} unless it has this type. */
 Node &nodeOfType(LexObj obj, LexType type);
+/** The same for a dictionary, an array or a stream. */
+Container &containerOfType(LexObj obj, LexType type);
 /** The null object for null and for a destroyed node. */
 LexObj referenceTo(const Node *node);
 
@@ -128,39 +146,38 @@ LexObj referenceTo(const Node *node);
 
 /** Node of an object that has none yet, is shared or indirect; null for nulls. A direct one is linked by the caller. */
 Node *nodeForHandle(LexDocRec &doc, const QPDFObjectHandle &h);
-/** Where the shared node of a direct scalar of this value (an atom, an integer, a KRFixed, 0 or 1) stands or will
- *  stand; null for a value that is not shared. */
-Node **sharedPlace(LexDocRec &doc, LexType type, std::int64_t value);
 /** Makes the nodes of the catalog and the trailer, and the catalog's flag. */
 void adoptRoot(LexDocRec &doc);
 /** The dictionary that the dictionary operations work on: of a stream, its own. Throws for other types. */
-Node &dictionaryOf(Node *node);
+Container &dictionaryOf(LexObj obj);
+Container &dictionaryOfStream(Container &stream);
 /** Null for an absent key and for a null. */
-Node *childByKey(Node &dict, KRAtom key);
+Node *childByKey(Container &dict, KRAtom key);
 /** Null for a null and past the end. */
-Node *childAt(Node &array, std::int32_t index);
+Node *childAt(Container &array, std::int32_t index);
 /** Key text in the library's form; null for a key that cannot stand in this dictionary. */
-const std::string *keyText(const Node &dict, KRAtom key);
+const std::string *keyText(const Container &dict, KRAtom key);
 /** KRAtomNull for a key that stays hidden or finds no atom. */
-KRAtom keyAtom(const Node &dict, const std::string &text);
+KRAtom keyAtom(const Container &dict, const std::string &text);
 
 // Keeping memos and holders in step with a change that was or will be made in the library.
 
 /** Throws HostError{KRErrBadParam} for a value of another document, a direct cycle and too deep nesting. */
-void admit(Node &container, const Node &value);
-void rememberKey(Node &dict, KRAtom key, Node *child);
+void admit(Container &container, const Node &value);
+void rememberKey(Container &dict, KRAtom key, Node *child);
 /** The memo's entry; null for a key not yet looked up. */
-MemoEntry *remembered(Node &dict, KRAtom key);
+MemoEntry *remembered(Container &dict, KRAtom key);
 /** The next look-up asks the library again. */
-void forgetKey(Node &dict, KRAtom key);
-void link(Node &holder, Node *child);
-void unlink(Node &holder, Node *child);
-std::vector<MemoEntry> &memoOf(Node &node);
+void forgetKey(Container &dict, KRAtom key);
+/** The memo's entry of an element, made when it is not there. */
+MemoEntry &elementEntry(Container &array, std::size_t index);
+void link(Container &holder, Node *child);
+void unlink(Container &holder, Node *child);
 
 /** Counts a change, and tells the observer when the file will hold it. */
-void changed(Node &node);
+void changed(Container &node);
 /** Turns a direct dictionary or array indirect in place. */
-void makeIndirect(Node &node);
+void makeIndirect(Container &node);
 /** The object is gone: the node reads as null from now on and holds nothing. */
 void bury(Node &node);
 

@@ -6,7 +6,9 @@
 
 #include <qpdf/QPDFExc.hh>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include "FileSource.h"
 #include "Files.h"
 #include "HostError.h"
 #include "Limits.h"
@@ -29,9 +31,25 @@ NewDoc newRecord(const std::string &name) {
     return doc;
 }
 
-/** What a failed opening means to the caller. */
-[[noreturn]] void throwOpenError(const QPDFExc &error) {
-    throw HostError{error.getErrorCode() == qpdf_e_password ? KRErrPassword : KRErrBadPDF, error.what()};
+/** Why an opening failed. */
+struct Failure {
+    KRErrorCode code = KRErrNone;
+    std::string what;
+};
+
+[[noreturn]] void throwFailure(const Failure &failure) {
+    throw HostError{failure.code, failure.what};
+}
+
+Failure failureOf(const QPDFExc &error) {
+    switch (error.getErrorCode()) {
+    case qpdf_e_password:
+        return {KRErrPassword, error.what()};
+    case qpdf_e_system:
+        return {KRErrFileIO, error.what()};
+    default:
+        return {KRErrBadPDF, error.what()};
+    }
 }
 
 void collectWarnings(LexDocRec &doc) {
@@ -74,37 +92,51 @@ LexDoc finishOpening(NewDoc doc) {
     return doc.release();
 }
 
-using Bytes = std::shared_ptr<const std::string>;
-
-LexDoc openBytes(const std::string &name, Bytes bytes, const char *password, bool fdf) {
-    NewDoc doc = newRecord(name);
-    doc->fdf = fdf;
-    doc->fileBytes = std::move(bytes);
-    doc->pdf->processMemoryFile(name.c_str(), doc->fileBytes->data(), doc->fileBytes->size(), password);
-    return finishOpening(std::move(doc));
+/** Opens by `read`, which has the library read the file; null and the failure when it is too damaged. */
+template <class Read>
+LexDoc tryToOpen(NewDoc doc, Failure *failure, Read read) {
+    const std::string name = doc->facts.name;
+    try {
+        read(*doc);
+        return finishOpening(std::move(doc));
+    } catch (const QPDFExc &error) {
+        *failure = failureOf(error);
+    } catch (const HostError &error) {
+        *failure = {error.code, name + ": " + error.what};
+    } catch (const std::bad_alloc &) {
+        throw;
+    } catch (const std::exception &error) {
+        // Numbers that fit no type, and the like.
+        *failure = {KRErrBadPDF, name + ": " + error.what()};
+    }
+    return nullptr;
 }
 
-/** Opens patched bytes; null when they are still too damaged. */
+using Bytes = std::shared_ptr<const std::string>;
+
+LexDoc tryBytes(const std::string &name, Bytes bytes, const char *password, bool fdf, Failure *failure) {
+    return tryToOpen(newRecord(name), failure, [&](LexDocRec &doc) {
+        doc.fdf = fdf;
+        doc.fileBytes = bytes;
+        doc.pdf->processMemoryFile(name.c_str(), bytes->data(), bytes->size(), password);
+    });
+}
+
+/** Opens patched bytes; null when there are none or they are still too damaged. */
 LexDoc tryPatched(const std::string &name, std::string bytes, const char *password, bool fdf) {
     if (bytes.empty()) return nullptr;
-    try {
-        LexDoc doc = openBytes(name, std::make_shared<const std::string>(std::move(bytes)), password, fdf);
-        doc->facts.repaired = true;
-        return doc;
-    } catch (const QPDFExc &error) {
-        if (error.getErrorCode() == qpdf_e_password) throwOpenError(error);
-        return nullptr;
-    } catch (const HostError &) {
-        return nullptr;
-    }
+    Failure failure;
+    LexDoc doc = tryBytes(name, std::make_shared<const std::string>(std::move(bytes)), password, fdf, &failure);
+    if (doc) doc->facts.repaired = true;
+    if (failure.code == KRErrPassword) throwFailure(failure);
+    return doc;
 }
 
 /** The retries for a PDF that the library cannot repair. */
-LexDoc openDamagedPdf(const std::string &name, const std::string &bytes, const char *password, const QPDFExc &error) {
-    if (error.getErrorCode() != qpdf_e_damaged_pdf) throwOpenError(error);
+LexDoc openDamagedPdf(const std::string &name, const std::string &bytes, const char *password, const Failure &failure) {
     if (LexDoc doc = tryPatched(name, withStartOfXRefStream(bytes), password, /*fdf*/ false)) return doc;
     if (LexDoc doc = tryPatched(name, withTrailerForCatalog(bytes), password, /*fdf*/ false)) return doc;
-    throwOpenError(error);
+    throwFailure(failure);
 }
 
 struct FileCloser {
@@ -138,23 +170,23 @@ LexDoc openPdfFile(const std::string &path, const char *password) {
     bool seekable = false;
     OpenFile file = openForReading(path, &seekable);
     if (!seekable) return openPdfBytes(path, readAll(std::move(file), path), password);
-    NewDoc doc = newRecord(path);
-    try {
-        // The library reads what it needs when it needs it, and closes the file with the document.
-        doc->pdf->processFile(path.c_str(), file.release(), /*close_file*/ true, password);
-        return finishOpening(std::move(doc));
-    } catch (const QPDFExc &error) {
-        return openDamagedPdf(path, readAll(openForReading(path, &seekable), path), password, error);
-    }
+    Failure failure;
+    LexDoc opened = tryToOpen(newRecord(path), &failure, [&](LexDocRec &doc) {
+        const int fd = ::dup(fileno(file.get()));
+        if (fd < 0) ThrowFileError("open", path, errno);
+        doc.pdf->processInputSource(std::make_shared<FileSource>(path, fd), password);
+    });
+    if (opened) return opened;
+    if (failure.code != KRErrBadPDF) throwFailure(failure);
+    return openDamagedPdf(path, readAll(std::move(file), path), password, failure);
 }
 
 LexDoc openPdfBytes(const std::string &name, std::string bytes, const char *password) {
     const Bytes shared = std::make_shared<const std::string>(std::move(bytes));
-    try {
-        return openBytes(name, shared, password, /*fdf*/ false);
-    } catch (const QPDFExc &error) {
-        return openDamagedPdf(name, *shared, password, error);
-    }
+    Failure failure;
+    if (LexDoc doc = tryBytes(name, shared, password, /*fdf*/ false, &failure)) return doc;
+    if (failure.code != KRErrBadPDF) throwFailure(failure);
+    return openDamagedPdf(name, *shared, password, failure);
 }
 
 LexDoc openFdfBytes(const std::string &name, std::string bytes) {
@@ -165,12 +197,10 @@ LexDoc openFdfBytes(const std::string &name, std::string bytes) {
                                          (pdf ? " but is \"%PDF-\"" : "; neither is it \"%PDF-\"")};
     }
     const Bytes shared = std::make_shared<const std::string>(std::move(bytes));
-    try {
-        return openBytes(name, shared, /*password*/ nullptr, /*fdf*/ true);
-    } catch (const QPDFExc &error) {
-        if (LexDoc doc = tryPatched(name, withTrailerForFdf(*shared), /*password*/ nullptr, /*fdf*/ true)) return doc;
-        throwOpenError(error);
-    }
+    Failure failure;
+    if (LexDoc doc = tryBytes(name, shared, /*password*/ nullptr, /*fdf*/ true, &failure)) return doc;
+    if (LexDoc doc = tryPatched(name, withTrailerForFdf(*shared), /*password*/ nullptr, /*fdf*/ true)) return doc;
+    throwFailure(failure);
 }
 
 LexDoc openFdf(KRFileSys fs, KRPathName path) {

@@ -40,10 +40,7 @@ std::int32_t annotPage(const SCPageViewRec &rec) {
 /** Acquired once for each view, and held until the view closes. */
 DMPage heldPage(SCPageViewRec &rec, std::int32_t index) {
     const DMPage page = acquirePage(rec.owner->doc, index);
-    if (std::find(rec.held.begin(), rec.held.end(), page) != rec.held.end())
-        releasePage(page);
-    else
-        rec.held.push_back(page);
+    if (!rec.held.insert(page).second) releasePage(page);
     return page;
 }
 

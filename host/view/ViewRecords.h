@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "ScreenViewHFT.h"
@@ -30,7 +31,7 @@ struct SCPageViewRec {
     int operations = 0;
     int gathered = 0;
     /** Pages that were handed out, each acquired once. */
-    std::vector<DMPage> held;
+    std::unordered_set<DMPage> held;
 };
 
 struct SCDocRec {

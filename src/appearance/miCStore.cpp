@@ -65,22 +65,24 @@ void AppendDirective(std::string &out, char directive, std::va_list &args) {
     }
 }
 
-// Without memory the text goes as a whole: a half-printed appearance would be worse than none.
-void AppendToStore(CStore *store, const char *piece, std::size_t length) {
+// False without memory: then nothing has changed.
+bool AppendToStore(CStore *store, const char *piece, std::size_t length) {
     const std::size_t old = store->length > 0 ? static_cast<std::size_t>(store->length) + 1 : 0;
     char *grown = static_cast<char *>(KRrealloc(store->text, old + length + 1));
-    if (!grown) {
-        if (old == 0) return;
-        KRfree(store->text);
-        store->text = nullptr;
-        store->length = 0;
-        return;
-    }
+    if (!grown) return false;
     if (old > 0) grown[old - 1] = ' ';
     std::memcpy(grown + old, piece, length);
     grown[old + length] = '\0';
     store->text = grown;
     store->length = static_cast<std::int32_t>(old + length);
+    return true;
+}
+
+// A half-printed appearance would be worse than none.
+void DropText(CStore *store) {
+    KRfree(store->text);
+    store->text = nullptr;
+    store->length = 0;
 }
 
 void SanitizeUCS2(const char *source, char *destination, std::int32_t capacity) {
@@ -102,7 +104,8 @@ CStore *CStoreNew(const KRFixedRect *rect, std::uint16_t rotation) {
     const KRFixed height = CStoreDistance(rect->top, rect->bottom);
     const bool crossed = rotation == 90 || rotation == 270;
     TSFixedRectSet(&store->bbox, 0, 0, crossed ? height : width, crossed ? width : height);
-    store->rotation = rotation;
+    // Any other angle has no matrix, and the face would vanish.
+    store->rotation = rotation % 90 == 0 ? rotation % 360 : 0;
     store->xobject = LexNullObj;
     return store;
 }
@@ -114,9 +117,7 @@ void CStoreDelete(CStore *store) {
 }
 
 void CStoreClear(CStore *store) {
-    KRfree(store->text);
-    store->text = nullptr;
-    store->length = 0;
+    DropText(store);
     store->xobject = LexNullObj;
     store->metrics = {};
 }
@@ -162,7 +163,7 @@ void CStorePrintf(CStore *store, const char *format, ...) {
             AppendDirective(piece, *++at, args);
     }
     va_end(args);
-    AppendToStore(store, piece.data(), piece.size());
+    if (!AppendToStore(store, piece.data(), piece.size())) DropText(store);
 }
 
 void CStoreSscanf(CStore *, const char *, ...) {}
@@ -176,7 +177,7 @@ void CStoreSanitize(const char *source, char *destination, std::int32_t capacity
     // The bound asks for two bytes where an octal escape takes four, so up to three bytes more than `capacity` are
     // written: the caller's buffer has them to spare.
     std::int32_t left = capacity;
-    for (; *source && left > 2; ++source) {
+    for (; *source && left >= 2; ++source) {
         const auto byte = static_cast<unsigned char>(*source);
         if (std::strchr("()\\[]", byte)) {
             *destination++ = '\\';
@@ -195,11 +196,8 @@ void CStoreSanitize(const char *source, char *destination, std::int32_t capacity
 }
 
 void CStoreAdd(CStore *store, const CStore *other) {
-    if (other->length > 0) {
-        const std::int32_t before = store->length;
-        AppendToStore(store, other->text, static_cast<std::size_t>(other->length));
-        if (store->length <= before) return;
-    }
+    const bool hasText = other->length > 0;
+    if (hasText && !AppendToStore(store, other->text, static_cast<std::size_t>(other->length))) return;
     store->flags |= other->flags;
     if (other->flags & CStoreUsesXObject) store->xobject = other->xobject;
     if (other->flags & CStoreUsesFont) store->metrics = other->metrics;

@@ -68,7 +68,10 @@ inline constexpr KRFixed CStoreNoLimit = static_cast<KRFixed>(0x80000000);
 
 // Life (miCStore.cpp).
 
-/** For a rotation of 90 or 270 the box takes the rectangle's sides crossed. Raises KRErrNoMemory. */
+/**
+ * For a rotation of 90 or 270 the box takes the rectangle's sides crossed; what is no quarter turn is none. Raises
+ * KRErrNoMemory.
+ */
 CStore *CStoreNew(const KRFixedRect *rect, std::uint16_t rotation);
 void CStoreDelete(CStore *store);
 /** Drops the text and what belongs to it; box, rotation and flags stay. */
@@ -96,7 +99,7 @@ struct CStoreDeleter {
 void CStorePrintf(CStore *store, const char *format, ...);
 /** A reserved entry: does nothing. */
 void CStoreSscanf(CStore *store, const char *format, ...);
-/** A text as the inside of a literal string, at most `capacity` bytes. */
+/** A text as the inside of a literal string. `destination` has room for three bytes more than `capacity`. */
 void CStoreSanitize(const char *source, char *destination, std::int32_t capacity);
 /** Appends another store's text and takes over its resources. */
 void CStoreAdd(CStore *store, const CStore *other);

@@ -138,6 +138,8 @@ Sizes Measure(CStore *store, KRFixed margin, const TextAppearance &look, const c
     CStoreGetMetrics(look.baseFont, look.size, &store->metrics);
     s.textWidth = CStoreStringWidth(&store->metrics, text);
     s.textHeight = isDingbat ? DingbatHeight(text[0], look.size) : CStoreGetFontHeight(&store->metrics);
+    // A mark stands on the baseline; the font's box would push it up.
+    if (isDingbat) store->metrics.descent = 0;
     s.inside = store->bbox;
     TSFixedRectInset(&s.inside, CStoreTimes(margin, 2), CStoreTimes(margin, 2));
     s.width = CStoreDistance(s.inside.right, s.inside.left);

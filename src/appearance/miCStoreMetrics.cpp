@@ -174,11 +174,11 @@ KRFixed CStoreStringWidth(const CStoreMetrics *metrics, const char *text) {
     if (CStoreIsUCS2(text)) {
         const bool gothic = metrics->font == KanjiGothic_K;
         for (std::size_t at = 2; CStoreUnitAt(text, at) != 0; at += 2)
-            width = TSFixedAdd(width, KRFixedMul(GetUnicodeCharWidth(CStoreUnitAt(text, at), gothic), metrics->size));
+            width = CStoreWiden(width, KRFixedMul(GetUnicodeCharWidth(CStoreUnitAt(text, at), gothic), metrics->size));
         return width;
     }
     for (const auto *at = reinterpret_cast<const unsigned char *>(text); *at; ++at) {
-        width = TSFixedAdd(width, metrics->isKanji ? metrics->size : metrics->widths[*at]);
+        width = CStoreWiden(width, metrics->isKanji ? metrics->size : metrics->widths[*at]);
         if (metrics->isKanji && Is2Byte(at[0], at[1])) ++at;
     }
     return width;

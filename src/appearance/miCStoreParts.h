@@ -29,6 +29,12 @@ inline KRFixed CStoreDistance(KRFixed a, KRFixed b) {
     return d > INT32_MAX ? INT32_MAX : static_cast<KRFixed>(d);
 }
 
+/** Sum of widths, none of them negative: a long text's stays at the largest number rather than turning negative. */
+inline KRFixed CStoreWiden(KRFixed width, KRFixed more) {
+    const std::int64_t sum = static_cast<std::int64_t>(width) + more;
+    return sum > INT32_MAX ? INT32_MAX : static_cast<KRFixed>(sum);
+}
+
 /** n times a length, wrapping. */
 inline KRFixed CStoreTimes(KRFixed a, std::int32_t n) {
     return static_cast<KRFixed>(static_cast<std::uint32_t>(a) * static_cast<std::uint32_t>(n));

@@ -30,13 +30,12 @@ void ShowByteSlices(CStore *store, const char *text) {
         CStorePrintf(store, "%s Tj", std::string(text + at, std::min(s_sliceBytes, length - at)).c_str());
 }
 
-// Each slice stands as a marked string of its own.
+// Each slice stands as a marked string of its own; the first has its mark from the text.
 void ShowUCS2Slices(CStore *store, const EStr *text) {
     std::string slice;
-    const std::size_t room = s_sliceUCS2Bytes - 2;
-    for (std::size_t at = 2; at + 1 < text->length; at += room) {
-        slice.assign("\xFE\xFF");
-        slice.append(text->bytes + at, std::min(room, (text->length - at) & ~std::size_t{1}));
+    for (std::size_t at = 0; at < text->length; at += s_sliceUCS2Bytes) {
+        slice.assign(at == 0 ? "" : "\xFE\xFF");
+        slice.append(text->bytes + at, std::min<std::size_t>(s_sliceUCS2Bytes, text->length - at));
         slice.append(2, '\0');
         CStorePrintf(store, "%s Tj", slice.data());
     }

@@ -3,6 +3,7 @@
 #include "DMFieldValue.h"
 
 #include <optional>
+#include <unordered_map>
 
 #include "DMField.h"
 #include "DMFieldValueParts.h"
@@ -35,18 +36,21 @@ std::optional<std::uint32_t> OwnWord(LexObj dict, KRAtom key) {
 bool TypesAgree(DMField *field) {
     KRAtom type = KRAtomNull;
     for (const DMField *at = DMFieldHeadOfName(field); at; at = at->nextSameName) {
-        if (type == KRAtomNull) type = at->type;
-        else if (at->type != KRAtomNull && at->type != type) return false;
+        if (type == KRAtomNull)
+            type = at->type;
+        else if (at->type != KRAtomNull && at->type != type)
+            return false;
     }
     return true;
 }
 
-/** Hands a new field word down. Kids of one name are many and have one answer, so it is asked for once. */
+/** Hands a new field word down. Kids of one name may be many, so their types are compared once for all of them. */
 void UpdateFlagsOfChildren(DMField *field) {
-    const NameStr *agreeing = nullptr;
+    std::unordered_map<const NameStr *, bool> agree;
     for (DMField *child = field->firstChild; child; child = child->nextSibling) {
-        if (child->name != agreeing && TypesAgree(child)) agreeing = child->name;
-        const bool usable = child->name == agreeing ? TSDMFieldIsValid(child) : TSDMFieldIsValidCheckType(child);
+        const auto [known, isNew] = agree.try_emplace(child->name, true);
+        if (isNew) known->second = TypesAgree(child);
+        const bool usable = known->second ? TSDMFieldIsValid(child) : TSDMFieldIsValidCheckType(child);
         if (usable) TSDMFieldUpdateFlags(child);
     }
 }
@@ -95,6 +99,7 @@ bool TakeOverFromGroup(DMField *field) {
     DMField *above = group->parent;
     TSLexDictPartialCopy(groupObj, field->obj, /*sameDocument*/ true);
     LexDictRemove(field->obj, Kids_K);
+    const LexObj dict = field->obj;
     DMFieldUnlinkChild(field);
     if (above) {
         DMFieldLinkChild(above, field);
@@ -107,6 +112,7 @@ bool TakeOverFromGroup(DMField *field) {
     }
     TJSCalcFieldsListDelete(TSDMFieldGetDoc(group), group, /*force*/ true);
     TSDMFieldUndefine(group);
+    if (!DMFieldIsAlive(field, dict)) return false;
     TSDMFieldUpdateEntries(field);
     TSDMFieldUpdateFlags(field);
     return true;
@@ -185,7 +191,9 @@ std::int32_t TSDMFieldSetType(DMField *field, KRAtom type) {
     if (field->type == type) return 0;
     const bool shared = field->type != KRAtomNull && (field->state & DMFieldSharesName);
     if (shared && !TakeOverFromGroup(field)) return 1;
+    const LexObj dict = field->obj;
     if (const KRErrorCode code = StoreType(field, type)) return code;
+    if (!DMFieldIsAlive(field, dict)) return 1;
     field->type = type;
     TSDMFieldSetFlags(field, FieldWord, field->flags[FieldWord] & kFlagsOfAllTypes);
     TSDMFieldAppearanceWasUpdated(field);

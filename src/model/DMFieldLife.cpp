@@ -69,10 +69,13 @@ void PrepareSave(DMDoc doc, const DMDocSaveRecord *save) {
     const SCDoc active = SCAppGetActiveDoc();
     if (active && SCDocGetDMDoc(active) == doc) SCDocClearSelection(active, /*highlight*/ true);
     if (renumbers) DocFreeLex(doc, /*closing*/ false);
-    if (DocHashControl *control = TSLexDocGetHashHead(DMDocGetLexDoc(doc))) {
-        control->editOK = false;
-        if (renumbers) control->loaded = false;
-    }
+    DocHashControl *control = TSLexDocGetHashHead(DMDocGetLexDoc(doc));
+    if (!control) return;
+    control->editOK = false;
+    if (!renumbers) return;
+    control->loaded = false;
+    // The clean-up enumerated the fields, which counts as a load; but it was one of records that are gone now.
+    if (TJSDocData *data = TJSFindData(doc)) data->needLoadFields = true;
 }
 
 } // namespace

@@ -43,8 +43,10 @@ LexObj HolderOfMaker(DMAnnot annot) {
     if (LexObjGetType(faces) != LexDict) return LexNullObj;
     const LexObj normal = LexDictGet(faces, FaceNormal_K);
     StateSearch search{LexNullObj};
-    if (LexObjGetType(normal) == LexStream) StopAtMaker(LexNullObj, normal, &search);
-    else if (LexObjGetType(normal) == LexDict) LexObjEnum(normal, &StopAtMaker, &search);
+    if (LexObjGetType(normal) == LexStream)
+        StopAtMaker(LexNullObj, normal, &search);
+    else if (LexObjGetType(normal) == LexDict)
+        LexObjEnum(normal, &StopAtMaker, &search);
     return search.holder;
 }
 

@@ -114,8 +114,10 @@ bool TSDMFieldSetValue(DMField *field, LexObj value) {
             return true;
         }
         const KRAtom state = LexNameOrNull(value);
-        if (state == Off_K) value = LexNullObj;
-        else if (state != KRAtomNull && !SomeWidgetHasState(work, state)) return false;
+        if (state == Off_K)
+            value = LexNullObj;
+        else if (state != KRAtomNull && !SomeWidgetHasState(work, state))
+            return false;
     }
     const LexObj workObj = work->obj;
     work->state |= DMFieldSettingValue;

@@ -64,7 +64,8 @@ std::int32_t TSDMFieldSetOptions(DMField *field, LexObj options);
 
 /** `which` 0: annotation flags `F` of the own dictionary; 1: field flags `Ff`, inherited. 0 for an invalid field. */
 std::uint32_t TSDMFieldGetFlags(DMField *field, std::int32_t which);
-/** Annotation flags only for a widget; showing a hidden one builds its appearance. Field flags go to the group's top. */
+/** Annotation flags only for a widget; showing a hidden one builds its appearance. Field flags go to the group's top.
+ */
 void TSDMFieldSetFlags(DMField *field, std::int32_t which, std::uint32_t value);
 /** Rereads both words from the dictionaries, here and for all that inherit from here. */
 void TSDMFieldUpdateFlags(DMField *field);

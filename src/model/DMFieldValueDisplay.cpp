@@ -71,8 +71,7 @@ void TSDMFieldProduceDisplayFromValue(DMField *field, LexObj value) {
     value = ShownValue(field, value);
     const KRAtom state = LexNameOrNull(value);
     const DMAnnot annot = TSDMFieldGetDMAnnot(field);
-    if (!due && state != KRAtomNull &&
-        LexObjGetType(TSDMAnnotGetAppearance(annot, FaceNormal_K, state)) == LexStream) {
+    if (!due && state != KRAtomNull && LexObjGetType(TSDMAnnotGetAppearance(annot, FaceNormal_K, state)) == LexStream) {
         TSDMAnnotSetState(annot, state);
         return;
     }

@@ -99,10 +99,13 @@ FieldArrayIndex *IndexesOf(LexObj array) {
 FieldArrayMembers *FindIndex(LexObj array) {
     FieldArrayIndex *indexes = IndexesOf(array);
     if (!indexes) return nullptr;
-    for (FieldArrayMembers &index : *indexes) {
-        if (LexObjEqual(index.array, array)) return &index;
-    }
-    return nullptr;
+    const auto found = std::find_if(indexes->begin(), indexes->end(), [array](const FieldArrayMembers &index) {
+        return LexObjEqual(index.array, array) != 0;
+    });
+    if (found == indexes->end()) return nullptr;
+    // The one used longest ago goes first: `Fields` is needed for every node whose `Kids` are indexed meanwhile.
+    std::rotate(indexes->begin(), found, found + 1);
+    return &indexes->front();
 }
 
 /** The index of an array, up to date; null when the document has no block. */

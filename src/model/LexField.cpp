@@ -27,6 +27,7 @@ struct Path {
     LexObj form;
     /** Null at the root. */
     DMField *at;
+    LexObj atObj;
     /** Full name of the part being looked for. */
     std::string name;
 };
@@ -57,6 +58,11 @@ LexObj Siblings(const Path &path) {
                    : TSLexDictGetOfType(path.form, formFields_K, LexArray);
 }
 
+/** Loading a sibling may show it, and observers of that may take away the place itself. */
+bool StillThere(const Path &path) {
+    return !path.at || DMFieldIsAlive(path.at, path.atObj);
+}
+
 void ExtendName(Path *path, const std::string &part) {
     if (path->at) path->name += '.';
     path->name += part;
@@ -85,11 +91,13 @@ bool Descend(Path *path, const std::string &part) {
     ExtendName(path, part);
     DMField *found = FieldSiblingFind(path->doc, path->at, Siblings(*path), title, path->name);
     if (!found) {
-        if (path->at && TSDMFieldIsTerminal(path->at)) return false;
+        if (!StillThere(*path) || (path->at && TSDMFieldIsTerminal(path->at))) return false;
         found = MakeNode(*path, title);
     }
+    if (!found) return false;
     path->at = found;
-    return found != nullptr;
+    path->atObj = found->obj;
+    return true;
 }
 
 /** A dictionary joins the field that has its name. */
@@ -115,6 +123,7 @@ DMField *PlaceLeaf(Path *path, LexObj dict, const std::string &part) {
     ExtendName(path, part);
     if (DMField *found = FieldSiblingFind(path->doc, path->at, siblings, title, path->name))
         return PlaceBeside(found, dict);
+    if (!StillThere(*path)) return nullptr;
     // Neither a widget's own field nor a group of widgets may have fields below it.
     const bool hasKids = LexObjGetType(siblings) == LexArray;
     if (path->at && !hasKids && TSDMFieldIsAnnot(path->at)) return nullptr;
@@ -161,8 +170,10 @@ void PutTitle(LexObj dict, LexObj title) {
     const DMAnnot annot = isAnnot ? DMAnnotFromLexObj(dict) : DMAnnot{0, 0};
     if (isAnnot) DMAnnotNotifyWillChange(annot, T_K);
     const KRErrorCode code = Protect([&] {
-        if (LexObjGetType(title) != LexNull) LexDictPut(dict, T_K, title);
-        else if (LexDictKnown(dict, T_K)) LexDictRemove(dict, T_K);
+        if (LexObjGetType(title) != LexNull)
+            LexDictPut(dict, T_K, title);
+        else if (LexDictKnown(dict, T_K))
+            LexDictRemove(dict, T_K);
     });
     if (isAnnot) DMAnnotNotifyDidChange(annot, T_K, code);
     RaiseIf(code);
@@ -174,13 +185,12 @@ DMField *Rebuild(DMField *record) {
     bool linked = true;
     const LexObj dict = record->obj;
     const KRErrorCode code = Protect([&] {
-        if (hasParent) linked = DMFieldLinkToParent(record);
-        if (!linked) return;
-        DMFieldComplete(record);
+        if (hasParent) linked = DMFieldLinkToParent(record) && DMFieldIsAlive(record, dict);
+        if (linked) DMFieldComplete(record);
     });
     if ((code != KRErrNone || !linked) && DMFieldIsAlive(record, dict)) TSDMFieldUndefine(record);
     RaiseIf(code);
-    return linked ? record : nullptr;
+    return linked && DMFieldIsAlive(record, dict) ? record : nullptr;
 }
 
 /** What the parent has need not stand in the field as well. */
@@ -197,12 +207,12 @@ void DropWhatParentHas(DMField *field) {
         field->entries &= ~entry;
     }
     if (LexNameOrNull(LexDictGet(field->obj, FT_K)) == parent->type) LexDictRemove(field->obj, FT_K);
-    if (TSDMFieldIsAnnot(field) && parent->flags[0] != 0)
-        TSDMFieldSetFlags(field, /*which*/ 0, field->flags[0] | parent->flags[0]);
     const LexObj flags = TSLexDictGetOfType(field->obj, flagsF_K, LexInteger);
     if (LexObjGetType(flags) == LexInteger && static_cast<std::uint32_t>(LexIntegerValue(flags)) == parent->flags[1])
         LexDictRemove(field->obj, flagsF_K);
     TSLexArrayEnsure(parent->obj, Kids_K, /*indirect*/ false);
+    if (TSDMFieldIsAnnot(field) && parent->flags[0] != 0)
+        TSDMFieldSetFlags(field, /*which*/ 0, field->flags[0] | parent->flags[0]);
 }
 
 } // namespace
@@ -230,9 +240,11 @@ DMField *TSLexDictDefineField(LexObj dict, const char *fullName) {
 DMField *TSDMAnnotDefineField(DMAnnot annot, const char *name) {
     if (!name || !*name || !DMAnnotIsValid(annot) || DMAnnotGetSubtype(annot) != Widget_K) return nullptr;
     if (DMField *present = TSDMAnnotGetField(annot)) return present;
-    DMField *field = TSLexDictDefineField(DMAnnotGetLexObj(annot), name);
-    if (TSDMFieldIsValidCheckType(field)) TSDMFieldUpdateAppearance(field);
-    return field;
+    const LexObj dict = DMAnnotGetLexObj(annot);
+    DMField *field = TSLexDictDefineField(dict, name);
+    if (!TSDMFieldIsValidCheckType(field)) return field;
+    TSDMFieldUpdateAppearance(field);
+    return TSLexObjFindDMField(dict);
 }
 
 DMField *TSLexDictSetTitleGetField(LexObj dict, LexObj title) {
@@ -243,13 +255,14 @@ DMField *TSLexDictSetTitleGetField(LexObj dict, LexObj title) {
     if (LexObjGetType(title) == LexNull && !LexDictKnown(dict, parent_K)) return nullptr;
     field = field ? Rebuild(field) : TSDMFieldFromLexObj(dict);
     if (!TSDMFieldIsValidCheckType(field)) return field;
-    LexObj siblings = TSLexDictGetOfType(TSLexObjGetTessella(dict), formFields_K, LexArray);
     if (field->parent) {
+        const LexObj parent = field->parent->obj;
         DropWhatParentHas(field);
-        siblings = TSLexDictGetOfType(field->parent->obj, Kids_K, LexArray);
+        FieldArrayMoveToEnd(TSLexDictGetOfType(parent, Kids_K, LexArray), dict);
+    } else {
+        FieldArrayMoveToEnd(TSLexDictGetOfType(TSLexObjGetTessella(dict), formFields_K, LexArray), dict);
     }
-    FieldArrayMoveToEnd(siblings, dict);
-    return field;
+    return TSLexObjFindDMField(dict);
 }
 
 bool TSDMFieldIsValidCheckType(DMField *field) {

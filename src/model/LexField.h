@@ -29,8 +29,8 @@ DMField *TSDMFieldInHierarchyFromName(LexObj array, LexObj title);
  * Hangs an indirect dictionary into the form under a full name (raw bytes), making the form and the nodes on the way.
  * Null when something stands in the way: a terminal field on the path, a clash of types, a name that is empty or too
  * long. Then `T` and `Parent` are removed from the dictionary; nodes already made stay. The same when it raises, which
- * it does with KRErrBadParam for the name of a node. A dictionary that is a field of this name already gives that field;
- * one that is a field of another name leaves it first. Null, with nothing changed, during a save.
+ * it does with KRErrBadParam for the name of a node. A dictionary that is a field of this name already gives that
+ * field; one that is a field of another name leaves it first. Null, with nothing changed, during a save.
  */
 DMField *TSLexDictDefineField(LexObj dict, const char *fullName);
 
@@ -84,6 +84,7 @@ void TSLexDictReplaceIndirects(LexObj dict);
 /**
  * The field under its new name, with its looks, flags, actions and place in the calculation order, and reset. An equal
  * name gives the field; the name of a terminal field makes it one of that field's widgets. Raises KRErrBadParam, with
- * nothing changed, for a field with children, an empty name, and a name that is a node's or stands below a widget.
+ * nothing changed, for a field with children, an empty name, and a name that is a node's or stands below a widget. Null
+ * when an observer took the field away meanwhile.
  */
 DMField *TSDMFieldRename(DMField *field, const char *newName);

@@ -68,8 +68,10 @@ void RemoveHeldKey(LexObj dict, KRAtom key) {
 }
 
 void PutMakerCopy(const FieldCopy &copy) {
-    if (LexObjGetType(copy.maker) == LexNull) LexDictRemove(copy.target, MakerDict_K);
-    else LexDictPut(copy.target, MakerDict_K, TSLexObjCopy(copy.doc, copy.maker, /*shallow*/ false));
+    if (LexObjGetType(copy.maker) == LexNull)
+        LexDictRemove(copy.target, MakerDict_K);
+    else
+        LexDictPut(copy.target, MakerDict_K, TSLexObjCopy(copy.doc, copy.maker, /*shallow*/ false));
 }
 
 /** The look: rebuilt later when it is to be fresh, with a button's on-state remembered; else the source's. */
@@ -139,6 +141,8 @@ DMField *CopyAndDefine(const FieldCopy &copy, const std::string &name, bool isAn
         if (LexDictKnown(copy.target, Subtype_K)) StripAnnotKeys(copy.target);
     } else if (isAnnot) {
         FinishLook(copy, field);
+        // Observers of the display may have taken it away again.
+        field = TSLexObjFindDMField(copy.target);
     } else {
         RemoveHeldKey(copy.target, Appearance_K);
         RemoveHeldKey(copy.target, MakerDict_K);
@@ -151,8 +155,10 @@ DMField *CopyAndDefine(const FieldCopy &copy, const std::string &name, bool isAn
 void TSDMAnnotLockField(DMAnnot annot, bool lock) {
     DMField *field = TSDMAnnotGetField(annot);
     if (!field) return;
-    if (lock) field->state |= DMFieldLocked;
-    else field->state &= ~DMFieldLocked;
+    if (lock)
+        field->state |= DMFieldLocked;
+    else
+        field->state &= ~DMFieldLocked;
 }
 
 void TSDMAnnotRemoveField(DMAnnot annot, DMPage, bool, bool keepValue) {
@@ -165,8 +171,10 @@ void TSDMAnnotRemoveField(DMAnnot annot, DMPage, bool, bool keepValue) {
         field = TSLexObjFindDMField(dict);
         const bool goesOn = keepValue && TSDMFieldIsValidCheckType(field) && !(field->state & DMFieldSharesName) &&
                             LexDictKnown(dict, value_K);
-        if (goesOn) DetachValue(field);
-        else TSDMFieldUndefine(field);
+        if (goesOn)
+            DetachValue(field);
+        else
+            TSDMFieldUndefine(field);
         CleanAnnot(dict);
     });
     DMAnnotNotifyDidChange(annot, Widget_K, code);

@@ -79,7 +79,9 @@ void RestoreEntry(DMField *field, TSEntry entry, LexObj value) {
 
 void Unpack(DMField *field, const Luggage &luggage) {
     if (luggage.type != KRAtomNull) TSDMFieldSetType(field, luggage.type);
-    TSDMFieldSetFlags(field, /*which*/ 0, luggage.flags[0]);
+    if (DMFieldIsAlive(field, luggage.dict)) TSDMFieldSetFlags(field, /*which*/ 0, luggage.flags[0]);
+    // Observers of a type's change or of a display may have taken the field away.
+    if (!DMFieldIsAlive(field, luggage.dict)) return;
     TSDMFieldSetFlags(field, /*which*/ 1, luggage.flags[1]);
     for (std::size_t i = 0; i < kEventCount; ++i)
         if (LexObjGetType(DMActionGetLexObj(luggage.actions[i])) != LexNull)
@@ -91,8 +93,7 @@ void Unpack(DMField *field, const Luggage &luggage) {
     TSDMFieldSetDefaultValue(field, luggage.defaultValue);
     const EStrPtr userName(EStrNewFromLexObjImpl(luggage.userName));
     if (!EStrIsNull(userName.get()))
-        TSDMFieldPutObj(field, UserName_K,
-                        TSLexObjCopy(LexObjGetDoc(field->obj), luggage.userName, /*shallow*/ false));
+        TSDMFieldPutObj(field, UserName_K, TSLexObjCopy(LexObjGetDoc(field->obj), luggage.userName, /*shallow*/ false));
 }
 
 void EnterCalcOrder(DMField *field, std::int32_t index) {
@@ -138,7 +139,9 @@ DMField *TSDMFieldRename(DMField *field, const char *newName) {
     DMField *renamed = TSLexDictDefineField(luggage.dict, name.c_str());
     if (!renamed) KRRaise(KRErrBadParam);
     Unpack(renamed, luggage);
+    renamed = TSLexObjFindDMField(luggage.dict);
+    if (!renamed) return nullptr;
     EnterCalcOrder(renamed, luggage.calcIndex);
     TSDMFieldReset(renamed);
-    return renamed;
+    return TSLexObjFindDMField(luggage.dict);
 }

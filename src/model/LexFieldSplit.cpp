@@ -90,9 +90,10 @@ bool SplitField(DMField *field, LexObj dict) {
     const LexObj top = LexNewDict(LexObjGetDoc(old), /*indirect*/ true, 10);
     MoveSharedEntries(field, dict, top);
     TakePlace(field, dict, top);
-    DMField *topField = TSLexDictSetTitleGetField(top, title);
-    if (!TSDMFieldIsValidCheckType(topField)) return false;
+    if (!TSDMFieldIsValidCheckType(TSLexDictSetTitleGetField(top, title))) return false;
     if (!TSDMFieldIsValidCheckType(TSLexDictSetTitleGetField(old, LexNullObj))) return false;
+    DMField *topField = TSLexObjFindDMField(top);
+    if (!topField) return false;
     TSFieldNotifyRec record{};
     record.doc = TSDMFieldGetDoc(topField);
     record.field = topField;

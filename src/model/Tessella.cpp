@@ -46,17 +46,20 @@ std::uint32_t SetQuadding(LexObj form, std::int32_t quadding) {
     return TSEntryQ;
 }
 
-/** The dictionary `Font` of `DR`, both made when missing; a form that uses check marks finds their font there. */
+LexObj FormFonts(LexObj form) {
+    return TSLexDictGetOfType(TSLexDictGetOfType(form, defRes_K, LexDict), Font_K, LexDict);
+}
+
+/** The dictionary `Font` of `DR`, both made when missing; the font of check marks is put into a new one. */
 LexObj EnsureFormFonts(LexObj form) {
+    if (LexObjGetType(FormFonts(form)) == LexDict) return FormFonts(form);
     const LexDoc doc = LexObjGetDoc(form);
     LexObj resources = LexDictGet(form, defRes_K);
     if (LexObjGetType(resources) != LexDict) {
         resources = LexNewDict(doc, /*indirect*/ false, /*sizeHint*/ 5);
         LexDictPut(form, defRes_K, resources);
     }
-    LexObj fonts = LexDictGet(resources, Font_K);
-    if (LexObjGetType(fonts) == LexDict) return fonts;
-    fonts = LexNewDict(doc, /*indirect*/ false, /*sizeHint*/ 5);
+    const LexObj fonts = LexNewDict(doc, /*indirect*/ false, /*sizeHint*/ 5);
     LexDictPut(resources, Font_K, fonts);
     const LexObj dingbats = TSLexDocGetFontDict(doc, ZapfDingbats_K);
     KRAtom name = KRAtomNull;
@@ -158,7 +161,7 @@ void TessellaGetDefaultTextAppearance(LexObj form, TextAppearance *look) {
     const LexObj text = LexDictGet(form, textApp_K);
     if (LexObjGetType(text) == LexString) {
         TSLexStringGetTextAppearance(text, look);
-        const LexObj fonts = TSLexDictGetOfType(TSLexDictGetOfType(form, defRes_K, LexDict), Font_K, LexDict);
+        const LexObj fonts = FormFonts(form);
         if (LexObjGetType(fonts) != LexDict || look->fontResource == KRAtomNull) KRRaise(KRErrBadResource);
         look->baseFont = FontDictGetBaseFontName(LexDictGet(fonts, look->fontResource));
     } else {
@@ -171,6 +174,8 @@ void TessellaGetDefaultTextAppearance(LexObj form, TextAppearance *look) {
 void TessellaSetDefaultTextAppearance(LexObj form, TextAppearance *look) {
     if (!look || !TessellaIsValid(form)) return;
     std::uint32_t changed = SetQuadding(form, look->quadding);
+    // Before the font is asked for, since making it makes the resources, without the font of check marks.
+    if (CanGenerateFont(look->baseFont)) EnsureFormFonts(form);
     const LexObj font = TSLexDocGetFontDict(LexObjGetDoc(form), look->baseFont);
     if (LexObjGetType(font) != LexDict) KRRaise(KRErrBadParam);
     changed |= TessellaSetDefaultBaseFont(form, font);

@@ -50,7 +50,8 @@ LexObj PageObj(DMPage page) {
 LexObj ScriptObj(LexDoc doc, const EStr *text) {
     const char *bytes = EStrGetBytes(text);
     const std::size_t length = EStrGetLen(text);
-    if (length < kShortestStream) return LexNewString(doc, /*indirect*/ false, bytes, static_cast<std::int32_t>(length));
+    if (length < kShortestStream)
+        return LexNewString(doc, /*indirect*/ false, bytes, static_cast<std::int32_t>(length));
     const LexObj attributes = LexNewDict(doc, /*indirect*/ false, 2);
     LexArrayPut(TSLexArrayEnsure(attributes, Filter_K, /*indirect*/ false), 0,
                 LexNewName(doc, /*indirect*/ false, FlateDecode_K));
@@ -70,9 +71,12 @@ LexObj ScriptObj(LexDoc doc, const EStr *text) {
 bool TSLexObjHasAction(LexObj obj, KRAtom key, bool isAnnot) {
     bool has = false;
     const KRErrorCode code = Protect([&] {
-        if (key == KRAtomNull) has = Known(obj, Dest_K) || Known(obj, A_K) || Known(obj, AA_K);
-        else if (IsMainAction(key, isAnnot)) has = Known(obj, Dest_K) || Known(obj, A_K);
-        else has = Known(obj, AA_K) && Known(LexDictGet(obj, AA_K), key);
+        if (key == KRAtomNull)
+            has = Known(obj, Dest_K) || Known(obj, A_K) || Known(obj, AA_K);
+        else if (IsMainAction(key, isAnnot))
+            has = Known(obj, Dest_K) || Known(obj, A_K);
+        else
+            has = Known(obj, AA_K) && Known(LexDictGet(obj, AA_K), key);
     });
     return code == KRErrNone && has;
 }
@@ -91,8 +95,10 @@ void TSLexObjSetAction(LexObj obj, KRAtom key, DMAction action, bool isAnnot) {
     const std::int32_t type = LexObjGetType(value);
     if (!IsMainAction(key, isAnnot)) {
         const LexObj events = TSLexDictEnsure(obj, AA_K);
-        if (type == LexNull) RemoveKnown(events, key);
-        else LexDictPut(events, key, value);
+        if (type == LexNull)
+            RemoveKnown(events, key);
+        else
+            LexDictPut(events, key, value);
     } else if (type != LexNull) {
         LexDictPut(obj, type == LexDict ? A_K : Dest_K, value);
     } else {

@@ -122,9 +122,12 @@ inline std::string Text(LexObj obj) {
         const char *bytes = LexStringValue(obj, &length);
         return {bytes, static_cast<std::size_t>(length)};
     }
-    case LexName: return std::string("/") + KRAtomGetString(LexNameValue(obj));
-    case LexNull: return "null";
-    default: return "type " + std::to_string(LexObjGetType(obj));
+    case LexName:
+        return std::string("/") + KRAtomGetString(LexNameValue(obj));
+    case LexNull:
+        return "null";
+    default:
+        return "type " + std::to_string(LexObjGetType(obj));
     }
 }
 

@@ -96,7 +96,7 @@ TEST_F(Form, SettingTheDefaultLookTellsWhatChanged) {
     ASSERT_EQ(changes.size(), 1u);
     EXPECT_TRUE(changes[0] & TSEntryDA);
     EXPECT_TRUE(changes[0] & TSEntryQ);
-    EXPECT_EQ(Text(LexDictGet(form, textApp_K)), "/CoBO 11 Tf 0 g " + std::string()) << "resource name of the font";
+    EXPECT_EQ(Text(LexDictGet(form, textApp_K)), "/CoBo 11 Tf 0 g ");
     EXPECT_EQ(LexIntegerValue(LexDictGet(form, quadding_K)), 2);
     look.baseFont = KRAtomFromString("NoSuchFont");
     EXPECT_EQ(Protect([&] { TessellaSetDefaultTextAppearance(form, &look); }), KRErrBadParam);

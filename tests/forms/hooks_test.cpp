@@ -46,8 +46,8 @@ TEST_F(Hooks, ANewWidgetPrintsAndSitsUpright) {
 }
 
 TEST_F(Hooks, AFieldLeavesWithItsWidget) {
-    TestDoc doc(FormObjects({"/FT /Tx /T (a) /AA << /C << /S /JavaScript /JS (1) >> >>", "/FT /Tx /T (b)"},
-                            "/CO [4 0 R]"));
+    TestDoc doc(
+        FormObjects({"/FT /Tx /T (a) /AA << /C << /S /JavaScript /JS (1) >> >>", "/FT /Tx /T (b)"}, "/CO [4 0 R]"));
     ASSERT_EQ(TSCalcArrayGetNumEntries(TJSGetCalcArray(doc.doc)), 1);
     const DMPage page = DMDocAcquirePage(doc.doc, 0);
     TSDMAnnotLockField(AnnotAt(doc, "Tessella/Fields/1"), true);
@@ -76,7 +76,8 @@ TEST_F(Hooks, InsertedWidgetsBecomeFieldsInTheOrderOfTheirSource) {
     TestDoc target(FormObjects({"/FT /Tx /T (mine)" + calc, "/FT /Tx /T (both) /V (here)"}, "/CO [4 0 R]"));
     auto objects = FormObjects({"/FT /Tx /T (x)" + calc, "/FT /Tx /T (y)" + calc, "/FT /Tx /T (both) /V (there)"},
                                "/CO [5 0 R 4 0 R]");
-    objects[0].insert(objects[0].size() - 2, "/Names << /JavaScript << /Names [(s) << /S /JavaScript /JS (0) >>] >> >> ");
+    objects[0].insert(objects[0].size() - 2,
+                      "/Names << /JavaScript << /Names [(s) << /S /JavaScript /JS (0) >>] >> >> ");
     TestDoc source(objects);
     ASSERT_NE(FieldOf(target, "mine"), nullptr);
     ASSERT_NE(FieldOf(source, "x"), nullptr);
@@ -180,14 +181,16 @@ TEST_F(Hooks, WidgetTypesFollowTypeAndFlags) {
     TestDoc doc(FormObjects({"/FT /Btn /T (a) /Ff 65536", "/FT /Btn /T (b) /Ff 32768", "/FT /Btn /T (c)",
                              "/FT /Ch /T (d) /Ff 131072", "/FT /Ch /T (e)", "/FT /Sig /T (f)", "/FT /Btn /Ff 65536",
                              "/FT /Btn", "/FT 1"}));
-    const char *const types[] = {"Button", "RadioButton", "CheckBox", "ComboBox", "ListBox", "Sig", "Button", "Btn", ""};
+    const char *const types[] = {"Button", "RadioButton", "CheckBox", "ComboBox", "ListBox",
+                                 "Sig",    "Button",      "Btn",      ""};
     for (int i = 0; i < 9; ++i)
         EXPECT_STREQ(KRAtomGetString(TSDMWidgetGetSubType(AnnotAt(doc, "Pages/Kids/0/Annots/" + std::to_string(i)))),
                      types[i]);
 }
 
 TEST_F(Hooks, OnKeysOutliveTheirAppearance) {
-    TestDoc doc(FormObjects({"/FT /Btn /T (a) /AP << /N << /Off null /Ja << >> >> >>", "/FT /Btn /T (b) /AP << /N 3 >>"}));
+    TestDoc doc(
+        FormObjects({"/FT /Btn /T (a) /AP << /N << /Off null /Ja << >> >> >>", "/FT /Btn /T (b) /AP << /N 3 >>"}));
     const DMAnnot a = AnnotAt(doc, "Tessella/Fields/0");
     EXPECT_EQ(WButtonGetOnKey(a), KRAtomFromString("Ja"));
     WButtonSetOnKey(a, KRAtomNull);

@@ -230,6 +230,8 @@ TEST_F(NameHash, AWidgetThatCannotBeAFieldIsHiddenAndGoesWithTheNextSave) {
     doc.Saved();
     EXPECT_EQ(LexArrayLength(doc.At("Pages/Kids/0/Annots")), 1);
     EXPECT_FALSE(LexDictKnown(doc.At("Tessella"), waste_K));
+    EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 1);
+    EXPECT_EQ(Names(doc), std::vector<std::string>{"a"});
     EXPECT_EQ(Text(TSDMFieldGetEntry(FieldOf(doc, "a"), TSEntryV)), "kept");
 }
 

@@ -344,7 +344,8 @@ TEST_F(Value, TypesChangeAloneOnly) {
 
 TEST_F(Value, RotationStandsInTheMakerDictionary) {
     auto objects = FormObjects({"/FT /Tx /T (a)", "/FT /Btn /T (b) /AP << /N << /Yes 6 0 R /Off 6 0 R >> >>"});
-    objects.push_back("<< /Subtype /Form /BBox [0 0 1 1] /Matrix [0 1 -1 0 0 0] /MK 7 /Length 0 >>\nstream\n\nendstream");
+    objects.push_back(
+        "<< /Subtype /Form /BBox [0 0 1 1] /Matrix [0 1 -1 0 0 0] /MK 7 /Length 0 >>\nstream\n\nendstream");
     TestDoc doc(objects);
     const DMAnnot a = DMAnnotFromLexObj(doc.At("Tessella/Fields/0"));
     TSDMAnnotSetRotation(a, 0);

@@ -36,8 +36,9 @@ std::string form(const std::string &entries, const std::string &content) {
         content);
 }
 
+/** Text stands clear of half pixels, where a glyph goes to the one or the other pixel by a last bit. */
 constexpr const char *picture = "0.8 0.9 1 rg 0 0 100 40 re f 1 0 0 RG 3 w 5 5 90 30 re S "
-                                "BT /F 14 Tf 0 0 0 rg 8 14 Td (Office) Tj ET BT /Z 12 Tf 70 14 Td (4) Tj ET";
+                                "BT /F 14 Tf 0 0 0 rg 8.3 14.2 Td (Office) Tj ET BT /Z 12 Tf 70.3 14.2 Td (4) Tj ET";
 
 /** Catalog, one page with `pageEntries`, two fonts, then pairs of annotation and appearance. */
 struct PageFile {
@@ -45,7 +46,7 @@ struct PageFile {
         "<< /Type /Catalog /Pages 2 0 R >>",
         "<< /Type /Pages /Kids [3 0 R] /Count 1 /MediaBox [0 0 300 200] /Resources << /Font << /F 5 0 R >> >> >>",
         "",
-        stream("", "0.2 0.6 0.2 rg 20 20 60 30 re f BT /F 18 Tf 0 g 30 150 Td (Page text) Tj ET"),
+        stream("", "0.2 0.6 0.2 rg 20 20 60 30 re f BT /F 18 Tf 0 g 30.2 150.3 Td (Page text) Tj ET"),
         "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica >>",
         "<< /Type /Font /Subtype /Type1 /BaseFont /ZapfDingbats >>",
     };
@@ -309,6 +310,20 @@ TEST(Draw, HostileStructuresNeitherCrashNorLoop) {
     page.add("/Subtype 12 /Rect [100 100 120 120]", form("/BBox [0 0 10 10]", redForm));
     const TestDoc file(page.finished());
     EXPECT_EQ(colorOf(file, 110, 90), red);
+}
+
+TEST(Draw, EntriesOfTheWrongTypeLeaveTheAnnotations) {
+    for (const char *entries : {"/Contents 60", "/Contents (x)", "/Resources 7", "/Group [1]", "/MediaBox [1 2 3]",
+                                "/CropBox [5 5 5 5]", "/Rotate /Left", "/UserUnit (x)"}) {
+        PageFile page;
+        page.objects[0] = "<< /Type /Catalog /Pages 2 0 R /OCProperties 12 >>";
+        page.add("/Subtype /Stamp /Rect [100 100 120 120]", form("/BBox [0 0 10 10]", redForm));
+        std::vector<std::string> objects = page.finished();
+        objects[2] = std::string("<< /Type /Page /Parent 2 0 R /Annots [") + page.annots + "] " + entries + " >>";
+        const TestDoc file(objects);
+        const Pixels pixels = pixelsOf(RenderPage(file.doc, 0, 72).get());
+        EXPECT_EQ(pixelAt(pixels, 110, pixels.height - 110), red) << entries;
+    }
 }
 
 TEST(Draw, LimitsAreErrorsWithASentence) {

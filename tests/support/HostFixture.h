@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "KRTypes.h"
+#include "PdfText.h"
 
 /** A document opened in a view without a window, closed with the object. */
 class TestDoc {
@@ -27,13 +28,3 @@ public:
     /** The catalog's entry, or what a path such as "Tessella/Fields/0/V" leads to. */
     LexObj At(const std::string &path) const;
 };
-
-/** The PDF text of `objects` (bodies of objects 1, 2, ...; 1 is the catalog). */
-std::string PdfText(const std::vector<std::string> &objects);
-
-/** A file in a fresh folder that goes away with the process. */
-std::string TempFile(const std::string &name, const std::string &bytes);
-std::string ReadAll(const std::string &path);
-
-/** A catalog, one Letter page and a form with `fields` as widgets merged with their fields; `formExtra` goes into the form. */
-std::vector<std::string> FormObjects(const std::vector<std::string> &fields, const std::string &formExtra = "");

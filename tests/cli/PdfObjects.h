@@ -1,0 +1,24 @@
+// Compares PDF files object by object, and looks into them with the PDF library alone.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+/**
+ * Where two files differ in what their catalogs and information dictionaries lead to: values, structure, and the stored
+ * bytes of streams. Object numbers may differ, as long as what was one object stays one.
+ * `changed` says of a field's full name that its value and faces are not to be compared.
+ */
+std::vector<std::string> CompareObjects(const std::string &before, const std::string &after,
+                                        const std::function<bool(const std::string &name)> &changed);
+
+/** The form asks for appearances to be made when it is opened. */
+bool NeedsAppearances(const std::string &pdf);
+/** Degrees that the pages are turned by, and the height of their boxes. */
+struct PageShape {
+    int rotation;
+    double height;
+};
+std::vector<PageShape> PageShapes(const std::string &pdf);

@@ -1,0 +1,76 @@
+// Documents written as text.
+// SPDX-License-Identifier: MIT
+#include "PdfText.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include <unistd.h>
+
+namespace {
+
+std::filesystem::path TempFolder() {
+    static const struct Folder {
+        Folder() : path(std::filesystem::temp_directory_path() / ("tessella-test-" + std::to_string(getpid()))) {
+            std::filesystem::create_directories(path);
+        }
+        ~Folder() {
+            std::error_code ignored;
+            std::filesystem::remove_all(path, ignored);
+        }
+        std::filesystem::path path;
+    } s_folder;
+    return s_folder.path;
+}
+
+} // namespace
+
+std::string PdfText(const std::vector<std::string> &objects) {
+    std::string text = "%PDF-1.4\n";
+    std::vector<std::size_t> offsets;
+    for (std::size_t i = 0; i < objects.size(); ++i) {
+        offsets.push_back(text.size());
+        text += std::to_string(i + 1) + " 0 obj\n" + objects[i] + "\nendobj\n";
+    }
+    const std::size_t start = text.size();
+    text += "xref\n0 " + std::to_string(objects.size() + 1) + "\n0000000000 65535 f \n";
+    for (const std::size_t offset : offsets) {
+        char line[32];
+        std::snprintf(line, sizeof line, "%010zu 00000 n \n", offset);
+        text += line;
+    }
+    text += "trailer\n<< /Size " + std::to_string(objects.size() + 1) + " /Root 1 0 R >>\nstartxref\n" +
+            std::to_string(start) + "\n%%EOF\n";
+    return text;
+}
+
+std::vector<std::string> FormObjects(const std::vector<std::string> &fields, const std::string &formExtra) {
+    std::string refs;
+    for (std::size_t i = 0; i < fields.size(); ++i) refs += std::to_string(4 + i) + " 0 R ";
+    std::vector<std::string> objects = {
+        "<< /Type /Catalog /Pages 2 0 R /AcroForm << /Fields [" + refs + "] " + formExtra + " >> >>",
+        "<< /Type /Pages /Kids [3 0 R] /Count 1 >>",
+        "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 612 792] /Annots [" + refs + "] >>",
+    };
+    for (const std::string &field : fields)
+        objects.push_back("<< /Type /Annot /Subtype /Widget /Rect [100 700 300 720] /P 3 0 R " + field + " >>");
+    return objects;
+}
+
+std::string TempFile(const std::string &name, const std::string &bytes) {
+    static int s_number = 0;
+    const auto folder = TempFolder() / std::to_string(++s_number);
+    std::filesystem::create_directories(folder);
+    const auto path = folder / name;
+    std::ofstream(path, std::ios::binary) << bytes;
+    return path.string();
+}
+
+std::string ReadAll(const std::string &path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream out;
+    out << in.rdbuf();
+    return out.str();
+}
