@@ -56,7 +56,8 @@ inline constexpr Slot<&gCoreHFT, 10, const char *(KRAtom key)> KRGetConfiguratio
 /** Stops the enumeration by giving false. */
 using KRExtensionEnumProc = KRBool (*)(KRExtension extension, void *clientData);
 /** Enumerates the loaded plug-ins in the order of loading. `onlyRunning` leaves out those not yet initialised. */
-inline constexpr Slot<&gCoreHFT, 11, void(KRExtensionEnumProc proc, void *clientData, KRBool onlyRunning)> KRExtensionEnum;
+inline constexpr Slot<&gCoreHFT, 11, void(KRExtensionEnumProc proc, void *clientData, KRBool onlyRunning)>
+    KRExtensionEnum;
 
 /** The name that the plug-in gave in its handshake. */
 inline constexpr Slot<&gCoreHFT, 12, KRAtom(KRExtension extension)> KRExtensionGetName;

@@ -23,7 +23,8 @@ inline constexpr Slot<&gDocModelHFT, 5, void(DMAnnot annot, KRAtom key)> DMAnnot
 /** It changed, or failed to with `error`: notification 41. */
 inline constexpr Slot<&gDocModelHFT, 6, void(DMAnnot annot, KRAtom key, KRErrorCode error)> DMAnnotNotifyDidChange;
 /** A new indirect annotation with `Type`, `Subtype`, `Rect`; not on the page until DMPageAddAnnot. */
-inline constexpr Slot<&gDocModelHFT, 7, DMAnnot(DMPage page, KRAtom subtype, const KRFixedRect *rect)> DMPageCreateAnnot;
+inline constexpr Slot<&gDocModelHFT, 7, DMAnnot(DMPage page, KRAtom subtype, const KRFixedRect *rect)>
+    DMPageCreateAnnot;
 /** A dictionary with a name `Subtype`. */
 inline constexpr Slot<&gDocModelHFT, 8, KRBool(DMAnnot annot)> DMAnnotIsValid;
 inline constexpr Slot<&gDocModelHFT, 9, KRAtom(DMAnnot annot)> DMAnnotGetSubtype;
@@ -58,7 +59,8 @@ struct DMDocSaveRecord {
  * Saves to `path` as a new file renamed into place, so that the former file is untouched on every failure; null means
  * the document's own file. Without DMDocSaveFull the host may append; today it always rewrites. Sends 56 and 33.
  */
-inline constexpr Slot<&gDocModelHFT, 18, void(DMDoc doc, std::uint32_t saveFlags, KRFileSys fs, KRPathName path)> DMDocSave;
+inline constexpr Slot<&gDocModelHFT, 18, void(DMDoc doc, std::uint32_t saveFlags, KRFileSys fs, KRPathName path)>
+    DMDocSave;
 inline constexpr Slot<&gDocModelHFT, 19, void(DMDoc doc)> DMDocClose;
 /** Bit 0 dirty; the others are the host's. */
 inline constexpr Slot<&gDocModelHFT, 20, std::uint32_t(DMDoc doc)> DMDocGetFlags;

@@ -18,7 +18,8 @@ namespace Forms {
 inline constexpr Slot<&gFormsAuthoringHFT, 1, void(SCWidgetHandler *handler)> TSSCAppRegisterWidgetHandler;
 inline constexpr Slot<&gFormsAuthoringHFT, 2, SCWidgetHandler *(KRAtom type)> TSSCAppGetWidgetHandlerByName;
 using WidgetHandlerEnumProc = void (*)(SCWidgetHandler *handler, void *clientData);
-inline constexpr Slot<&gFormsAuthoringHFT, 3, void(WidgetHandlerEnumProc proc, void *clientData)> TSSCAppEnumWidgetHandlers;
+inline constexpr Slot<&gFormsAuthoringHFT, 3, void(WidgetHandlerEnumProc proc, void *clientData)>
+    TSSCAppEnumWidgetHandlers;
 
 // The field tree. Names are full dotted names in the form's encoding.
 
@@ -75,7 +76,8 @@ using NameEntryProc = KRBool (*)(LexObj key, LexObj value, void *clientData);
 inline constexpr Slot<&gFormsAuthoringHFT, 25, KRBool(LexDoc doc, KRAtom tree, NameEntryProc proc, void *clientData)>
     TSEnumNameTree;
 /** Rebuilds the tree with `branching` (at least 2) entries a node. */
-inline constexpr Slot<&gFormsAuthoringHFT, 26, void(LexDoc doc, KRAtom tree, std::int32_t branching)> TSRegenerateNameTree;
+inline constexpr Slot<&gFormsAuthoringHFT, 26, void(LexDoc doc, KRAtom tree, std::int32_t branching)>
+    TSRegenerateNameTree;
 
 /** The highest of the conditions that keep a widget from being called `name`; 0 when none does. */
 inline constexpr Slot<&gFormsAuthoringHFT, 27, std::int32_t(DMDoc doc, DMAnnot annot, KRAtom type, const char *name)>

@@ -24,8 +24,8 @@ namespace Forms {
 inline constexpr Slot<&gFormsHFT, 1, KRBool(DMDoc doc)> IsDMDocTessella;
 inline constexpr Slot<&gFormsHFT, 2, void(DMDoc doc)> TSDMDocLoadDMFields;
 /** Fields in the order of the name index. `firstOfNameOnly` gives one field for each name. */
-inline constexpr Slot<&gFormsHFT, 3,
-                      void(DMDoc doc, KRBool terminalOnly, KRBool firstOfNameOnly, TSFieldEnumProc proc, void *clientData)>
+inline constexpr Slot<
+    &gFormsHFT, 3, void(DMDoc doc, KRBool terminalOnly, KRBool firstOfNameOnly, TSFieldEnumProc proc, void *clientData)>
     TSDMDocEnumDMFields;
 /** Head of the fields of this full name (raw bytes); null when there is none, and during a save. */
 inline constexpr Slot<&gFormsHFT, 4, DMField *(DMDoc doc, const char *name)> TSDMDocGetDMFieldFromName;
@@ -57,15 +57,16 @@ inline constexpr Slot<&gFormsHFT, 16, KRBool(DMField *field)> TSDMFieldReset;
 
 // Data exchange. Field lists are null, an array of names or dictionaries, or one of either.
 
-inline constexpr Slot<&gFormsHFT, 17, LexDoc(DMDoc doc, LexObj fields, KRBool listedOnly, KRBool noEmpty)> OldExportAsFDF;
+inline constexpr Slot<&gFormsHFT, 17, LexDoc(DMDoc doc, LexObj fields, KRBool listedOnly, KRBool noEmpty)>
+    OldExportAsFDF;
 inline constexpr Slot<&gFormsHFT, 18, KRBool(DMDoc doc, LexObj fields, KRBool listedOnly, KRBool noEmpty, KRFile file)>
     OldExportAsHtml;
 inline constexpr Slot<&gFormsHFT, 19, KRBool(DMDoc doc, LexDoc fdf)> OldImportAnFDF;
 inline constexpr Slot<&gFormsHFT, 20, void(DMDoc doc, LexObj fields, KRBool listedOnly)> ResetForm;
 
 /** Observes a TSServer; gives an id, -1 when there is no such server. `failure` may be null. */
-inline constexpr Slot<&gFormsHFT, 21,
-                      std::int32_t(std::int32_t server, TSNotifyProc proc, TSNotifyFailureProc failure, void *clientData)>
+inline constexpr Slot<
+    &gFormsHFT, 21, std::int32_t(std::int32_t server, TSNotifyProc proc, TSNotifyFailureProc failure, void *clientData)>
     TessellaRegisterObserver;
 inline constexpr Slot<&gFormsHFT, 22, void(std::int32_t server, std::int32_t id)> TessellaUnregisterObserver;
 
@@ -75,9 +76,11 @@ inline constexpr Slot<&gFormsHFT, 24,
                       LexDoc(DMDoc doc, LexObj fields, KRBool listedOnly, KRBool noEmpty, const char *submitName)>
     ExportAsFDF97;
 inline constexpr Slot<&gFormsHFT, 25,
-                      KRBool(DMDoc doc, LexObj fields, KRBool listedOnly, KRBool noEmpty, const char *submitName, KRFile file)>
+                      KRBool(DMDoc doc, LexObj fields, KRBool listedOnly, KRBool noEmpty, const char *submitName,
+                             KRFile file)>
     ExportAsHtml;
-inline constexpr Slot<&gFormsHFT, 26, std::int32_t(DMDoc doc, LexDoc fdf, std::uint32_t flags)> OldAssembleFormAndImportFDF;
+inline constexpr Slot<&gFormsHFT, 26, std::int32_t(DMDoc doc, LexDoc fdf, std::uint32_t flags)>
+    OldAssembleFormAndImportFDF;
 inline constexpr Slot<&gFormsHFT, 27, LexDoc(const void *params)> ExportAsFDFWithParams;
 
 /** A form XObject of a page's contents, in `target`; null on failure. */
@@ -115,7 +118,8 @@ inline constexpr Slot<&gFormsHFT, 39, void(DMAnnot annot, const TSBorder *border
 /** Either colour may be null. */
 inline constexpr Slot<&gFormsHFT, 40, void(DMAnnot annot, DMColorValue *borderColor, DMColorValue *backColor)>
     TSDMWidgetGetAreaColors;
-inline constexpr Slot<&gFormsHFT, 41, void(DMAnnot annot, const DMColorValue *borderColor, const DMColorValue *backColor)>
+inline constexpr Slot<&gFormsHFT, 41,
+                      void(DMAnnot annot, const DMColorValue *borderColor, const DMColorValue *backColor)>
     TSDMWidgetSetAreaColors;
 /** The appearance chooser; false without a window or when the user cancelled. */
 inline constexpr Slot<&gFormsHFT, 42, KRBool(void *params)> mdDisplayAppearanceEx;
@@ -126,8 +130,8 @@ inline constexpr Slot<&gFormsHFT, 43,
     TSLayoutTextEx;
 /** Places a caption and an icon by a `TP` code 0 to 6. */
 inline constexpr Slot<&gFormsHFT, 44,
-                      void(CStore *store, std::int32_t layout, LexObj icon, const TSBorder *border, TextAppearance *look,
-                           char *text)>
+                      void(CStore *store, std::int32_t layout, LexObj icon, const TSBorder *border,
+                           TextAppearance *look, char *text)>
     TSLayoutIconText;
 inline constexpr Slot<&gFormsHFT, 45, KRBool(TJSContextRec *out)> TJSGetJSContextEx;
 

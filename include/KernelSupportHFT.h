@@ -20,9 +20,11 @@ inline constexpr Slot<&gKernelSupportHFT, 3, void(void *block)> KRfree;
 // Errors.
 
 /** Text of a code, cut to `size` bytes with its terminator; gives `buffer`. An unknown code gives "Error 0x%08X". */
-inline constexpr Slot<&gKernelSupportHFT, 4, char *(KRErrorCode code, char *buffer, std::int32_t size)> KRGetErrorString;
+inline constexpr Slot<&gKernelSupportHFT, 4, char *(KRErrorCode code, char *buffer, std::int32_t size)>
+    KRGetErrorString;
 /** A new code for `text` (copied). `severity` is 0 to 15 and stands in the top four bits. */
-inline constexpr Slot<&gKernelSupportHFT, 5, KRErrorCode(std::int32_t severity, const char *text)> KRRegisterErrorString;
+inline constexpr Slot<&gKernelSupportHFT, 5, KRErrorCode(std::int32_t severity, const char *text)>
+    KRRegisterErrorString;
 
 // Tables that plug-ins serve.
 
@@ -33,7 +35,8 @@ inline constexpr Slot<&gKernelSupportHFT, 6, KRHFTServer(const char *name, KRHFT
 /** A table of slots 1 to `count`, each empty: calling one raises KRErrNotAvailable. */
 inline constexpr Slot<&gKernelSupportHFT, 7, KRHFT(KRHFTServer server, std::int32_t count)> KRHFTNew;
 /** Fills a slot, or replaces what stands there. `flags` is 0. Raises KRErrBadParam for a selector outside the table. */
-inline constexpr Slot<&gKernelSupportHFT, 8, void(KRHFT table, std::int32_t selector, KRProc callback, std::uint32_t flags)>
+inline constexpr Slot<&gKernelSupportHFT, 8,
+                      void(KRHFT table, std::int32_t selector, KRProc callback, std::uint32_t flags)>
     KRHFTSetEntry;
 /** What `callback` replaced in the slot; null when it replaced nothing or does not stand there. */
 inline constexpr Slot<&gKernelSupportHFT, 9, KRProc(KRHFT table, std::int32_t selector, KRProc callback)>
@@ -49,9 +52,11 @@ inline constexpr Slot<&gKernelSupportHFT, 11, KRFixed(KRFixed a, KRFixed b)> KRF
  * Decimal text with at most `precision` decimals, rounded, trailing zeros and a trailing point dropped, never in the
  * locale's format: 10.5, -0.25, 12. At most `size` bytes with the terminator: decimals go before digits do.
  */
-inline constexpr Slot<&gKernelSupportHFT, 12, void(KRFixed value, char *buffer, std::int32_t size, std::int32_t precision)>
+inline constexpr Slot<&gKernelSupportHFT, 12,
+                      void(KRFixed value, char *buffer, std::int32_t size, std::int32_t precision)>
     KRFixedToCString;
-/** The number at the start of the text (sign, digits, point, digits; blanks before it skipped); 0 when there is none. */
+/** The number at the start of the text (sign, digits, point, digits; blanks before it skipped); 0 when there is none.
+ */
 inline constexpr Slot<&gKernelSupportHFT, 13, KRFixed(const char *text)> KRCStringToFixed;
 /** result = first applied before second, as in PDF `first second concat`. `result` may be either argument. */
 inline constexpr Slot<&gKernelSupportHFT, 14,
@@ -78,7 +83,8 @@ inline constexpr Slot<&gKernelSupportHFT, 19, KRPathName(KRFileSys fs, const cha
     KRFileSysPathFromString;
 inline constexpr Slot<&gKernelSupportHFT, 20, void(KRFileSys fs, KRPathName path)> KRFileSysReleasePath;
 /** Opens with a sum of KRFileMode. On success gives 0 and stores the file. */
-inline constexpr Slot<&gKernelSupportHFT, 21, KRErrorCode(KRFileSys fs, KRPathName path, std::int32_t mode, KRFile *file)>
+inline constexpr Slot<&gKernelSupportHFT, 21,
+                      KRErrorCode(KRFileSys fs, KRPathName path, std::int32_t mode, KRFile *file)>
     KRFileSysOpenFile;
 inline constexpr Slot<&gKernelSupportHFT, 22, KRErrorCode(KRFileSys fs, KRPathName path)> KRFileSysRemoveFile;
 /** Closes and frees. The code tells of data that could not be written. */
@@ -89,7 +95,8 @@ inline constexpr Slot<&gKernelSupportHFT, 26, std::int64_t(KRFile file)> KRFileG
 /** Bytes read, fewer than `count` at the end of the file. */
 inline constexpr Slot<&gKernelSupportHFT, 27, std::int64_t(KRFile file, void *buffer, std::int64_t count)> KRFileRead;
 /** Bytes written; raises KRErrDiskFull or KRErrFileIO. */
-inline constexpr Slot<&gKernelSupportHFT, 28, std::int64_t(KRFile file, const void *buffer, std::int64_t count)> KRFileWrite;
+inline constexpr Slot<&gKernelSupportHFT, 28, std::int64_t(KRFile file, const void *buffer, std::int64_t count)>
+    KRFileWrite;
 /** A path that the caller releases. */
 inline constexpr Slot<&gKernelSupportHFT, 29, KRPathName(KRFile file)> KRFileAcquirePath;
 inline constexpr Slot<&gKernelSupportHFT, 30, KRFileSys(KRFile file)> KRFileGetFileSys;

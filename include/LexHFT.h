@@ -36,7 +36,8 @@ inline constexpr Slot<&gLexHFT, 8, LexObj(LexDoc doc, KRBool indirect, KRFixed v
 inline constexpr Slot<&gLexHFT, 9, LexObj(LexDoc doc, KRBool indirect, KRBool value)> LexNewBoolean;
 inline constexpr Slot<&gLexHFT, 10, LexObj(LexDoc doc, KRBool indirect, KRAtom value)> LexNewName;
 /** The bytes are copied; they may hold NUL. */
-inline constexpr Slot<&gLexHFT, 11, LexObj(LexDoc doc, KRBool indirect, const char *bytes, std::int32_t length)> LexNewString;
+inline constexpr Slot<&gLexHFT, 11, LexObj(LexDoc doc, KRBool indirect, const char *bytes, std::int32_t length)>
+    LexNewString;
 inline constexpr Slot<&gLexHFT, 12, LexObj(LexDoc doc, KRBool indirect, std::int32_t sizeHint)> LexNewArray;
 inline constexpr Slot<&gLexHFT, 13, LexObj(LexDoc doc, KRBool indirect, std::int32_t sizeHint)> LexNewDict;
 /**
@@ -58,7 +59,8 @@ inline constexpr Slot<&gLexHFT, 16, std::int32_t(LexObj obj)> LexIntegerValue;
 inline constexpr Slot<&gLexHFT, 17, KRFixed(LexObj obj)> LexFixedValue;
 inline constexpr Slot<&gLexHFT, 18, KRBool(LexObj obj)> LexBooleanValue;
 inline constexpr Slot<&gLexHFT, 19, KRAtom(LexObj obj)> LexNameValue;
-/** The bytes, NUL-terminated besides; the host's memory, valid until the object's document closes. `length` may be null. */
+/** The bytes, NUL-terminated besides; the host's memory, valid until the object's document closes. `length` may be
+ * null. */
 inline constexpr Slot<&gLexHFT, 20, const char *(LexObj obj, std::int32_t *length)> LexStringValue;
 
 /** Object number of an indirect object, 0 for others: for messages, never an identity. */
@@ -96,7 +98,8 @@ inline constexpr Slot<&gLexHFT, 35, LexDoc(KRFileSys fs, KRPathName path)> LexDo
 inline constexpr Slot<&gLexHFT, 36, void(LexDoc doc)> LexDocClose;
 /** A new object document with an empty root dictionary: used to build FDF. The caller closes it. */
 inline constexpr Slot<&gLexHFT, 37, LexDoc()> LexDocCreate;
-/** Writes an object document made here or opened from FDF, under the header "%FDF-1.2", as a new file renamed into place. */
+/** Writes an object document made here or opened from FDF, under the header "%FDF-1.2", as a new file renamed into
+ * place. */
 inline constexpr Slot<&gLexHFT, 38, void(LexDoc doc, KRFileSys fs, KRPathName path)> LexDocSaveToFile;
 
 /** The trailer dictionary of a PDF document. */

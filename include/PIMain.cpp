@@ -56,9 +56,8 @@ std::int32_t PISetupSDK(std::uint32_t version, PISetupRecord *record) {
 
 // C++ keeps the name `main` for a program's entry, so the function is written under another name and given that
 // symbol. It is the shared object's only visible one.
-extern "C" __attribute__((visibility("default"))) std::int32_t PIMainEntry(std::uint32_t highestVersion,
-                                                                            std::uint32_t *agreedVersion,
-                                                                            PISetupProc *setup) asm("main");
+extern "C" __attribute__((visibility("default"))) std::int32_t
+PIMainEntry(std::uint32_t highestVersion, std::uint32_t *agreedVersion, PISetupProc *setup) asm("main");
 
 extern "C" std::int32_t PIMainEntry(std::uint32_t highestVersion, std::uint32_t *agreedVersion, PISetupProc *setup) {
     *agreedVersion = highestVersion < PIHandshakeVersion ? highestVersion : PIHandshakeVersion;

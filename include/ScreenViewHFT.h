@@ -147,7 +147,8 @@ inline constexpr Slot<&gScreenViewHFT, 35, SCWindow(SCDoc doc)> SCDocGetWindow;
 inline constexpr Slot<&gScreenViewHFT, 36, KRAtom(SCDoc doc)> SCDocGetSelectionType;
 inline constexpr Slot<&gScreenViewHFT, 37, void *(SCDoc doc)> SCDocGetSelection;
 /** Clears what is selected and selects this; `data` belongs to the selection server from here on. */
-inline constexpr Slot<&gScreenViewHFT, 38, KRBool(SCDoc doc, KRAtom type, void *data, KRBool highlight)> SCDocSetSelection;
+inline constexpr Slot<&gScreenViewHFT, 38, KRBool(SCDoc doc, KRAtom type, void *data, KRBool highlight)>
+    SCDocSetSelection;
 inline constexpr Slot<&gScreenViewHFT, 39, KRBool(SCDoc doc, KRBool highlight)> SCDocClearSelection;
 struct SCSelectionServer {
     std::uint32_t size;
@@ -172,7 +173,8 @@ inline constexpr Slot<&gScreenViewHFT, 43, void(SCDoc doc, const SCDocViewDef *d
 /** The document is shown inside a web browser: never, here. */
 inline constexpr Slot<&gScreenViewHFT, 44, KRBool(SCDoc doc)> SCDocIsExternal;
 /** A copy of an annotation on a page of another document, by its subtype's handler or entry by entry. */
-inline constexpr Slot<&gScreenViewHFT, 45, DMAnnot(DMDoc target, DMPage page, DMAnnot annot, SCDoc source)> SCDocCopyAnnot;
+inline constexpr Slot<&gScreenViewHFT, 45, DMAnnot(DMDoc target, DMPage page, DMAnnot annot, SCDoc source)>
+    SCDocCopyAnnot;
 
 // Menus, kept as data whether or not a window shows them. Names are language-neutral. Acquired things are released.
 
@@ -186,8 +188,8 @@ inline constexpr Slot<&gScreenViewHFT, 51, SCMenuItem(SCMenu menu)> SCMenuGetPar
 inline constexpr Slot<&gScreenViewHFT, 52, void(SCMenu menu, SCMenuItem item, std::int32_t index)> SCMenuAddMenuItem;
 /** `shortcut` is a character or 0; `submenu` may be null. A title of "-" is a separator. */
 inline constexpr Slot<&gScreenViewHFT, 53,
-                      SCMenuItem(const char *title, const char *name, SCMenu submenu, KRBool longMenusOnly, char shortcut,
-                                 std::uint16_t modifiers, KRWord extensionID)>
+                      SCMenuItem(const char *title, const char *name, SCMenu submenu, KRBool longMenusOnly,
+                                 char shortcut, std::uint16_t modifiers, KRWord extensionID)>
     SCMenuItemNew;
 inline constexpr Slot<&gScreenViewHFT, 54, SCMenu(SCMenuItem item)> SCMenuItemAcquireSubmenu;
 inline constexpr Slot<&gScreenViewHFT, 55, void(SCMenuItem item)> SCMenuItemRelease;
@@ -256,9 +258,11 @@ inline constexpr Slot<&gScreenViewHFT, 93, std::int32_t(SCPageView view)> SCPage
 inline constexpr Slot<&gScreenViewHFT, 94, std::int32_t(SCPageView view)> SCPageViewGetLastVisiblePageNum;
 inline constexpr Slot<&gScreenViewHFT, 95, KRBool(SCPageView view, std::int32_t page)> SCPageViewIsPageVisible;
 /** Makes `page` the page that device rectangles speak of; gives the earlier one. */
-inline constexpr Slot<&gScreenViewHFT, 96, std::int32_t(SCPageView view, std::int32_t page)> SCPageViewGetVisibleAnnotPage;
+inline constexpr Slot<&gScreenViewHFT, 96, std::int32_t(SCPageView view, std::int32_t page)>
+    SCPageViewGetVisibleAnnotPage;
 /** Draws an appearance stream scaled into a device rectangle of the view's port; nothing without one. */
-inline constexpr Slot<&gScreenViewHFT, 97, void(SCPageView view, LexObj stream, const SCRect *rect)> SCPageViewDrawLexObj;
+inline constexpr Slot<&gScreenViewHFT, 97, void(SCPageView view, LexObj stream, const SCRect *rect)>
+    SCPageViewDrawLexObj;
 inline constexpr Slot<&gScreenViewHFT, 98, void(SCPageView view, LexObj dest)> SCPageViewUseDestInfo;
 /** -1 when the annotation is on no page that is shown. */
 inline constexpr Slot<&gScreenViewHFT, 99, std::int32_t(SCPageView view, DMAnnot annot)> SCDMAnnotGetPageNum;

@@ -42,16 +42,17 @@ inline constexpr Slot<&gBaseToolHFT, 1,
                       KRBool(const char *fontName, BaseToolFontMetrics *metrics, std::int32_t widths[256])>
     BaseToolGetFontMetrics;
 using BaseToolConverter = struct BaseToolConverterRec *;
-/** Converter by name: "Host", "PDFDocEncoding", "Shift-JIS", "UTF-8"; null for another. Lives as long as the process. */
+/** Converter by name: "Host", "PDFDocEncoding", "Shift-JIS", "UTF-8"; null for another. Lives as long as the process.
+ */
 inline constexpr Slot<&gBaseToolHFT, 2, BaseToolConverter(const char *name)> BaseToolGetConverter;
 enum BaseToolError : std::int32_t { BaseToolOK = 0, BaseToolNotConvertible = 1, BaseToolTargetTooSmall = 2 };
 /** Host text to big-endian UCS-2 without mark; gives the bytes written. Beyond the basic plane is not convertible. */
 inline constexpr Slot<&gBaseToolHFT, 3,
-                      std::int32_t(BaseToolConverter converter, const char *source, std::int32_t sourceLength, char *target,
-                                   std::int32_t targetSize, std::int32_t *error)>
+                      std::int32_t(BaseToolConverter converter, const char *source, std::int32_t sourceLength,
+                                   char *target, std::int32_t targetSize, std::int32_t *error)>
     BaseToolHostToUCS;
 /** The other way; stops at the first unit that the encoding lacks. */
 inline constexpr Slot<&gBaseToolHFT, 4,
-                      std::int32_t(BaseToolConverter converter, const char *source, std::int32_t sourceLength, char *target,
-                                   std::int32_t targetSize, std::int32_t *error)>
+                      std::int32_t(BaseToolConverter converter, const char *source, std::int32_t sourceLength,
+                                   char *target, std::int32_t targetSize, std::int32_t *error)>
     BaseToolUCSToHost;

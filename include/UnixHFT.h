@@ -20,9 +20,10 @@ inline constexpr Slot<&gUnixHFT, 4, char *(KRWord extensionID)> UnixGetPlugInDir
 /** The user's home folder; the host's memory. */
 inline constexpr Slot<&gUnixHFT, 5, const char *()> UnixGetUserDir;
 /** The resource `key` of a widget's class, or `fallback`. Valid as long as the widget. */
-inline constexpr Slot<&gUnixHFT, 6, const char *(void *widget, const char *key, const char *fallback)> UnixGetResourceString;
+inline constexpr Slot<&gUnixHFT, 6, const char *(void *widget, const char *key, const char *fallback)>
+    UnixGetResourceString;
 /** A cursor from bits in X bitmap order; null without a display. */
 inline constexpr Slot<&gUnixHFT, 7,
-                      SCCursor(const unsigned char *bits, const unsigned char *mask, std::int32_t width, std::int32_t height,
-                               std::int32_t hotX, std::int32_t hotY)>
+                      SCCursor(const unsigned char *bits, const unsigned char *mask, std::int32_t width,
+                               std::int32_t height, std::int32_t hotX, std::int32_t hotY)>
     UnixMakeCursor;

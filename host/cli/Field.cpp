@@ -24,8 +24,8 @@ struct FlagWord {
     const char *word;
 };
 constexpr FlagWord s_commonWords[] = {{0x1, "readonly"}, {0x2, "required"}, {0x4, "noexport"}};
-constexpr FlagWord s_textWords[] = {{0x1000, "multiline"},       {0x2000, "password"},      {0x100000, "fileselect"},
-                                    {0x400000, "nospellcheck"},  {0x800000, "noscroll"},    {0x1000000, "comb"},
+constexpr FlagWord s_textWords[] = {{0x1000, "multiline"},      {0x2000, "password"},   {0x100000, "fileselect"},
+                                    {0x400000, "nospellcheck"}, {0x800000, "noscroll"}, {0x1000000, "comb"},
                                     {0x2000000, "richtext"}};
 constexpr FlagWord s_buttonWords[] = {{0x4000, "notoggletooff"}, {0x2000000, "radiosinunison"}};
 constexpr FlagWord s_choiceWords[] = {{0x40000, "editable"},
@@ -116,7 +116,8 @@ std::vector<Option> ButtonOptions(LexObj dict) {
     const std::vector<LexObj> widgets = WidgetsOf(dict);
     for (std::size_t i = 0; i < widgets.size(); ++i) {
         const std::string state = OnStateOf(widgets[i]);
-        const bool known = std::any_of(options.begin(), options.end(), [&](const Option &o) { return o.exported == state; });
+        const bool known =
+            std::any_of(options.begin(), options.end(), [&](const Option &o) { return o.exported == state; });
         if (state.empty() || known) continue;
         options.push_back({state, i < texts.size() ? texts[i].display : state, LexNullObj});
     }
@@ -195,14 +196,22 @@ LexObj InheritedValue(LexObj dict, KRAtom key) {
 
 const char *WordOfType(FieldType type) {
     switch (type) {
-    case FieldType::Text: return "text";
-    case FieldType::Button: return "button";
-    case FieldType::CheckBox: return "checkbox";
-    case FieldType::RadioButton: return "radiobutton";
-    case FieldType::ComboBox: return "combobox";
-    case FieldType::ListBox: return "listbox";
-    case FieldType::Signature: return "signature";
-    case FieldType::Unknown: break;
+    case FieldType::Text:
+        return "text";
+    case FieldType::Button:
+        return "button";
+    case FieldType::CheckBox:
+        return "checkbox";
+    case FieldType::RadioButton:
+        return "radiobutton";
+    case FieldType::ComboBox:
+        return "combobox";
+    case FieldType::ListBox:
+        return "listbox";
+    case FieldType::Signature:
+        return "signature";
+    case FieldType::Unknown:
+        break;
     }
     return "unknown";
 }

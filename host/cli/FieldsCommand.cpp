@@ -64,7 +64,8 @@ Json FieldJson(const Field &field) {
 using Row = std::vector<std::string>;
 
 std::string OneLine(std::string text) {
-    std::replace_if(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; }, ' ');
+    std::replace_if(
+        text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; }, ' ');
     return text;
 }
 

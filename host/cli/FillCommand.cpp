@@ -50,22 +50,82 @@ Assignment AssignmentOfSet(const std::string &argument) {
     return {text.substr(0, equals), text.substr(equals + 1)};
 }
 
-Assignment AssignmentOfJson(const std::string &name, const nlohmann::json &value) {
-    if (value.is_string()) return {name, value.get<std::string>()};
-    if (value.is_boolean()) return {name, value.get<bool>() ? "true" : "false"};
-    if (value.is_null()) return {name, "", /*isNull*/ true};
-    if (value.is_number()) return {name, value.dump()};
-    throw CommandFailed{"the value of \"" + name + "\" is neither text, number, boolean nor null"};
-}
+/**
+ * Takes the members of one JSON object in their order, as they are read: a form may have a hundred thousand. Anything
+ * but a flat object ends the reading with a sentence in `problem`.
+ */
+class AssignmentReader : public nlohmann::json_sax<nlohmann::json> {
+public:
+    std::vector<Assignment> assignments;
+    std::string problem;
+
+    bool null() override {
+        return Take("", /*isNull*/ true);
+    }
+    bool boolean(bool value) override {
+        return Take(value ? "true" : "false");
+    }
+    bool number_integer(number_integer_t value) override {
+        return Take(std::to_string(value));
+    }
+    bool number_unsigned(number_unsigned_t value) override {
+        return Take(std::to_string(value));
+    }
+    // As written, so that 1.50 stays 1.50.
+    bool number_float(number_float_t, const string_t &text) override {
+        return Take(text);
+    }
+    bool string(string_t &value) override {
+        return Take(value);
+    }
+    bool binary(binary_t &) override {
+        return Fail("not valid JSON");
+    }
+    bool start_object(std::size_t) override {
+        if (inObject) return FailValue();
+        inObject = true;
+        return true;
+    }
+    bool key(string_t &value) override {
+        name = value;
+        return true;
+    }
+    bool end_object() override {
+        return true;
+    }
+    bool start_array(std::size_t) override {
+        return inObject ? FailValue() : Fail("not a JSON object of field names and values");
+    }
+    bool end_array() override {
+        return true;
+    }
+    bool parse_error(std::size_t position, const std::string &, const nlohmann::json::exception &) override {
+        return Fail("not valid JSON at byte " + std::to_string(position));
+    }
+
+private:
+    bool inObject = false;
+    std::string name;
+
+    bool Take(const std::string &text, bool isNull = false) {
+        if (!inObject) return Fail("not a JSON object of field names and values");
+        assignments.push_back({name, text, isNull});
+        return true;
+    }
+    bool FailValue() {
+        return Fail("the value of \"" + name + "\" is neither text, number, boolean nor null");
+    }
+    bool Fail(const std::string &why) {
+        problem = why;
+        return false;
+    }
+};
 
 std::vector<Assignment> ReadJson(const std::string &path) {
     if (path.empty()) return {};
-    const auto data = nlohmann::ordered_json::parse(ReadInput(path), nullptr, /*allow_exceptions*/ false);
-    if (data.is_discarded()) throw CommandFailed{path + ": not valid JSON"};
-    if (!data.is_object()) throw CommandFailed{path + ": not a JSON object of field names and values"};
-    std::vector<Assignment> assignments;
-    for (const auto &[name, value] : data.items()) assignments.push_back(AssignmentOfJson(name, value));
-    return assignments;
+    AssignmentReader reader;
+    if (!nlohmann::json::sax_parse(ReadInput(path), &reader)) throw CommandFailed{path + ": " + reader.problem};
+    return std::move(reader.assignments);
 }
 
 std::vector<Assignment> ReadAssignments(const FillOptions &options) {
@@ -162,7 +222,8 @@ void SetOne(DMDoc doc, const Assignment &assignment) {
     if (!Forms::TSDMFieldIsTerminal(field)) throw Refusal{"a group of fields, which takes no value itself"};
     if (Forms::TSDMFieldGetFlags(field, 1) & s_readOnly) throw Refusal{"the field is read-only"};
     LexObj value = ValueFor(DMDocGetLexDoc(doc), field, assignment);
-    if (!Forms::TSDMFieldSetValue(field, value)) throw Refusal{"the form refused the value \"" + assignment.text + "\""};
+    if (!Forms::TSDMFieldSetValue(field, value))
+        throw Refusal{"the form refused the value \"" + assignment.text + "\""};
     if (IsPassword(field)) Warn(assignment.name + ": a password; it is not kept in the saved file");
 }
 

@@ -35,8 +35,9 @@ void DescribeFill(CLI::App &app, FillOptions &options) {
         ->expected(1)
         ->take_all();
     command
-        ->add_option("--json", options.json,
-                     "File with a JSON object of field names to texts, numbers, booleans or null (which clears the field)")
+        ->add_option(
+            "--json", options.json,
+            "File with a JSON object of field names to texts, numbers, booleans or null (which clears the field)")
         ->type_name("DATA");
     AddOutput(command, options.output, "The filled document; - is standard output");
 }
@@ -75,7 +76,8 @@ std::string Synopsis(const CLI::App *command) {
 }
 
 std::string ManualOption(const CLI::Option *option) {
-    const std::string value = option->get_items_expected_max() > 0 && !IsPositional(option) ? " " + option->get_type_name() : "";
+    const std::string value =
+        option->get_items_expected_max() > 0 && !IsPositional(option) ? " " + option->get_type_name() : "";
     return ".TP\n.B " + Roff(option->get_name(false, true) + value) + "\n" + Roff(option->get_description()) + ".\n";
 }
 
@@ -92,7 +94,8 @@ void DescribeOptions(CLI::App &app, Options &options) {
     app.description("Fill in the forms of PDF documents");
     app.set_version_flag("--version", std::string("jackdaw ") + JACKDAW_VERSION, "Print the version and stop");
     app.set_help_flag("--help", "Print this help and stop");
-    app.add_option("--plug-ins", options.plugIns, "Folder of the plug-ins, in place of the one installed with the program")
+    app.add_option("--plug-ins", options.plugIns,
+                   "Folder of the plug-ins, in place of the one installed with the program")
         ->type_name("DIR");
     app.require_subcommand(1);
     app.footer("Exit code: 0 done, 2 nothing done, 3 done with warnings.");

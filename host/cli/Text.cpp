@@ -54,7 +54,8 @@ std::size_t TakeCharacter(std::string_view bytes, char32_t *c) {
 std::string Utf8OfUtf16(std::string_view bytes) {
     std::string out;
     const auto unitAt = [&](std::size_t i) {
-        return static_cast<char32_t>(static_cast<unsigned char>(bytes[i]) << 8 | static_cast<unsigned char>(bytes[i + 1]));
+        return static_cast<char32_t>(static_cast<unsigned char>(bytes[i]) << 8 |
+                                     static_cast<unsigned char>(bytes[i + 1]));
     };
     for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
         char32_t c = unitAt(i);
@@ -185,12 +186,18 @@ std::string TextOfObject(LexObj obj) {
         const char *bytes = LexStringValue(obj, &length);
         return TextOfBytes({bytes, static_cast<std::size_t>(length)});
     }
-    case LexName: return TextOfName(KRAtomGetString(LexNameValue(obj)));
-    case LexInteger: return std::to_string(LexIntegerValue(obj));
-    case LexFixed: return FixedText(LexFixedValue(obj));
-    case LexBoolean: return LexBooleanValue(obj) ? "true" : "false";
-    case LexStream: return TextOfBytes(StreamBytes(obj));
-    default: return {};
+    case LexName:
+        return TextOfName(KRAtomGetString(LexNameValue(obj)));
+    case LexInteger:
+        return std::to_string(LexIntegerValue(obj));
+    case LexFixed:
+        return FixedText(LexFixedValue(obj));
+    case LexBoolean:
+        return LexBooleanValue(obj) ? "true" : "false";
+    case LexStream:
+        return TextOfBytes(StreamBytes(obj));
+    default:
+        return {};
     }
 }
 

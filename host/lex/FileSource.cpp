@@ -11,8 +11,7 @@
 
 namespace jackdaw::lex {
 
-FileSource::FileSource(std::string name, int fd) : name_(std::move(name)), fd_(fd) {
-}
+FileSource::FileSource(std::string name, int fd) : name_(std::move(name)), fd_(fd) {}
 
 FileSource::~FileSource() {
     ::close(fd_);

@@ -25,7 +25,7 @@ QPDFObjectHandle handleOf(const Node *value) {
 /** Notes what now stands at `index`; what stood there before is unlinked. */
 void rememberAt(Container &array, std::size_t index, Node *child) {
     // Shared scalars are found by their value: an array of numbers needs no memo.
-    if (child && child->isSharable()) child = nullptr;
+    if (child && child->isShared()) child = nullptr;
     if (!child && index >= array.memo.size()) return;
     MemoEntry &entry = elementEntry(array, index);
     unlink(array, entry.child);
@@ -37,8 +37,8 @@ void rememberAt(Container &array, std::size_t index, Node *child) {
 bool standsAt(Container &array, std::int32_t index, const Node &value) {
     const auto place = static_cast<std::size_t>(index);
     if (place < array.memo.size() && array.memo[place].child) return array.memo[place].child == &value;
-    // A direct container or string without an entry in the memo was never handed out, so it is not the value.
-    if (value.isSharable()) return childAt(array, index) == &value;
+    // A direct object without an entry in the memo was never handed out, so it is not the value.
+    if (value.isShared()) return childAt(array, index) == &value;
     return !value.isDirect() && array.h.getArrayItem(index).getObjGen() == value.h.getObjGen();
 }
 

@@ -21,14 +21,12 @@ namespace {
 /** Takes what a pipeline gives, up to a limit. What it throws is no std::exception, so the library passes it on. */
 class StringSink : public Pipeline {
 public:
-    StringSink(std::string &target, std::int64_t limit) : Pipeline("data", nullptr), target_(target), limit_(limit) {
-    }
+    StringSink(std::string &target, std::int64_t limit) : Pipeline("data", nullptr), target_(target), limit_(limit) {}
     void write(const unsigned char *data, std::size_t length) override {
         if (length > static_cast<std::uint64_t>(limit_) - target_.size()) throw HostError{KRErrBadStream};
         target_.append(reinterpret_cast<const char *>(data), length);
     }
-    void finish() override {
-    }
+    void finish() override {}
 
 private:
     std::string &target_;
@@ -63,7 +61,8 @@ std::string encode85(std::string_view data) {
     for (std::size_t i = 0; i < data.size(); i += 4) {
         const std::size_t count = std::min<std::size_t>(4, data.size() - i);
         std::uint32_t word = 0;
-        for (std::size_t j = 0; j < 4; ++j) word = word << 8 | (j < count ? static_cast<unsigned char>(data[i + j]) : 0u);
+        for (std::size_t j = 0; j < 4; ++j)
+            word = word << 8 | (j < count ? static_cast<unsigned char>(data[i + j]) : 0u);
         if (word == 0 && count == 4) {
             encoded += 'z';
             continue;
@@ -110,7 +109,7 @@ std::string encodeBy(QPDFObjectHandle dict, std::string_view data) {
     return encoded;
 }
 
-/** The dictionary for a new stream: the caller's own node when it is loose and direct, else a shallow copy. */
+/** The dictionary for a new stream: the caller's own node when it is loose and direct, else a copy. */
 Container &streamDictionary(LexDocRec &doc, LexObj attributes) {
     if (isNull(attributes)) return static_cast<Container &>(*nodeForHandle(doc, QPDFObjectHandle::newDictionary()));
     Container &node = containerOfType(attributes, LexDict);
@@ -137,8 +136,8 @@ void readData(const Node &stream, Read read) {
     try {
         read();
     } catch (const HostError &) {
-        throwBadStream(stream, "the stream decodes to more than " + std::to_string(limits().decodedStreamBytes) +
-                                   " bytes");
+        throwBadStream(stream,
+                       "the stream decodes to more than " + std::to_string(limits().decodedStreamBytes) + " bytes");
     } catch (const std::bad_alloc &) {
         throw;
     } catch (const std::exception &error) {

@@ -11,9 +11,10 @@ namespace jackdaw::lex {
 
 /**
  * A new stream of `bytes`. With `encode` they are decoded data and are encoded by the `Filter` of `attributes`
- * (FlateDecode, ASCIIHexDecode, ASCII85Decode; a list with any other becomes FlateDecode alone), and `DecodeParms` goes, since no encoder
- * here uses it; otherwise they are stored as they stand, with `encodeParms` as `DecodeParms`. A loose direct
- * dictionary `attributes` becomes the stream's own; one that is held or indirect is copied one level deep.
+ * (FlateDecode, ASCIIHexDecode, ASCII85Decode; a list with any other becomes FlateDecode alone), and `DecodeParms`
+ * goes, since no encoder here uses it; otherwise they are stored as they stand, with `encodeParms` as `DecodeParms`. A
+ * loose direct dictionary `attributes` becomes the stream's own; one that is held or indirect is copied, without what
+ * it refers to.
  */
 LexObj newStream(LexDoc doc, std::string_view bytes, bool encode, LexObj attributes, LexObj encodeParms);
 

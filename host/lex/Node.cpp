@@ -222,10 +222,13 @@ LexObj referenceTo(const Node *node) {
 Node *nodeForHandle(LexDocRec &doc, const QPDFObjectHandle &h) {
     const LexType type = lexTypeOf(h);
     if (type == LexNull) return nullptr;
-    Node **place = h.isIndirect() ? &doc.indirect[indirectKey(h)] : sharedPlace(doc, h, type);
-    if (!place) return makeNode(doc, h, type);
-    if (!*place) *place = makeNode(doc, h, type);
-    return *place;
+    const bool indirect = h.isIndirect();
+    Node **place = indirect ? &doc.indirect[indirectKey(h)] : sharedPlace(doc, h, type);
+    if (place && *place) return *place;
+    Node *node = makeNode(doc, h, type);
+    if (!place) return node;
+    if (!indirect) node->flags |= NodeIsShared;
+    return *place = node;
 }
 
 void adoptRoot(LexDocRec &doc) {
@@ -265,7 +268,7 @@ Node *childByKey(Container &dict, KRAtom key) {
         const QPDFObjectHandle h = dict.h.getKey(*text);
         child = nodeForHandle(*dict.doc, h);
         // The file's own object makes room: half of what a large form takes is equal numbers and names.
-        if (child && child->isSharable() && !child->h.isSameObjectAs(h)) dict.h.replaceKey(*text, child->h);
+        if (child && child->isShared() && !child->h.isSameObjectAs(h)) dict.h.replaceKey(*text, child->h);
     }
     rememberKey(dict, key, child);
     return child;
@@ -279,7 +282,7 @@ Node *childAt(Container &array, std::int32_t index) {
         const QPDFObjectHandle h = array.h.getArrayItem(index);
         child = nodeForHandle(*array.doc, h);
         if (!child) return nullptr;
-        if (child->isSharable()) {
+        if (child->isShared()) {
             // As in childByKey; and found again by its value, so that an array of numbers needs no memo.
             if (!child->h.isSameObjectAs(h)) array.h.setArrayItem(index, child->h);
             return child;
@@ -334,8 +337,7 @@ void rememberKey(Container &dict, KRAtom key, Node *child) {
         entry->child = child;
     } else {
         // Doubling would leave much of a large form's memos empty.
-        constexpr std::size_t step = 4;
-        if (dict.memo.size() == dict.memo.capacity()) dict.memo.reserve(dict.memo.size() + dict.memo.size() / 4 + step);
+        if (dict.memo.size() == dict.memo.capacity()) dict.memo.reserve(dict.memo.size() + dict.memo.size() / 4 + 1);
         dict.memo.insert(placeOf(dict.memo, key), {child, key});
     }
     link(dict, child);

@@ -3,8 +3,8 @@
 // 1. A node is made when its object is first asked for and lives until its document closes. Its address is the
 //    object's identity: two gets of one place give one node.
 // 2. An indirect object's node is found by its number; a direct one's only through the memo of what holds it. Direct
-//    names, small integers, booleans and new reals of one value share a node and the library's object: they cannot
-//    change, and a form has hundreds of thousands of them.
+//    names, integers, booleans and reals of one value share a node and the library's object: they cannot change, and a
+//    form has hundreds of thousands of them.
 // 3. All changes go through this layer and straight into the library's object, so that a memo never contradicts it.
 // 4. `up` of a direct container has one entry for every memo entry that holds it; other nodes have none.
 // 5. Nulls have no node. A destroyed node keeps its memory, has the type LexNull and an empty handle.
@@ -51,7 +51,9 @@ enum NodeFlags : std::uint8_t {
     /** Held more than once: the further holders stand in LexDocRec::moreHolders. */
     NodeHasManyHolders = 16,
     /** A string whose bytes were asked for. */
-    NodeHasBytes = 32
+    NodeHasBytes = 32,
+    /** A direct scalar that stands in `shared` or `sharedReals`: one node and one library object for all places. */
+    NodeIsShared = 64
 };
 
 // A form of 100,000 fields has a million nodes or more: these records are kept small, and a node is only as large as
@@ -73,9 +75,8 @@ struct Node {
     bool isDirect() const {
         return number == 0;
     }
-    /** A direct scalar other than a string: one node and one object of the library's for all places. */
-    bool isSharable() const {
-        return number == 0 && type < LexString;
+    bool isShared() const {
+        return flags & NodeIsShared;
     }
 };
 

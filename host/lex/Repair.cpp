@@ -66,7 +66,8 @@ bool showsEncryption(const std::string &bytes) {
     return false;
 }
 
-/** Names the object in front of `position` as the root. The recovery finds objects and trailers at the start of a line. */
+/** Names the object in front of `position` as the root. The recovery finds objects and trailers at the start of a line.
+ */
 std::string withTrailerFor(const std::string &bytes, std::size_t position) {
     if (position == std::string::npos) return {};
     const ObjectHead head = objectBefore(bytes, position);

@@ -40,7 +40,8 @@ bool isOpen(LexDoc doc);
 /** Made here as FDF or opened from one. */
 bool isFdf(LexDoc doc);
 
-/** Writes to `path` beside it and renames into place. Throws HostError{KRErrDiskFull or KRErrFileIO or KRErrFileOpen}. */
+/** Writes a new file and renames it into place. Throws HostError: KRErrDiskFull, KRErrFileIO, KRErrFileOpen, or
+ *  KRErrBadPDF for a document too damaged to be written. */
 void saveDoc(LexDoc doc, const std::string &path);
 /** Writes to an open file, such as standard output, which stays the caller's; it is flushed. */
 void saveDocTo(LexDoc doc, std::FILE *file);
@@ -62,7 +63,7 @@ const OpenFacts &openFacts(LexDoc doc);
 /** Permission bits as DMDocGetPermissions hands them out: all ones for the owner and without encryption. */
 std::uint32_t permissions(LexDoc doc);
 
-/** All complaints about the file so far, from its opening and from what was read since; each names object and offset. */
+/** All complaints about the file, from its opening and from what was read since; each names object and offset. */
 const std::vector<std::string> &warnings(LexDoc doc);
 
 LexObj rootOf(LexDoc doc);

@@ -31,8 +31,7 @@ public:
         block_.append(reinterpret_cast<const char *>(data), length);
         if (block_.size() >= s_blockSize) flush();
     }
-    void finish() override {
-    }
+    void finish() override {}
     void flush() {
         if (!block_.empty()) block_.replace(0, header_.size(), header_);
         header_ = {};
@@ -77,7 +76,7 @@ void setUpFdf(QPDFWriter &writer) {
     writer.forcePDFVersion("1.2");
 }
 
-void writeDoc(LexDocRec &doc, const Sink &sink) {
+void runWriter(LexDocRec &doc, const Sink &sink) {
     mendTrailer(doc);
     SavePipe pipe(sink, doc.fdf ? "%FDF-1.2" : "");
     QPDFWriter writer(*doc.pdf);
@@ -90,6 +89,17 @@ void writeDoc(LexDocRec &doc, const Sink &sink) {
     pipe.flush();
     // The writer makes the extensions dictionary direct, behind our backs.
     forgetKey(*doc.root, AtomFromText("Extensions"));
+}
+
+/** What the writer finds wrong with a damaged document becomes one code; errors of the sink pass as they are. */
+void writeDoc(LexDocRec &doc, const Sink &sink) {
+    try {
+        runWriter(doc, sink);
+    } catch (const std::bad_alloc &) {
+        throw;
+    } catch (const std::exception &error) {
+        throw HostError{KRErrBadPDF, doc.facts.name + ": " + error.what()};
+    }
 }
 
 } // namespace
@@ -120,9 +130,8 @@ void saveFdf(LexDoc doc, KRFileSys fs, KRPathName path) {
     if (!record.fdf || !path) throw HostError{KRErrBadParam};
     if (fs == DefaultFileSys()) return saveDoc(doc, UnixPathOf(fs, path));
     const std::unique_ptr<KRFileRec> file = fs->open(path->text, KRFileWrite_ | KRFileCreate);
-    writeDoc(record, [&](const char *bytes, std::size_t count) {
-        file->write(bytes, static_cast<std::int64_t>(count));
-    });
+    writeDoc(record,
+             [&](const char *bytes, std::size_t count) { file->write(bytes, static_cast<std::int64_t>(count)); });
     file->close();
 }
 

@@ -52,16 +52,28 @@ void AppendQuoted(std::string &out, const char *text) {
 
 void AppendDirective(std::string &out, char directive, std::va_list &args) {
     switch (directive) {
-    case 'b': AppendText(out, va_arg(args, int) ? "true" : "false"); break;
-    case 'c': AppendText(out, va_arg(args, const char *)); break;
-    case 'd': AppendInteger(out, va_arg(args, int)); break;
-    case 'f': AppendFixed(out, va_arg(args, KRFixed)); break;
+    case 'b':
+        AppendText(out, va_arg(args, int) ? "true" : "false");
+        break;
+    case 'c':
+        AppendText(out, va_arg(args, const char *));
+        break;
+    case 'd':
+        AppendInteger(out, va_arg(args, int));
+        break;
+    case 'f':
+        AppendFixed(out, va_arg(args, KRFixed));
+        break;
     case 'n':
         AppendText(out, "/");
         AppendText(out, KRAtomGetString(static_cast<KRAtom>(va_arg(args, int))));
         break;
-    case 's': AppendQuoted(out, va_arg(args, const char *)); break;
-    default: AppendCut(out, &directive, 1); break;
+    case 's':
+        AppendQuoted(out, va_arg(args, const char *));
+        break;
+    default:
+        AppendCut(out, &directive, 1);
+        break;
     }
 }
 
@@ -102,10 +114,10 @@ CStore *CStoreNew(const KRFixedRect *rect, std::uint16_t rotation) {
     auto *store = static_cast<CStore *>(KRSureCalloc(1, sizeof(CStore)));
     const KRFixed width = CStoreDistance(rect->right, rect->left);
     const KRFixed height = CStoreDistance(rect->top, rect->bottom);
-    const bool crossed = rotation == 90 || rotation == 270;
-    TSFixedRectSet(&store->bbox, 0, 0, crossed ? height : width, crossed ? width : height);
     // Any other angle has no matrix, and the face would vanish.
     store->rotation = rotation % 90 == 0 ? rotation % 360 : 0;
+    const bool crossed = store->rotation == 90 || store->rotation == 270;
+    TSFixedRectSet(&store->bbox, 0, 0, crossed ? height : width, crossed ? width : height);
     store->xobject = LexNullObj;
     return store;
 }
@@ -144,11 +156,20 @@ void CStoreGetMatrix(const CStore *store, KRFixedMatrix *matrix) {
     const KRFixed one = KRFixedOne;
     *matrix = {};
     switch (store->rotation) {
-    case 0: *matrix = KRFixedMatrixIdentity; break;
-    case 90: *matrix = {0, one, -one, 0, height, 0}; break;
-    case 180: *matrix = {-one, 0, 0, -one, width, height}; break;
-    case 270: *matrix = {0, -one, one, 0, 0, width}; break;
-    default: break;
+    case 0:
+        *matrix = KRFixedMatrixIdentity;
+        break;
+    case 90:
+        *matrix = {0, one, -one, 0, height, 0};
+        break;
+    case 180:
+        *matrix = {-one, 0, 0, -one, width, height};
+        break;
+    case 270:
+        *matrix = {0, -one, one, 0, 0, width};
+        break;
+    default:
+        break;
     }
 }
 

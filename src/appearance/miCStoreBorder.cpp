@@ -22,9 +22,11 @@ bool IsSeen(const DMColorValue *color) {
 }
 
 DMColorValue DarkerRGB(const DMColorValue *back) {
-    DMColorValue pressed{TSColorRGB, {}};
+    DMColorValue pressed = *back;
+    TSDMColorValueConvert(&pressed, TSColorRGB);
+    pressed.space = TSColorRGB;
     for (int i = 0; i < 3; ++i) {
-        const KRFixed value = std::max(TSFixedSub(back->value[i], s_pressedStep), 0);
+        const KRFixed value = std::max(TSFixedSub(pressed.value[i], s_pressedStep), 0);
         pressed.value[i] = std::min(value, KRFixedOne);
     }
     return pressed;
@@ -42,12 +44,8 @@ struct Frame {
 Frame FrameOf(const CStore *store, const KRFixedRect *rect, KRFixed border, const DMColorValue *borderColor,
               const DMColorValue *backColor) {
     const KRFixedRect box = rect ? *rect : store->bbox;
-    return {box,
-            CStoreDistance(box.right, box.left),
-            CStoreDistance(box.top, box.bottom),
-            border,
-            borderColor ? borderColor : &s_transparent,
-            backColor ? backColor : &s_transparent};
+    return {box,    CStoreDistance(box.right, box.left),        CStoreDistance(box.top, box.bottom),
+            border, borderColor ? borderColor : &s_transparent, backColor ? backColor : &s_transparent};
 }
 
 void FillBack(CStore *store, const Frame &frame, KRFixed left, KRFixed bottom) {
@@ -198,8 +196,11 @@ void CStoreDrawBorder(CStore *store, const KRFixedRect *rect, std::int32_t style
         Draw3D(store, frame, rims.topLeft, rims.bottomRight);
         break;
     }
-    case TSBorderUnderline: DrawUnderline(store, frame); break;
-    default: break;
+    case TSBorderUnderline:
+        DrawUnderline(store, frame);
+        break;
+    default:
+        break;
     }
 }
 
@@ -223,6 +224,7 @@ void CStoreDrawCircularBorder(CStore *store, const KRFixedRect *rect, std::int32
         Draw3DCircle(store, frame, rims.topLeft, rims.bottomRight);
         break;
     }
-    default: break;
+    default:
+        break;
     }
 }

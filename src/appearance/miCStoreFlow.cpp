@@ -21,18 +21,28 @@ constexpr int s_sizeTries = 33;
 constexpr KRFixed s_nine = KRFixedFromInt(9);
 constexpr KRFixed s_ten = KRFixedFromInt(10);
 
-/** A text read in characters of one kind. */
+/** A text read in characters of one kind. Made once for all lines: `anywhere` takes a look at the whole text. */
 struct Reader {
     const CStoreMetrics *metrics;
     const char *text;
     bool ucs2;
     bool gothic;
+    /** UCS-2 with characters that are not Roman, cut at any of them; other text is cut at blanks. */
+    bool anywhere;
     std::size_t step;
 };
 
+bool UCSStringHasSomeNonRomanChars(const char *text) {
+    for (std::size_t at = 2; CStoreUnitAt(text, at) != 0; at += 2) {
+        if (text[at] != 0) return true;
+    }
+    return false;
+}
+
 Reader ReaderOf(const CStoreMetrics *metrics, const char *text) {
     const bool ucs2 = CStoreIsUCS2(text);
-    return {metrics, text, ucs2, metrics->font == KanjiGothic_K, ucs2 ? std::size_t{2} : std::size_t{1}};
+    const bool anywhere = ucs2 && UCSStringHasSomeNonRomanChars(text);
+    return {metrics, text, ucs2, metrics->font == KanjiGothic_K, anywhere, ucs2 ? std::size_t{2} : std::size_t{1}};
 }
 
 std::uint16_t CharAt(const Reader &reader, std::size_t at) {
@@ -59,13 +69,6 @@ std::size_t SkipLineEnd(const Reader &reader, std::size_t at) {
     return at + (pair ? 2 : 1) * reader.step;
 }
 
-bool HasSomeNonRomanChars(const char *text) {
-    for (std::size_t at = 2; CStoreUnitAt(text, at) != 0; at += 2) {
-        if (text[at] != 0) return true;
-    }
-    return false;
-}
-
 /** What one cut took. */
 struct Cut {
     KRFixed width;
@@ -74,9 +77,9 @@ struct Cut {
     bool whole;
 };
 
-// Takes characters until one would pass `maxWidth`; the first always goes in, so that a line never stays empty. With
-// `atBlanks` the cut goes back to the last blank.
-Cut TakeLine(const Reader &reader, KRFixed maxWidth, std::string &line, std::size_t from, bool atBlanks) {
+// Takes characters until one would pass `maxWidth`; the first always goes in, so that a line never stays empty. A text
+// that is not cut anywhere is cut back to the last blank.
+Cut TakeLine(const Reader &reader, KRFixed maxWidth, std::string &line, std::size_t from) {
     const std::size_t start = line.size();
     KRFixed width = 0;
     std::size_t at = from;
@@ -86,12 +89,12 @@ Cut TakeLine(const Reader &reader, KRFixed maxWidth, std::string &line, std::siz
     while (CharAt(reader, at) != 0) {
         const std::uint16_t c = CharAt(reader, at);
         if (IsLineEnd(c)) return {width, SkipLineEnd(reader, at), true};
-        if (atBlanks && c == ' ') {
+        if (!reader.anywhere && c == ' ') {
             blankSeen = true;
             blank = {width, at + reader.step, false};
             blankLine = line.size();
         }
-        const KRFixed wider = TSFixedAdd(width, WidthAt(reader, at));
+        const KRFixed wider = CStoreWiden(width, WidthAt(reader, at));
         if (width > 0 && wider > maxWidth) {
             if (!blankSeen) return {width, at, false};
             line.resize(blankLine);
@@ -105,6 +108,12 @@ Cut TakeLine(const Reader &reader, KRFixed maxWidth, std::string &line, std::siz
     return {width, at, true};
 }
 
+// Bytes of the line end in front of a position.
+std::size_t LineEndBefore(const Reader &reader, std::size_t at) {
+    const bool pair = CharAt(reader, at - reader.step) == '\n' && CharAt(reader, at - 2 * reader.step) == '\r';
+    return (pair ? 2 : 1) * reader.step;
+}
+
 // The rules of Japanese line breaking: the line's last character moves down when it may not end a line, or when the
 // next one may not begin one.
 void ApplyKinsoku(const Reader &reader, KRFixed maxWidth, std::string &line, std::size_t lineStart, std::size_t *next) {
@@ -114,8 +123,7 @@ void ApplyKinsoku(const Reader &reader, KRFixed maxWidth, std::string &line, std
     const std::uint16_t last = CStoreUnitAt(line.data(), line.size() - 2);
     const bool endBehind = IsLineEnd(CharAt(reader, *next - 2));
     if (KanjiGlyphCannotEndLine(last)) {
-        *next -= 2;
-        if (endBehind) *next -= 2;
+        *next -= 2 + (endBehind ? LineEndBefore(reader, *next) : 0);
     } else if (KanjiGlyphCannotBeginLine(following) && !endBehind) {
         *next -= 2;
     } else {
@@ -142,17 +150,23 @@ KRFixed NeededHeight(const TextAppearance *look, const CStoreMetrics &metrics, K
     return lines < 0 ? 0 : CStoreHeightFromLineCount(look, lines);
 }
 
+KRFixed FitLine(const Reader &reader, KRFixed maxWidth, std::string &line, std::int32_t *position) {
+    const std::size_t lineStart = line.size();
+    Cut cut = TakeLine(reader, maxWidth, line, static_cast<std::size_t>(*position));
+    if (reader.anywhere) ApplyKinsoku(reader, maxWidth, line, lineStart, &cut.next);
+    *position = static_cast<std::int32_t>(cut.next);
+    return cut.width;
+}
+
 // One line of flowed text: cut by width, or up to the next line end when it may not be wrapped.
-void NextLine(const CStore *store, bool wrap, KRFixed width, const char *text, std::string &line,
-              std::int32_t *position) {
-    line.assign(CStoreIsUCS2(text) ? "\xFE\xFF" : "");
-    const Reader reader = ReaderOf(&store->metrics, text);
+void NextLine(const Reader &reader, bool wrap, KRFixed width, std::string &line, std::int32_t *position) {
+    line.assign(reader.ucs2 ? "\xFE\xFF" : "");
     if (wrap) {
-        CStoreStringFit(&store->metrics, width, text, line, position);
+        FitLine(reader, width, line, position);
     } else {
         auto at = static_cast<std::size_t>(*position);
         for (; CharAt(reader, at) != 0 && !IsLineEnd(CharAt(reader, at)); at += reader.step)
-            line.append(text + at, reader.step);
+            line.append(reader.text + at, reader.step);
         *position = static_cast<std::int32_t>(CharAt(reader, at) == 0 ? at : SkipLineEnd(reader, at));
     }
     if (reader.ucs2) line.append(2, '\0');
@@ -161,10 +175,11 @@ void NextLine(const CStore *store, bool wrap, KRFixed width, const char *text, s
 void FlowLines(CStore *store, bool wrap, KRFixed margin, CStoreBlock *block, const char *text) {
     const KRFixed width = TSFixedSub(CStoreWidth(store), CStoreTimes(margin, 4));
     std::int32_t budget = CStoreBlockGetNumLines(block);
-    std::int32_t position = CStoreIsUCS2(text) ? 2 : 0;
+    const Reader reader = ReaderOf(&store->metrics, text);
+    std::int32_t position = reader.ucs2 ? 2 : 0;
     std::string line;
     for (; budget > 0 && !TextEndsAt(text, position); --budget) {
-        NextLine(store, wrap, width, text, line, &position);
+        NextLine(reader, wrap, width, line, &position);
         CStoreBlockLine(block, line.data());
     }
 }
@@ -173,25 +188,20 @@ void FlowLines(CStore *store, bool wrap, KRFixed margin, CStoreBlock *block, con
 
 KRFixed CStoreStringFit(const CStoreMetrics *metrics, KRFixed maxWidth, const char *text, std::string &line,
                         std::int32_t *position) {
-    const Reader reader = ReaderOf(metrics, text);
-    const bool anywhere = reader.ucs2 && HasSomeNonRomanChars(text);
-    const std::size_t lineStart = line.size();
-    Cut cut = TakeLine(reader, maxWidth, line, static_cast<std::size_t>(*position), /*atBlanks*/ !anywhere);
-    if (anywhere) ApplyKinsoku(reader, maxWidth, line, lineStart, &cut.next);
-    *position = static_cast<std::int32_t>(cut.next);
-    return cut.width;
+    return FitLine(ReaderOf(metrics, text), maxWidth, line, position);
 }
 
 std::int32_t CStoreWrappedLineCount(const TextAppearance *look, KRFixed width, bool breakAnywhere, const char *text) {
     CStoreMetrics metrics;
     CStoreGetMetrics(look->baseFont, look->size, &metrics);
-    std::int32_t position = CStoreIsUCS2(text) ? 2 : 0;
+    const Reader reader = ReaderOf(&metrics, text);
+    std::int32_t position = reader.ucs2 ? 2 : 0;
     std::int32_t count = 0;
     std::string line;
     while (!TextEndsAt(text, position)) {
         const std::int32_t before = position;
         line.clear();
-        if (CStoreStringFit(&metrics, width, text, line, &position) > width || position <= before) return -1;
+        if (FitLine(reader, width, line, &position) > width || position <= before) return -1;
         if (!breakAnywhere && !TextEndsAt(text, position) && !BlankBefore(text, position)) return -1;
         ++count;
     }
@@ -224,8 +234,8 @@ KRFixed CStoreStringMaxFontSize(TextAppearance *look, KRFixed width, KRFixed hei
             high = mid;
         } else {
             low = result = mid;
-            const bool close = height < TSFixedAdd(needHeight, precision) ||
-                               (!multiLine && width < TSFixedAdd(needWidth, precision));
+            const bool close =
+                height < TSFixedAdd(needHeight, precision) || (!multiLine && width < TSFixedAdd(needWidth, precision));
             if (close) break;
         }
         if (TSFixedSub(high, low) < precision) break;
@@ -252,15 +262,15 @@ void CStoreFlowTextEx(CStore *store, bool wrap, KRFixed margin, TextAppearance *
     CStoreSetColor(store, &look->fillColor, /*fill*/ true);
     if (look->size == 0) {
         const KRFixed margins = CStoreTimes(margin, 4);
-        const KRFixed size = CStoreStringMaxFontSize(
-            look, TSFixedSub(CStoreWidth(store), margins), TSFixedSub(CStoreHeight(store), margins), /*multiLine*/ true,
-            /*breakAnywhere*/ false, minSize < 0 ? CStoreMinSize : minSize, maxSize < 0 ? CStoreMaxSize : maxSize,
-            CStoreSizePrecision, text);
+        const KRFixed size = CStoreStringMaxFontSize(look, TSFixedSub(CStoreWidth(store), margins),
+                                                     TSFixedSub(CStoreHeight(store), margins), /*multiLine*/ true,
+                                                     /*breakAnywhere*/ false, minSize < 0 ? CStoreMinSize : minSize,
+                                                     maxSize < 0 ? CStoreMaxSize : maxSize, CStoreSizePrecision, text);
         look->size = size == 0 ? CStoreDefaultSize : size;
     }
+    const EStrPtr string(EStrNewImpl(text, IsKanji(look->baseFont) ? EStrUCS2 : EStrPDFDoc));
     CStoreBlock *block = CStoreBlockStart(store, margin, look);
     if (!block) return;
-    const EStrPtr string(EStrNewImpl(text, IsKanji(look->baseFont) ? EStrUCS2 : EStrPDFDoc));
     const KRErrorCode code = Protect([&] { FlowLines(store, wrap, margin, block, string->bytes); });
     CStoreBlockEnd(block);
     RaiseIf(code);

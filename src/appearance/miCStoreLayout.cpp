@@ -103,7 +103,8 @@ Places Place(const Sizes &s, std::int32_t layout, std::uint32_t *flags) {
         p.textX = s.inside.left;
         ShareSide(TSFixedSub(s.width, captionSide), &p.iconWidth, &p, flags);
         break;
-    default: break;
+    default:
+        break;
     }
     return p;
 }
@@ -189,8 +190,8 @@ void GetFitMatrix(const TSFit *fit, const KRFixedRect *dest, const KRFixedRect *
     const KRFixed sw = CStoreDistance(src->right, src->left);
     const KRFixed sh = CStoreDistance(src->top, src->bottom);
     if (dw == sw && dh == sh) {
-        *matrix = {KRFixedOne, 0, 0, KRFixedOne, TSFixedSub(dest->left, src->left),
-                   TSFixedSub(dest->bottom, src->bottom)};
+        *matrix = {
+            KRFixedOne, 0, 0, KRFixedOne, TSFixedSub(dest->left, src->left), TSFixedSub(dest->bottom, src->bottom)};
         return;
     }
     bool scaleX = MayScale(fit->when, dw, sw);
@@ -206,7 +207,8 @@ void GetFitMatrix(const TSFit *fit, const KRFixedRect *dest, const KRFixedRect *
         x = {scale, byWidth <= byHeight ? 0 : TSFixedSub(dw, KRFixedMul(sw, scale))};
         y = {scale, byWidth <= byHeight ? TSFixedSub(dh, KRFixedMul(sh, scale)) : 0};
     }
-    const KRFixed e = TSFixedAdd(TSFixedSub(dest->left, KRFixedMul(x.scale, src->left)), KRFixedMul(fit->alignX, x.slack));
+    const KRFixed e =
+        TSFixedAdd(TSFixedSub(dest->left, KRFixedMul(x.scale, src->left)), KRFixedMul(fit->alignX, x.slack));
     const KRFixed f =
         TSFixedAdd(TSFixedSub(dest->bottom, KRFixedMul(y.scale, src->bottom)), KRFixedMul(fit->alignY, y.slack));
     *matrix = {x.scale, 0, 0, y.scale, e, f};

@@ -10,6 +10,7 @@
 #include <cstring>
 
 #include "FixedUtl.h"
+#include "FontMgr.h"
 #include "FormStr.h"
 #include "KernelSupportHFT.h"
 #include "LexCopy.h"
@@ -98,7 +99,8 @@ int NextByte(Splice &splice) {
             return -1;
         }
         return static_cast<unsigned char>(splice.old[splice.oldAt++]);
-    case Phase::Done: break;
+    case Phase::Done:
+        break;
     }
     return -1;
 }
@@ -160,8 +162,7 @@ LexObj NewSplicedStream(LexDoc doc, Splice &splice, LexObj attributes) {
 // Unlike CStoreSave the box is crossed back for a quarter turn: the frame that stays was drawn in the widget's box.
 void PutBox(LexDoc doc, LexObj dict, const CStore *store) {
     KRFixedRect box = store->bbox;
-    if (store->rotation == 90 || store->rotation == 270)
-        TSFixedRectSet(&box, 0, 0, store->bbox.top, store->bbox.right);
+    if (store->rotation == 90 || store->rotation == 270) TSFixedRectSet(&box, 0, 0, store->bbox.top, store->bbox.right);
     TSLexPutRect(doc, dict, BBox_K, &box);
     if (store->rotation == 0) return;
     KRFixedMatrix matrix;
@@ -169,15 +170,25 @@ void PutBox(LexDoc doc, LexObj dict, const CStore *store) {
     TSLexPutMatrix(doc, dict, Matrix_K, &matrix);
 }
 
+// The form may hold the font under another key than the name that its dictionary gives it.
+LexObj FontOf(LexDoc doc, const TextAppearance *look, LexObj dr) {
+    LexObj font = TSLexDictGetOfType(TSLexDictGetOfType(dr, Font_K, LexDict), look->fontResource, LexDict);
+    return LexObjGetType(font) == LexDict ? font : TSLexDocGetFontDict(doc, look->baseFont);
+}
+
 void AddFontOf(LexDoc doc, LexObj resources, const TextAppearance *look, LexObj dr) {
-    LexObj fonts = LexDictGet(resources, Font_K);
+    LexObj fonts = TSLexDictGetOfType(resources, Font_K, LexDict);
     if (LexObjGetType(fonts) == LexDict && LexDictKnown(fonts, look->fontResource)) return;
-    if (LexObjGetType(dr) != LexDict) return;
-    LexObj known = LexDictGet(dr, Font_K);
-    if (LexObjGetType(known) != LexDict || !LexDictKnown(known, look->fontResource)) return;
-    fonts = TSLexDictEnsure(resources, Font_K);
-    LexDictPut(fonts, look->fontResource,
-               TSLexObjCopy(doc, LexDictGet(known, look->fontResource), /*shallow*/ true));
+    LexObj font = FontOf(doc, look, dr);
+    if (LexObjGetType(font) != LexDict) return;
+    LexDictPut(TSLexDictEnsure(resources, Font_K), look->fontResource, TSLexObjCopy(doc, font, /*shallow*/ true));
+}
+
+// A dictionary of the stream's own, with the form's entries: font programs are shared, not copied into every field.
+LexObj CopyOfFormResources(LexDoc doc, LexObj dr) {
+    LexObj resources = LexNewDict(doc, /*indirect*/ false, 4);
+    if (LexObjGetType(dr) == LexDict) TSLexDictPartialCopy(dr, resources, /*sameDocument*/ true);
+    return resources;
 }
 
 // The resources move to the new stream rather than being shared by two.
@@ -185,10 +196,10 @@ void PutResources(LexDoc doc, LexObj dict, LexObj oldDict, const TextAppearance 
     LexObj resources = LexDictGet(oldDict, Resources_K);
     if (LexObjGetType(resources) == LexDict) {
         LexDictRemove(oldDict, Resources_K);
-        AddFontOf(doc, resources, look, dr);
     } else {
-        resources = TSLexObjCopy(doc, dr, /*shallow*/ false);
+        resources = CopyOfFormResources(doc, dr);
     }
+    AddFontOf(doc, resources, look, dr);
     LexDictPut(dict, Resources_K, resources);
 }
 

@@ -8,21 +8,17 @@
 #include "PIFrame.h"
 #include "Tessella.h"
 
-namespace {
-
-bool IsWidget(LexObj dict) {
+bool DictIsWidget(LexObj dict) {
     KRAtom subtype = KRAtomNull;
     return TSLexDictLoad<LexName>(dict, Subtype_K, &subtype) == 0 && subtype == Widget_K;
 }
-
-} // namespace
 
 bool TSDMFieldIsValid(const DMField *field) {
     return field && !(field->state & DMFieldInvalid);
 }
 
 bool TSDMFieldIsAnnot(const DMField *field) {
-    return TSDMFieldIsValid(field) && IsWidget(field->obj);
+    return TSDMFieldIsValid(field) && DictIsWidget(field->obj);
 }
 
 bool TSDMFieldCanDisplay(const DMField *field) {
@@ -71,7 +67,7 @@ DMField *TSDMFieldDrillToAnnot(DMField *field) {
 
 DMField *TSDMAnnotGetField(DMAnnot annot) {
     const LexObj dict = DMAnnotGetLexObj(annot);
-    return LexObjGetType(dict) == LexDict && IsWidget(dict) ? TSDMFieldFromLexObj(dict) : nullptr;
+    return LexObjGetType(dict) == LexDict && DictIsWidget(dict) ? TSDMFieldFromLexObj(dict) : nullptr;
 }
 
 DMPage TSDMPageAcquireFromLexObj(LexObj page) {

@@ -144,6 +144,11 @@ void TSDMFieldPutObj(DMField *field, KRAtom key, LexObj value);
 LexObj TSDMFieldGetEntry(const DMField *field, std::uint32_t entry);
 /** Recomputes `entries` from the dictionary. */
 void TSDMFieldUpdateEntries(DMField *field);
+/** Notes in `entries` that the dictionary holds an entry now. Values and defaults are noted in no other way. */
+void DMFieldNoteEntry(DMField *field, std::uint32_t entry);
+
+/** A dictionary whose `Subtype` is `Widget`; false for any other object. */
+bool DictIsWidget(LexObj dict);
 
 /** The page of a page dictionary, acquired; null when the object is none or the host refuses. */
 DMPage TSDMPageAcquireFromLexObj(LexObj page);

@@ -20,11 +20,6 @@
 
 namespace {
 
-bool IsWidget(LexObj dict) {
-    KRAtom subtype = KRAtomNull;
-    return TSLexDictLoad<LexName>(dict, Subtype_K, &subtype) == 0 && subtype == Widget_K;
-}
-
 bool HasParent(LexObj dict) {
     return LexObjGetType(TSLexDictGetOfType(dict, parent_K, LexDict)) == LexDict;
 }
@@ -106,7 +101,7 @@ DMField *MergeIntoRoot(LexObj dict, std::string_view name) {
         TSLexDictRemoveHierarchy(dict);
         return nullptr;
     }
-    return IsWidget(dict) ? MoveWidgetIntoTree(dict, name) : nullptr;
+    return DictIsWidget(dict) ? MoveWidgetIntoTree(dict, name) : nullptr;
 }
 
 enum class Placed { Yes, No, Merged };
@@ -170,14 +165,14 @@ bool HasDottedTitle(LexObj dict, std::string_view name) {
 }
 
 DMField *CreateDMFieldFilter(std::string_view name, LexObj dict) {
-    if (HasDottedTitle(dict, name)) return IsWidget(dict) ? MoveWidgetIntoTree(dict, name) : nullptr;
+    if (HasDottedTitle(dict, name)) return DictIsWidget(dict) ? MoveWidgetIntoTree(dict, name) : nullptr;
     DMField *field = CreateDMField(name, dict);
     if (field || LexObjGetType(dict) != LexDict) return field;
     const bool hasTitle = LexDictKnown(dict, T_K);
     if (!hasTitle && !LexDictKnown(dict, parent_K)) return nullptr;
     field = TSLexObjFindDMField(dict);
     if (field && !field->firstChild) return field;
-    if (!hasTitle || !IsWidget(dict)) return nullptr;
+    if (!hasTitle || !DictIsWidget(dict)) return nullptr;
     const std::uint32_t flags = DMAnnotGetFlags(DMAnnotFromLexObj(dict));
     if ((flags & TessellaWastedFlags) == TessellaWastedFlags) return nullptr;
     return MoveWidgetIntoTree(dict, name);

@@ -23,8 +23,11 @@ LexObj SharedEntry(const DMField *field, std::uint32_t entry) {
     const KRAtom key = Entry_to_Name(entry);
     if (field->entries & entry) return LexDictGet(field->obj, key);
     if (!(field->state & DMFieldSharesName)) return LexNullObj;
-    const DMField *holder = TSLexDocGetDMFieldFromNameStr(TSDMFieldGetLexDoc(field), field->name);
+    NameEntry *names = NameEntryOf(field);
+    if (names->absent & entry) return LexNullObj;
+    const DMField *holder = names->head;
     while (holder && !(holder->entries & entry)) holder = holder->nextSameName;
+    if (!holder) names->absent |= entry;
     return holder ? LexDictGet(holder->obj, key) : LexNullObj;
 }
 
@@ -83,6 +86,11 @@ void TSDMFieldUpdateEntries(DMField *field) {
     if (!field) return;
     field->entries = 0;
     for (std::uint32_t entry = TSEntryVT; entry >= TSEntryDV; entry >>= 1) {
-        if (LexDictKnown(field->obj, Entry_to_Name(entry))) field->entries |= entry;
+        if (LexDictKnown(field->obj, Entry_to_Name(entry))) DMFieldNoteEntry(field, entry);
     }
+}
+
+void DMFieldNoteEntry(DMField *field, std::uint32_t entry) {
+    field->entries |= entry;
+    NameEntryOf(field)->absent &= ~entry;
 }

@@ -158,7 +158,7 @@ void StoreDefault(DMField *field, LexObj old, LexObj value) {
     const LexObj copy = TSLexObjCopy(LexObjGetDoc(top->obj), value, /*shallow*/ false);
     if (LexObjGetType(copy) == LexNull) return;
     LexDictPut(top->obj, default_K, copy);
-    top->entries |= TSEntryDV;
+    DMFieldNoteEntry(top, TSEntryDV);
 }
 
 } // namespace

@@ -15,11 +15,6 @@
 
 namespace {
 
-bool IsWidget(LexObj dict) {
-    KRAtom subtype = KRAtomNull;
-    return TSLexDictLoad<LexName>(dict, Subtype_K, &subtype) == 0 && subtype == Widget_K;
-}
-
 /** Makes the fields of an array and what hangs below. A node is gone through once, however many arrays list it. */
 void ScanDMFieldsInArray(LexObj array, int depth, LexObjSet *scanned) {
     if (LexObjGetType(array) != LexArray || depth > MaxFieldDepth) return;
@@ -29,7 +24,7 @@ void ScanDMFieldsInArray(LexObj array, int depth, LexObjSet *scanned) {
         const LexObj kids = LexDictGet(element, Kids_K);
         if (LexObjGetType(kids) == LexNull) {
             TSDMFieldFromLexObj(element);
-        } else if (IsWidget(element)) {
+        } else if (DictIsWidget(element)) {
             LexDictRemove(element, Kids_K);
             TSDMFieldFromLexObj(element);
         } else if (!LexObjIsIndirect(element) || scanned->Add(element)) {

@@ -49,7 +49,7 @@ LexObj StoreValue(DMField *work, LexObj old, LexObj given, EStr *text, bool rewr
     DMField *top = DMFieldTopOfName(work);
     const LexObj stored = ObjectOfText(work, given, text, rewritten);
     LexDictPut(top->obj, value_K, stored);
-    top->entries |= TSEntryV;
+    DMFieldNoteEntry(top, TSEntryV);
     return stored;
 }
 

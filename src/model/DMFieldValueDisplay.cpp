@@ -95,7 +95,7 @@ void TSDMFieldAppearanceWasUpdated(DMField *field) {
 
 void TSDMFieldValueChanged(DMDoc doc, DMField *field) {
     if (!doc || !field) return;
-    field->entries |= TSEntryV;
+    DMFieldNoteEntry(field, TSEntryV);
     const EStrPtr text(EStrNewFromLexObjImpl(TSDMFieldGetValue(field)));
     LetObserversFormat(doc, field, text.get());
 }

@@ -229,6 +229,9 @@ LexObj FullNameArrayObj(LexDoc doc, const char *name) {
 DMField *TSLexDictDefineField(LexObj dict, const char *fullName) {
     if (LexObjGetType(dict) != LexDict || !LexObjIsIndirect(dict) || !fullName) return nullptr;
     const std::string name(WithoutTrailingDots(fullName));
+    // A node cannot go elsewhere by itself: the fields below it would lose their names.
+    const DMField *own = TSLexObjFindDMField(dict);
+    if (own && own->firstChild && (!TSDMFieldIsValid(own) || name != TSDMFieldGetName(own))) return nullptr;
     if (name.empty() || !DMDocFromLexDoc(LexObjGetDoc(dict)) || !TSLexDocEditOK(LexObjGetDoc(dict))) return nullptr;
     DMField *field = nullptr;
     const KRErrorCode code = Protect([&] { field = DefineUnder(dict, name); });

@@ -30,7 +30,8 @@ DMField *TSDMFieldInHierarchyFromName(LexObj array, LexObj title);
  * Null when something stands in the way: a terminal field on the path, a clash of types, a name that is empty or too
  * long. Then `T` and `Parent` are removed from the dictionary; nodes already made stay. The same when it raises, which
  * it does with KRErrBadParam for the name of a node. A dictionary that is a field of this name already gives that
- * field; one that is a field of another name leaves it first. Null, with nothing changed, during a save.
+ * field; one that is a field of another name leaves it first. Null, with nothing changed, during a save and for a
+ * dictionary with fields below it.
  */
 DMField *TSLexDictDefineField(LexObj dict, const char *fullName);
 

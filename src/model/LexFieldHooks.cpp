@@ -126,13 +126,13 @@ void BringScripts(DMDoc doc, DMDoc source) {
     }
 }
 
-void UndefineWidgetsOfPage(DMDoc doc, DMPage page) {
+void UndefineWidgetsOfPage(DMDoc doc, DMPage page, FieldRemoval *removal) {
     for (std::int32_t i = DMPageGetNumAnnots(page) - 1; i >= 0; --i) {
         const DMAnnot annot = DMPageGetAnnot(page, i);
         DMField *field = IsWidget(annot) ? EnsureNoDMFieldForDict(DMAnnotGetLexObj(annot), /*wipe*/ false) : nullptr;
         if (!field) continue;
         TJSCalcFieldsListDelete(doc, field, /*force*/ false);
-        TSDMFieldUndefine(field);
+        removal->Undefine(field);
     }
 }
 
@@ -185,12 +185,14 @@ void TSDMDocDidInsertPagesHdl(DMDoc doc, std::int32_t afterPage, DMDoc source, s
 }
 
 void TSDMDocWillDeletePagesHdl(DMDoc doc, std::int32_t first, std::int32_t last, void *) {
+    FieldRemoval removal;
     for (std::int32_t number = first; number <= last; ++number) {
         const DMPage page = DMDocAcquirePage(doc, number);
-        const KRErrorCode code = Protect([&] { UndefineWidgetsOfPage(doc, page); });
+        const KRErrorCode code = Protect([&] { UndefineWidgetsOfPage(doc, page, &removal); });
         DMPageRelease(page);
         RaiseIf(code);
     }
+    removal.Finish();
 }
 
 void TSDMAnnotDidChangeHdl(DMAnnot annot, KRAtom key, KRErrorCode error, void *) {

@@ -74,7 +74,7 @@ std::int32_t LeaveCalcOrder(DMField *field) {
 void RestoreEntry(DMField *field, TSEntry entry, LexObj value) {
     if ((field->entries & entry) || LexObjGetType(value) == LexNull) return;
     LexDictPut(field->obj, Entry_to_Name(entry), TSLexObjCopy(LexObjGetDoc(field->obj), value, /*shallow*/ false));
-    field->entries |= entry;
+    DMFieldNoteEntry(field, entry);
 }
 
 void Unpack(DMField *field, const Luggage &luggage) {
@@ -127,6 +127,10 @@ DMField *TSDMFieldRename(DMField *field, const char *newName) {
     while (!name.empty() && name.back() == '.') name.pop_back();
     if (name.empty()) KRRaise(KRErrBadParam);
     if (name == TSDMFieldGetName(field)) return field;
+    // Loading shows fields that are due, and observers of that may take this one away.
+    const LexObj dict = field->obj;
+    TSDMDocLoadFieldsIfNeeded(TSDMFieldGetDoc(field));
+    if (!DMFieldIsAlive(field, dict)) KRRaise(KRErrBadParam);
     // Found now, before the field has given up its old name.
     if (name.size() > MaxFieldNameLength || IsNode(field, name.c_str()) || IsBarred(field, name))
         KRRaise(KRErrBadParam);

@@ -18,11 +18,6 @@ DocHashControl *OpenDocsHashControls = nullptr;
 
 namespace {
 
-NameEntry *EntryOf(const DMField *field) {
-    // `name` is the entry's first member.
-    return reinterpret_cast<NameEntry *>(const_cast<NameStr *>(field->name));
-}
-
 std::string_view NameOf(const NameEntry *entry) {
     return {NameStrAddr(&entry->name), NameStrLen(&entry->name)};
 }
@@ -105,6 +100,7 @@ void DropEntry(DocHashControl *control, NameEntry *entry) {
 
 /** A non-terminal goes in front, a leaf to the end; all of the list then share their name. */
 void EnterList(NameEntry *entry, DMField *field, bool inFront) {
+    entry->absent = 0;
     if (!entry->head) {
         entry->head = entry->tail = field;
         return;
@@ -151,29 +147,9 @@ KRErrorCode TellJoined(DocHashControl *control, DMField *field) {
     });
 }
 
-/** Takes a record's dictionary out of the tree. Gives the parent if nothing is left for it to be there for. */
-DMField *LeaveTree(DMField *field) {
-    for (DMField *child = field->firstChild; child; child = field->firstChild) DMFieldUnlinkChild(child);
-    DMField *parent = field->parent;
-    if (!parent) {
-        const LexObj form = TSLexObjGetTessella(field->obj);
-        FieldArrayRemove(TSLexDictGetOfType(form, formFields_K, LexArray), field->obj);
-        return nullptr;
-    }
-    DMFieldUnlinkChild(field);
-    LexDictRemove(field->obj, parent_K);
-    const LexObj kids = TSLexDictGetOfType(parent->obj, Kids_K, LexArray);
-    if (LexObjGetType(kids) != LexArray) return nullptr;
-    FieldArrayRemove(kids, field->obj);
-    if (LexArrayLength(kids) > 0) return nullptr;
-    LexDictRemove(parent->obj, Kids_K);
-    // A parent that is being built or loads its kids is in use further up; whoever builds it sees to it.
-    return parent->state & (DMFieldInvalid | DMFieldLoadingKids) ? nullptr : parent;
-}
-
-/** Undefines one field; gives the parent that must follow. An error is kept while the clean-up goes on. */
-DMField *UndefineOne(DocHashControl *control, DMField *field, KRErrorCode *kept) {
-    NameEntry *entry = EntryOf(field);
+/** Takes a record out of its name's list, and out of the index. */
+void LeaveNames(DocHashControl *control, DMField *field, KRErrorCode *kept) {
+    NameEntry *entry = NameEntryOf(field);
     LeaveList(control, entry, field);
     if (entry->head && entry->head == entry->tail) {
         DMField *alone = entry->head;
@@ -185,15 +161,7 @@ DMField *UndefineOne(DocHashControl *control, DMField *field, KRErrorCode *kept)
         if (entry && entry->head == alone) alone->state ^= DMFieldSharesName;
     }
     if (entry && !entry->head) DropEntry(control, entry);
-    DMField *orphaned = nullptr;
-    const KRErrorCode code = Protect([&] { orphaned = LeaveTree(field); });
-    if (code != KRErrNone) *kept = code;
     LeaveObjectIndex(control, field);
-    delete field;
-    --control->fieldCount;
-    control->lastField = nullptr;
-    control->kidsLoaded.clear();
-    return orphaned;
 }
 
 } // namespace
@@ -288,14 +256,71 @@ std::int32_t TSDMFieldDefine(DMField *newField, std::string_view name) {
     return 0;
 }
 
-void TSDMFieldUndefine(DMField *field) {
-    KRErrorCode kept = KRErrNone;
-    while (field && LexObjGetType(field->obj) == LexDict && LexObjIsIndirect(field->obj)) {
-        DocHashControl *control = TSLexDocGetHashHead(LexObjGetDoc(field->obj));
-        if (!control) break;
-        field = UndefineOne(control, field, &kept);
+FieldRemoval::~FieldRemoval() {
+    Protect([&] { Finish(); });
+}
+
+void FieldRemoval::Undefine(DMField *field) {
+    if (!field || LexObjGetType(field->obj) != LexDict || !LexObjIsIndirect(field->obj)) return;
+    DocHashControl *control = TSLexDocGetHashHead(LexObjGetDoc(field->obj));
+    if (!control) return;
+    LeaveNames(control, field, &m_kept);
+    while (field->firstChild) DMFieldUnlinkChild(field->firstChild);
+    const std::unique_ptr<DMField> freed(field);
+    const DMField *parent = field->parent;
+    DMFieldUnlinkChild(field);
+    --control->fieldCount;
+    control->lastField = nullptr;
+    control->kidsLoaded.clear();
+    const KRErrorCode code = Protect([&] {
+        if (parent) LexDictRemove(field->obj, parent_K);
+        NoteLeaving(parent ? parent->obj : TSLexObjGetTessella(field->obj), parent ? Kids_K : formFields_K, field->obj);
+    });
+    if (code != KRErrNone) m_kept = code;
+}
+
+void FieldRemoval::NoteLeaving(LexObj owner, KRAtom key, LexObj dict) {
+    const std::int32_t id = LexObjGetID(owner);
+    const auto [first, last] = m_byOwner.equal_range(id);
+    for (auto it = first; it != last; ++it) {
+        Leaving &leaving = m_leaving[it->second];
+        if (leaving.key != key || !LexObjEqual(leaving.owner, owner)) continue;
+        leaving.dicts.Add(dict);
+        return;
     }
-    RaiseIf(kept);
+    m_byOwner.emplace(id, m_leaving.size());
+    m_leaving.push_back({owner, key, {}});
+    m_leaving.back().dicts.Add(dict);
+}
+
+void FieldRemoval::LeaveArray(const Leaving &leaving) {
+    const LexObj array = TSLexDictGetOfType(leaving.owner, leaving.key, LexArray);
+    if (LexObjGetType(array) != LexArray) return;
+    FieldArrayRemoveAll(leaving.owner, leaving.key, leaving.dicts);
+    if (leaving.key != Kids_K || LexArrayLength(LexDictGet(leaving.owner, Kids_K)) > 0) return;
+    LexDictRemove(leaving.owner, Kids_K);
+    // A parent that is being built or loads its kids is in use further up; whoever builds it sees to it.
+    DMField *parent = TSLexObjFindDMField(leaving.owner);
+    if (parent && !(parent->state & (DMFieldInvalid | DMFieldLoadingKids))) Undefine(parent);
+}
+
+void FieldRemoval::Finish() {
+    // Parents that are left without kids follow them, and so on upward.
+    while (!m_leaving.empty()) {
+        const std::vector<Leaving> round = std::exchange(m_leaving, {});
+        m_byOwner.clear();
+        for (const Leaving &leaving : round) {
+            const KRErrorCode code = Protect([&] { LeaveArray(leaving); });
+            if (code != KRErrNone) m_kept = code;
+        }
+    }
+    RaiseIf(std::exchange(m_kept, KRErrNone));
+}
+
+void TSDMFieldUndefine(DMField *field) {
+    FieldRemoval removal;
+    removal.Undefine(field);
+    removal.Finish();
 }
 
 void DocFreeLex(DMDoc doc, bool closing) {

@@ -16,6 +16,7 @@
 
 #include "DMField.h"
 #include "FieldArray.h"
+#include "KRErrors.h"
 #include "LexObjSet.h"
 #include "NameStr.h"
 
@@ -28,7 +29,14 @@ struct NameEntry {
     // Beside the structure: the list's end, and the way back in the chain. They spare walks and order nothing.
     DMField *tail;
     NameEntry *prev;
+    /** Entries (TSEntryV, TSEntryDV) that no field of the list was found to hold, and none has got since. */
+    std::uint32_t absent;
 };
+
+/** The entry of a field's name. */
+inline NameEntry *NameEntryOf(const DMField *field) {
+    return reinterpret_cast<NameEntry *>(const_cast<NameStr *>(field->name));
+}
 
 inline constexpr unsigned NameHashBucketCount = 23;
 
@@ -126,6 +134,37 @@ std::int32_t TSDMFieldDefine(DMField *field, std::string_view name);
  * name from now on. Children of the field lose their parent. Null allowed.
  */
 void TSDMFieldUndefine(DMField *field);
+
+/**
+ * TSDMFieldUndefine for many fields of one document. The dictionaries leave their arrays together in Finish, so that a
+ * long array is gone through once and not once for each; until then they still stand there.
+ */
+class FieldRemoval {
+public:
+    FieldRemoval() = default;
+    /** Finishes, what is raised then being lost. */
+    ~FieldRemoval();
+    FieldRemoval(const FieldRemoval &) = delete;
+    FieldRemoval &operator=(const FieldRemoval &) = delete;
+
+    /** Null allowed. Raises nothing: what observers raised comes out of Finish. */
+    void Undefine(DMField *field);
+    void Finish();
+
+private:
+    struct Leaving {
+        LexObj owner;
+        KRAtom key;
+        LexObjSet dicts;
+    };
+    void NoteLeaving(LexObj owner, KRAtom key, LexObj dict);
+    void LeaveArray(const Leaving &leaving);
+
+    std::vector<Leaving> m_leaving;
+    /** Places in `m_leaving` by the owner's object number. */
+    std::unordered_multimap<std::int32_t, std::size_t> m_byOwner;
+    KRErrorCode m_kept = KRErrNone;
+};
 
 /**
  * Frees all records and names of a document without touching a dictionary. With `closing` the block takes no more fields

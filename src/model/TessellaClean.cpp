@@ -52,8 +52,10 @@ void RemoveOrphans(DMDoc doc) {
     std::vector<LexObj> orphans;
     TSDMDocEnumAnnots(doc, Widget_K, &deleteField, /*data*/ nullptr);
     TSDMDocEnumDMFields(doc, /*terminalOnly*/ true, /*firstOfNameOnly*/ false, &fieldCleanup, &orphans);
+    FieldRemoval removal;
     for (auto orphan = orphans.rbegin(); orphan != orphans.rend(); ++orphan)
-        TSDMFieldUndefine(TSDMFieldFromLexObj(*orphan));
+        removal.Undefine(TSLexObjFindDMField(*orphan));
+    removal.Finish();
 }
 
 /** Clears the values of the fields that are listed, the last first. */

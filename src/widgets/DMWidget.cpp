@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "DMWidget.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "AnnotUtl.h"
@@ -65,18 +66,24 @@ std::int32_t StyleOf(KRAtom name) {
 
 KRAtom NameOfStyle(std::int32_t style) {
     switch (style) {
-    case TSBorderDashed: return Dashed_K;
-    case TSBorderBeveled: return Beveled_K;
-    case TSBorderInset: return Inset_K;
-    case TSBorderUnderline: return Underline_K;
-    default: return Solid_K;
+    case TSBorderDashed:
+        return Dashed_K;
+    case TSBorderBeveled:
+        return Beveled_K;
+    case TSBorderInset:
+        return Inset_K;
+    case TSBorderUnderline:
+        return Underline_K;
+    default:
+        return Solid_K;
     }
 }
 
 std::int32_t WholePoints(LexObj number, std::int32_t missing) {
     KRFixed value = 0;
     if (!TSLexObjGetNumber(number, &value)) return missing;
-    return TSFixedAdd(value, 0x8000) >> 16;
+    const std::int64_t rounded = (static_cast<std::int64_t>(value) + 0x8000) >> 16;
+    return static_cast<std::int32_t>(std::min<std::int64_t>(rounded, INT16_MAX));
 }
 
 void SetOneDash(TSBorder *border) {
@@ -246,9 +253,12 @@ void TSDMWidgetSetBorder(DMAnnot annot, const TSBorder *border) {
     TSDMWidgetGetBorder(annot, &present);
     const TSBorder wanted = border ? *border : TSBorderDefault();
     const bool standard = wanted.style == TSBorderSolid && wanted.width == 1;
+    const bool same = SameBorder(present, wanted);
     LexDictRemove(dict, Border_K);
-    if (standard ? !LexDictKnown(dict, BorderStyle_K) : SameBorder(present, wanted) && LexDictKnown(dict, BorderStyle_K))
+    if (standard ? !LexDictKnown(dict, BorderStyle_K) : same && LexDictKnown(dict, BorderStyle_K)) {
+        if (!same) AppearanceIsDue(annot);
         return;
+    }
     const KRAtom key = standard ? Border_K : BorderStyle_K;
     DMAnnotNotifyWillChange(annot, key);
     const KRErrorCode code = Protect([&] {
@@ -352,12 +362,13 @@ void TSDMAnnotGetFit(DMAnnot annot, TSFit *fit) {
 void TSDMAnnotSetFit(DMAnnot annot, const TSFit *fit) {
     TSFit present;
     TSDMAnnotGetFit(annot, &present);
-    if (!TSDMWidgetIsNative(annot, nullptr) || SameFit(present, *fit)) return;
+    LexObj mk;
+    if (!TSDMWidgetIsNative(annot, &mk) || SameFit(present, *fit)) return;
     if (IsDefaultFit(*fit)) {
         TSDMWidgetSetObj(annot, IF_K, LexNullObj);
         return;
     }
-    LexObj mk = TSLexDictEnsure(DictOf(annot), MakerDict_K);
+    if (LexObjGetType(mk) != LexDict) mk = TSLexDictEnsure(DictOf(annot), MakerDict_K);
     LexObj dict = TSLexDictEnsure(mk, IF_K);
     WriteFitName(dict, Scaling_K, fit->how, Proportional_K);
     WriteFitName(dict, ScaleWhen_K, fit->when, Always_K);

@@ -6,6 +6,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -78,6 +79,11 @@ void TSDMAnnotSetFit(DMAnnot annot, const TSFit *fit);
 
 /** Raises KRErrNoMemory. */
 TSWidgetData *TSDMWidgetAcquireData(DMAnnot annot);
+/** Holder of a record without a handler's own part: what a handler acquires until it is whole. */
+struct TSWidgetDataDeleter {
+    void operator()(TSWidgetData *data) const;
+};
+using TSWidgetDataPtr = std::unique_ptr<TSWidgetData, TSWidgetDataDeleter>;
 /** Sets bits in first->mixed: what differs. Bit 1 is set in every case. */
 void TSDMWidgetCompareData(TSWidgetData *first, const TSWidgetData *other);
 /** Writes what `mixed` leaves. Raises KRErrBadParam without a title and KRErrDefineFailed. */

@@ -4,7 +4,6 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 
 #include "ColorUtl.h"
 #include "DMField.h"
@@ -30,13 +29,6 @@ namespace {
 constexpr std::int32_t s_titleSize = 1026;
 constexpr double s_smallestSize = 4;
 constexpr double s_largestSize = 144;
-
-struct DataDeleter {
-    void operator()(TSWidgetData *data) const {
-        TSDMWidgetReleaseData(data);
-    }
-};
-using DataPtr = std::unique_ptr<TSWidgetData, DataDeleter>;
 
 void TakeLook(TSWidgetData *data, const TextAppearance &look) {
     data->textColor = look.fillColor;
@@ -82,6 +74,13 @@ void OwnMakerDict(DMAnnot annot) {
     LexDictPut(dict, MakerDict_K, mk);
 }
 
+// The host encoding may lack characters of the name, so a title that stands as it was acquired is no change.
+bool HasTitle(DMAnnot annot, const char *title) {
+    char present[s_titleSize];
+    TSDMWidgetGetTitle(annot, present, sizeof present);
+    return std::strcmp(present, title) == 0;
+}
+
 void WriteTitle(DMAnnot annot, const TSWidgetData *data) {
     char name[s_titleSize];
     miStrncpy(name, data->title, sizeof name);
@@ -89,7 +88,7 @@ void WriteTitle(DMAnnot annot, const TSWidgetData *data) {
     DMField *field = TSDMAnnotGetField(annot);
     if (!TSDMFieldIsValid(field))
         field = TSDMAnnotDefineField(annot, name);
-    else if (std::strcmp(TSDMFieldGetName(field), name) != 0)
+    else if (std::strcmp(TSDMFieldGetName(field), name) != 0 && !HasTitle(annot, data->title))
         field = TSDMFieldRename(field, name);
     if (!TSDMFieldIsValid(field)) KRRaise(KRErrDefineFailed);
 }
@@ -196,7 +195,7 @@ void TSDMDocGetFormData(DMDoc doc, TSWidgetData *data) {
 }
 
 TSWidgetData *TSDMWidgetAcquireData(DMAnnot annot) {
-    DataPtr data(static_cast<TSWidgetData *>(KRSureCalloc(1, sizeof(TSWidgetData))));
+    TSWidgetDataPtr data(static_cast<TSWidgetData *>(KRSureCalloc(1, sizeof(TSWidgetData))));
     DMField *field = TSDMAnnotGetField(annot);
     if (TSDMFieldIsValid(field)) {
         FillFromField(annot, field, data.get());
@@ -207,6 +206,10 @@ TSWidgetData *TSDMWidgetAcquireData(DMAnnot annot) {
     TSDMWidgetGetRect(annot, &data->rect);
     data->rotation = static_cast<std::uint16_t>(TSDMWidgetGetRotation(annot));
     return data.release();
+}
+
+void TSWidgetDataDeleter::operator()(TSWidgetData *data) const {
+    TSDMWidgetReleaseData(data);
 }
 
 void TSDMWidgetReleaseData(TSWidgetData *data) {

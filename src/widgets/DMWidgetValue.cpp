@@ -43,15 +43,22 @@ void SetShortEntry(DMField *field, KRAtom key, std::int16_t value, bool remove) 
         TSLexDictStore<LexInteger>(top->obj, key, /*indirect*/ false, value);
 }
 
+// Text of what may stand in `Opt`: containers and streams have none.
+std::string ScalarText(LexObj obj) {
+    const std::int32_t type = LexObjGetType(obj);
+    return type == LexNull || type == LexDict || type == LexArray || type == LexStream ? std::string() : HostText(obj);
+}
+
 // What one entry of `Opt` offers; false for an entry that is none.
 bool ReadChoice(LexObj entry, std::string *value, std::optional<std::string> *exported) {
     if (LexObjGetType(entry) != LexArray) {
-        *value = HostText(entry);
+        *value = ScalarText(entry);
         return !value->empty();
     }
     if (LexArrayLength(entry) != 2) return false;
-    *exported = HostText(LexArrayGet(entry, 0));
-    *value = HostText(LexArrayGet(entry, 1));
+    LexObj exportEntry = LexArrayGet(entry, 0);
+    if (LexObjGetType(exportEntry) != LexNull) *exported = ScalarText(exportEntry);
+    *value = ScalarText(LexArrayGet(entry, 1));
     return true;
 }
 
@@ -124,6 +131,7 @@ void TSDMWidgetReleaseChoices(TSChoices *choices) {
 }
 
 std::int32_t TSDMWidgetGetChoiceIndex(const TSChoices &choices, const char *text, std::int32_t missing) {
+    if (!text) return missing;
     const auto found = std::find(choices.values.begin(), choices.values.end(), text);
     return found == choices.values.end() ? missing : static_cast<std::int32_t>(found - choices.values.begin());
 }

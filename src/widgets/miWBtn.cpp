@@ -83,9 +83,9 @@ void WButtonWriteData(SCWidgetHandler *, DMAnnot annot, TSWidgetData *data) {
         TSDMWidgetSetIconEx(annot, button->icons[slot], slot);
     }
     TSDMWidgetSetObj(annot, Position_K,
-                     button->layout == 0 ? LexNullObj
-                                         : LexNewInteger(LexObjGetDoc(DMAnnotGetLexObj(annot)), /*indirect*/ false,
-                                                         button->layout));
+                     button->layout == 0
+                         ? LexNullObj
+                         : LexNewInteger(LexObjGetDoc(DMAnnotGetLexObj(annot)), /*indirect*/ false, button->layout));
     TSDMAnnotSetFit(annot, &button->fit);
     TSDMFieldUpdateAppearance(TSDMAnnotGetField(annot));
 }
@@ -163,10 +163,17 @@ void WButtonWriteAppearance(SCWidgetHandler *handler, DMAnnot annot, KRAtom, ESt
 bool ValueKey(DMField *field, KRAtom *key) {
     LexObj value = TSDMFieldGetValue(field);
     switch (LexObjGetType(value)) {
-    case LexNull: *key = Off_K; return true;
-    case LexName: *key = LexNameValue(value); return true;
-    case LexString: *key = KRAtomFromString(LexStringValue(value, nullptr)); return true;
-    default: return false;
+    case LexNull:
+        *key = Off_K;
+        return true;
+    case LexName:
+        *key = LexNameValue(value);
+        return true;
+    case LexString:
+        *key = KRAtomFromString(LexStringValue(value, nullptr));
+        return true;
+    default:
+        return false;
     }
 }
 

@@ -48,7 +48,7 @@ void WriteDefault(DMField *field, std::int16_t index) {
 TSWidgetData *WChoiceAcquireData(SCWidgetHandler *, DMAnnot annot) {
     DMField *field = TSDMAnnotGetField(annot);
     auto choice = std::make_unique<TSChoiceData>();
-    TSWidgetData *data = TSDMWidgetAcquireData(annot);
+    TSWidgetDataPtr data(TSDMWidgetAcquireData(annot));
     data->value = TSDMWidgetAcquireStringValue(annot);
     choice->sort = data->fieldFlags & TSFieldSorted;
     choice->editable = data->fieldFlags & TSFieldComboEdit;
@@ -56,7 +56,7 @@ TSWidgetData *WChoiceAcquireData(SCWidgetHandler *, DMAnnot annot) {
     choice->topIndex = TSDMFieldGetTopIndex(field);
     TSDMWidgetAcquireChoices(annot, &choice->choices);
     data->extension = choice.release();
-    return data;
+    return data.release();
 }
 
 void WChoiceReleaseData(SCWidgetHandler *, TSWidgetData *data) {

@@ -40,13 +40,11 @@ WFace WFaceNew(DMAnnot annot, const TSWidgetData *data) {
 LexObj WFaceSave(WFace &face, bool down, bool circular, KRFixed shift) {
     CStoreClear(face.border.get());
     DrawFrame(face, down, circular);
-    if (face.content->length > 0) {
-        const KRFixedRect inside = CStoreInsideRect(face.border.get(), face.margin);
-        CStoreStartRectClip(face.border.get(), &inside);
-        if (shift != 0) CStorePrintf(face.border.get(), "1 0 0 1 %f %f cm", shift, TSFixedNeg(shift));
-        CStoreAdd(face.border.get(), face.content.get());
-        CStoreEndRectClip(face.border.get());
-    }
+    const KRFixedRect inside = CStoreInsideRect(face.border.get(), face.margin);
+    CStoreStartRectClip(face.border.get(), &inside);
+    if (shift != 0) CStorePrintf(face.border.get(), "1 0 0 1 %f %f cm", shift, TSFixedNeg(shift));
+    CStoreAdd(face.border.get(), face.content.get());
+    CStoreEndRectClip(face.border.get());
     return CStoreSave(face.doc, face.border.get());
 }
 
@@ -67,9 +65,7 @@ TextAppearance WFaceLook(const WFace &face) {
 }
 
 EStrPtr WFaceText(const char *hostText, const TextAppearance &look) {
-    const EStrPtr text(EStrNewImpl(nullptr, EStrHost));
-    EStrCorrectEncoding(text.get(), hostText ? hostText : "", look.baseFont);
-    EStrSetEncoding(text.get(), EStrText);
+    const EStrPtr text(EStrNewImpl(hostText, EStrHost));
     return TSTextForFont(text.get(), look.baseFont);
 }
 

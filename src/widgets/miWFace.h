@@ -24,7 +24,7 @@ struct WFace {
 
 /** Raises KRErrNoMemory. */
 WFace WFaceNew(DMAnnot annot, const TSWidgetData *data);
-/** Frame and clip, then the content (moved down and to the right by `shift`), saved; null when nothing was drawn. */
+/** Frame and clip, then the content (moved down and to the right by `shift`), saved. */
 LexObj WFaceSave(WFace &face, bool down, bool circular, KRFixed shift);
 /** The frame alone, saved. */
 LexObj WFaceSaveFrame(WFace &face, bool down, bool circular);

@@ -27,9 +27,10 @@ void WListBoxGetName(SCWidgetHandler *, char *buffer, std::int32_t size) {
     mdGetString(Msg::widgetListBox, buffer, static_cast<std::uint16_t>(size));
 }
 
-// The first line on show, moved so that the selection is in view.
+// The first line on show, moved so that the selection is in view. A top beyond the end shows the last lines.
 std::int32_t TopWithSelection(std::int32_t top, std::int32_t selected, std::int32_t lines, std::int32_t count) {
-    top = std::clamp(top, 0, std::max(count - lines, 0));
+    if (top >= count) top = count - lines;
+    top = std::max(top, 0);
     if (selected < 0) return top;
     const std::int32_t last = std::min(top + lines - 1, count - 1);
     if (selected < top) return selected;
@@ -85,7 +86,8 @@ void DrawList(WValueFace &face, const TSWidgetData *data) {
     list.selected = TSDMFieldGetOptionIndex(face.field, nullptr, nullptr);
     const auto count = static_cast<std::int32_t>(choices.values.size());
     const std::int32_t present = TSDMFieldGetTopIndex(face.field);
-    list.top = TopWithSelection(present, list.selected, list.lines, count);
+    // The block counts the line that shows only in part; a selection there would not be in view.
+    list.top = TopWithSelection(present, list.selected, std::max(list.lines - 1, 1), count);
     if (list.top != present) TSDMFieldSetTopIndex(face.field, static_cast<std::int16_t>(list.top));
     const KRErrorCode code = Protect([&] { DrawLines(face, list); });
     CStoreBlockEnd(list.block);

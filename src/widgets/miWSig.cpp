@@ -24,7 +24,7 @@
 namespace {
 
 SCWidgetHandler s_handler;
-constexpr std::size_t s_nameLimit = 258;
+constexpr std::int32_t s_nameLimit = 258;
 /** Layouts: the mark alone, the name below the mark, the name alone. */
 constexpr std::int32_t s_markOnly = 1;
 constexpr std::int32_t s_nameBelow = 2;
@@ -57,7 +57,9 @@ void WSignatureReleaseData(SCWidgetHandler *, TSWidgetData *data) {
     TSDMWidgetReleaseData(data);
 }
 
-void WSignatureCompareData(SCWidgetHandler *, TSWidgetData *, const TSWidgetData *) {}
+void WSignatureCompareData(SCWidgetHandler *, TSWidgetData *first, const TSWidgetData *other) {
+    TSDMWidgetCompareData(first, other);
+}
 
 // Every other widget of the same field takes the record too: one signature, one look.
 void WriteToNamesakes(DMField *field, TSWidgetData *data) {
@@ -87,7 +89,8 @@ std::string SignerName(LexObj value) {
     if (LexObjGetType(name) != LexString) return {};
     const EStrPtr text(EStrNewFromLexObjImpl(name));
     EStrSetEncoding(text.get(), EStrHost);
-    return std::string(EStrGetBytes(text.get())).substr(0, s_nameLimit);
+    EStrTrunc(text.get(), s_nameLimit);
+    return EStrGetBytes(text.get());
 }
 
 void WSignatureSaveFace(DMAnnot annot, const TSWidgetData *data) {

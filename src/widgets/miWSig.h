@@ -1,6 +1,5 @@
-// The handler of signature fields: the unsigned and signed look, and what keeps a signed appearance undistorted when the
-// widget's rectangle changes. Signing itself belongs to another plug-in.
-// SPDX-License-Identifier: MIT
+// The handler of signature fields: the unsigned and signed look, and what keeps a signed appearance undistorted when
+// the widget's rectangle changes. Signing itself belongs to another plug-in. SPDX-License-Identifier: MIT
 #pragma once
 
 #include "DMWidget.h"
@@ -27,8 +26,8 @@ bool WSignature_NotifyWasResized(DMAnnot annot);
  */
 LexObj CreateStreamFromStringArray(LexDoc doc, const char *const *lines, const KRFixedRect *bbox, LexObj *resources);
 /**
- * The stream, or a copy of it unless `inPlace`, as a form XObject. `matrix` comes in front of the one it has; `bbox` and
- * `matrix` may be null.
+ * The stream, or a copy of it unless `inPlace`, as a form XObject. `matrix` comes in front of the one it has; `bbox`
+ * and `matrix` may be null.
  */
 LexObj StreamToXObject(LexObj stream, const KRFixedMatrix *matrix, const KRFixedRect *bbox, bool inPlace);
 /** A one-line stream that shows the form under the name FRM. */

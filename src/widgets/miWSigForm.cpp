@@ -3,7 +3,7 @@
 #include "miWSig.h"
 
 #include <algorithm>
-#include <cstdlib>
+#include <charconv>
 #include <sstream>
 
 #include "CoreHFT.h"
@@ -75,9 +75,10 @@ bool TakeWord(std::istringstream &in, const char *word) {
 bool TakeNumbers(std::istringstream &in, int count) {
     for (std::string token; count > 0; --count) {
         if (!(in >> token)) return false;
-        char *end = nullptr;
-        std::strtof(token.c_str(), &end);
-        if (end == token.c_str() || *end != '\0') return false;
+        float number = 0;
+        const char *start = token.c_str() + (token[0] == '+' ? 1 : 0);
+        const char *end = token.c_str() + token.size();
+        if (std::from_chars(start, end, number).ptr != end || start == end) return false;
     }
     return true;
 }
@@ -154,10 +155,18 @@ LexObj GetThumper(LexDoc doc, const TextAppearance *look) {
 void DefaultAPMatrixFM(KRFixedMatrix *matrix, std::int32_t rotation, KRFixed width, KRFixed height) {
     const KRFixed one = KRFixedOne;
     switch ((rotation % 360 + 360) % 360) {
-    case 90: *matrix = {0, one, -one, 0, height, 0}; break;
-    case 180: *matrix = {-one, 0, 0, -one, width, height}; break;
-    case 270: *matrix = {0, -one, one, 0, 0, width}; break;
-    default: *matrix = KRFixedMatrixIdentity; break;
+    case 90:
+        *matrix = {0, one, -one, 0, height, 0};
+        break;
+    case 180:
+        *matrix = {-one, 0, 0, -one, width, height};
+        break;
+    case 270:
+        *matrix = {0, -one, one, 0, 0, width};
+        break;
+    default:
+        *matrix = KRFixedMatrixIdentity;
+        break;
     }
 }
 

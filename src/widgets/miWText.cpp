@@ -43,7 +43,7 @@ std::string DefaultText(DMField *field) {
 TSWidgetData *WTextAcquireData(SCWidgetHandler *, DMAnnot annot) {
     DMField *field = TSDMAnnotGetField(annot);
     auto text = std::make_unique<TSTextData>();
-    TSWidgetData *data = TSDMWidgetAcquireData(annot);
+    TSWidgetDataPtr data(TSDMWidgetAcquireData(annot));
     data->type = Text_K;
     data->value = TSDMWidgetAcquireStringValue(annot);
     text->multiLine = data->fieldFlags & TSFieldMultiLine;
@@ -53,7 +53,7 @@ TSWidgetData *WTextAcquireData(SCWidgetHandler *, DMAnnot annot) {
     text->fontSize = data->textSize;
     text->defaultValue = DefaultText(field);
     data->extension = text.release();
-    return data;
+    return data.release();
 }
 
 void WTextReleaseData(SCWidgetHandler *, TSWidgetData *data) {
@@ -104,7 +104,8 @@ void WriteDefault(DMAnnot annot, const TSTextData &text) {
 
 void WTextWriteData(SCWidgetHandler *, DMAnnot annot, TSWidgetData *data) {
     TSTextData *text = TextOf(data);
-    if (text && !(text->changed & TSTextJustification)) data->quadding = static_cast<std::uint16_t>(text->justification);
+    if (text && !(text->changed & TSTextJustification))
+        data->quadding = static_cast<std::uint16_t>(text->justification);
     TSDMWidgetWriteData(annot, data);
     DMField *field = TSDMAnnotGetField(annot);
     if (!text || !TSDMFieldIsValid(field)) return;

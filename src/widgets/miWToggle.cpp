@@ -60,6 +60,14 @@ std::string MarkOf(const TSToggleData &toggle, bool mayBeCircular) {
     return mayBeCircular ? s_circleMark : "4";
 }
 
+// A widget has one on state: under a new key the faces of the old one go.
+void DropOtherKey(DMAnnot annot, KRAtom onKey) {
+    const KRAtom present = WButtonGetOnKeyEx(annot);
+    if (present == KRAtomNull || present == onKey) return;
+    TSDMAnnotSetAppearance(annot, FaceNormal_K, present, LexNullObj);
+    TSDMAnnotSetAppearance(annot, FaceDown_K, present, LexNullObj);
+}
+
 void SaveFaces(WFace &face, const TSToggleData &toggle, bool circular) {
     DMAnnot annot = face.annot;
     const KRFixed shift = face.data->border.style == TSBorderBeveled && !circular ? face.borderWidth : 0;
@@ -90,6 +98,7 @@ void WriteFaces(SCWidgetHandler *handler, DMAnnot annot, bool mayBeCircular) {
         toggle.caption = MarkOf(toggle, mayBeCircular);
         MakeRoomForStates(annot, FaceNormal_K);
         MakeRoomForStates(annot, FaceDown_K);
+        DropOtherKey(annot, toggle.onKey);
         WFace face = WFaceNew(annot, data);
         SaveFaces(face, toggle, mayBeCircular && toggle.caption == s_circleMark);
     });
@@ -108,10 +117,10 @@ TSWidgetData *WToggleAcquireData(SCWidgetHandler *, DMAnnot annot) {
     toggle->caption = TSDMWidgetGetCaptionEx(annot, WButtonNormal);
     toggle->onKey = WButtonGetOnKey(annot);
     toggle->isDefault = IsDefault(annot, toggle->onKey);
-    TSWidgetData *data = TSDMWidgetAcquireData(annot);
-    data->extension = toggle.release();
+    TSWidgetDataPtr data(TSDMWidgetAcquireData(annot));
     data->value = TSDMWidgetAcquireStringValue(annot);
-    return data;
+    data->extension = toggle.release();
+    return data.release();
 }
 
 void WToggleReleaseData(SCWidgetHandler *, TSWidgetData *data) {
@@ -152,8 +161,7 @@ void WToggleDrawMark(WFace &face, const TSToggleData &toggle, bool circular) {
 }
 
 void WToggleWriteAppearance(SCWidgetHandler *handler, DMAnnot annot, KRAtom state, bool forced, bool mayBeCircular) {
-    if (TSDMWidgetIsNative(annot, nullptr) && (forced || !HasStates(annot)))
-        WriteFaces(handler, annot, mayBeCircular);
+    if (TSDMWidgetIsNative(annot, nullptr) && (forced || !HasStates(annot))) WriteFaces(handler, annot, mayBeCircular);
     TSDMAnnotSetState(annot, state == WButtonGetOnKey(annot) ? state : WButtonGetOffKey());
 }
 

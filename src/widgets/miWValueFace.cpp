@@ -23,6 +23,14 @@ void HideText(EStr *text) {
     for (std::uint16_t at = 0; at < text->length; ++at) text->bytes[at] = '*';
 }
 
+// A single line shows no line ends.
+void DropLineEnds(EStr *text) {
+    for (const char *lineEnd : {"\r", "\n"}) {
+        const EStrPtr find(EStrNewImpl(lineEnd, EStrPDFDoc));
+        EStrReplace(text, find.get(), nullptr);
+    }
+}
+
 LexObj FormResources(const WValueFace &face) {
     return TessellaGetEntry(TSDMFieldGetTessella(face.field), TSEntryDR);
 }
@@ -73,6 +81,7 @@ void WValueFaceWriteText(DMAnnot annot, const EStr *value, bool multiLine, bool 
     WValueFace face = WValueFaceNew(annot, field);
     const EStrPtr text = TSTextForFont(value, face.look.baseFont);
     if (!EStrIsNull(text.get())) {
+        if (!multiLine) DropLineEnds(text.get());
         if (password) HideText(text.get());
         WValueFaceDraw(face, [&] {
             if (multiLine)

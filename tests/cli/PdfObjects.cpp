@@ -21,6 +21,11 @@ struct Pair {
 /** What filling a field changes: its value, its selection, and what shows them. */
 const std::set<std::string> s_filledKeys = {"/V", "/I", "/TI", "/AP", "/AS"};
 
+std::string StoredBytes(Object &stream) {
+    const auto data = stream.getRawStreamData();
+    return {reinterpret_cast<const char *>(data->getBuffer()), data->getSize()};
+}
+
 class Comparison {
 public:
     explicit Comparison(const std::function<bool(const std::string &)> &whichChanged) : changed(whichChanged) {}
@@ -56,10 +61,7 @@ private:
             return Note(pair, std::string(before.getTypeName()) + " became " + after.getTypeName());
         if (before.isStream()) {
             CompareKeys({before.getDict(), after.getDict(), pair.path}, {"/Length"});
-            if (before.getRawStreamData()->getSize() != after.getRawStreamData()->getSize() ||
-                memcmp(before.getRawStreamData()->getBuffer(), after.getRawStreamData()->getBuffer(),
-                       before.getRawStreamData()->getSize()) != 0)
-                Note(pair, "other stream data");
+            if (StoredBytes(before) != StoredBytes(after)) Note(pair, "other stream data");
         } else if (before.isDictionary()) {
             CompareKeys(pair, Passed(before));
         } else if (before.isArray()) {

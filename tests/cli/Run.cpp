@@ -49,7 +49,7 @@ std::ostream &operator<<(std::ostream &stream, const Ran &ran) {
     return stream << "exit " << ran.exit << " signal " << ran.signal << "\n" << ran.out.substr(0, 2000) << ran.err;
 }
 
-Ran Run(const std::vector<std::string> &command, const RunOptions &options) {
+Ran RunProgram(const std::vector<std::string> &command, const RunOptions &options) {
     const Channels channels{TempFile("in", options.in), TempFile("out", ""), TempFile("err", "")};
     std::vector<char *> arguments;
     for (const std::string &argument : command) arguments.push_back(const_cast<char *>(argument.c_str()));
@@ -68,11 +68,11 @@ Ran Run(const std::vector<std::string> &command, const RunOptions &options) {
 
 Ran Jackdaw(std::vector<std::string> arguments, const RunOptions &options) {
     arguments.insert(arguments.begin(), TEST_JACKDAW);
-    return Run(arguments, options);
+    return RunProgram(arguments, options);
 }
 
 bool HasProgram(const std::string &name) {
-    return Run({"sh", "-c", "command -v " + name}).exit == 0;
+    return RunProgram({"sh", "-c", "command -v " + name}).exit == 0;
 }
 
 std::map<std::string, Json> FieldsOf(const std::string &pdf) {

@@ -29,7 +29,7 @@ struct RunOptions {
     unsigned seconds = 120;
 };
 
-Ran Run(const std::vector<std::string> &command, const RunOptions &options = {});
+Ran RunProgram(const std::vector<std::string> &command, const RunOptions &options = {});
 /** The built jackdaw with these arguments. */
 Ran Jackdaw(std::vector<std::string> arguments, const RunOptions &options = {});
 /** The program is installed. */

@@ -248,7 +248,7 @@ Filling MakeFilling(const std::map<std::string, Json> &fields, const std::map<st
 
 // Values by name as pdftk lists them.
 std::map<std::string, std::vector<std::string>> ValuesByPdftk(const std::string &pdf) {
-    const Ran ran = Run({"pdftk", pdf, "dump_data_fields_utf8"});
+    const Ran ran = RunProgram({"pdftk", pdf, "dump_data_fields_utf8"});
     EXPECT_EQ(ran.exit, 0) << ran;
     std::map<std::string, std::vector<std::string>> values;
     std::string name;
@@ -285,7 +285,7 @@ struct Word {
 };
 
 std::multimap<std::string, Word> WordsOf(const std::string &pdf) {
-    const Ran ran = Run({"pdftotext", "-bbox", pdf, "-"});
+    const Ran ran = RunProgram({"pdftotext", "-bbox", pdf, "-"});
     EXPECT_EQ(ran.exit, 0) << ran;
     std::multimap<std::string, Word> words;
     int page = 0;
@@ -336,7 +336,7 @@ TEST_P(SampleForm, FilledInShowsItsValuesAndKeepsAllElse) {
     const std::string out = TempFile("filled.pdf", "");
     const Ran ran = Jackdaw({"fill", Pdf(), "--json", TempFile("data.json", filling.data.dump()), "-o", out});
     ASSERT_EQ(ran.exit, filling.hasPasswords ? 3 : 0) << ran;
-    EXPECT_EQ(Run({"qpdf", "--check", out}).exit, 0);
+    EXPECT_EQ(RunProgram({"qpdf", "--check", out}).exit, 0);
     ExpectValues(out, filling, fields);
     ExpectTexts(out, filling, fields);
     const bool refreshed = NeedsAppearances(Pdf());

@@ -156,11 +156,15 @@ TEST_F(LexField, DefiningAFieldAgainKeepsOrMovesIt) {
     EXPECT_EQ(TSDMAnnotDefineField(DMAnnotFromLexObj(dict), "other"), field);
     EXPECT_EQ(TSDMAnnotDefineField(DMAnnotFromLexObj(doc.At("Pages")), "other"), nullptr);
     EXPECT_EQ(TSDMAnnotDefineField(DMAnnotFromLexObj(NewWidget(doc)), ""), nullptr);
+    // A node cannot leave the fields below it.
+    ASSERT_NE(TSLexDictDefineField(NewWidget(doc), "n.d"), nullptr);
+    EXPECT_EQ(TSLexDictDefineField(FieldOf(doc, "n")->obj, "m"), nullptr);
+    EXPECT_TRUE(TSDMFieldIsValid(FieldOf(doc, "n.d")));
     DMField *moved = TSLexDictDefineField(dict, "c");
     ASSERT_NE(moved, nullptr);
     EXPECT_EQ(FieldOf(doc, "a"), nullptr);
     EXPECT_EQ(FieldOf(doc, "c"), moved);
-    EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 2);
+    EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 3);
 }
 
 TEST_F(LexField, SearchRunsFromTheLastAndThroughUntitledNodes) {
@@ -308,6 +312,24 @@ TEST_F(LexField, WidgetsUnderDottedTitlesDoNotMeetEachOther) {
     }
     EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 2);
     EXPECT_EQ(LexArrayLength(LexDictGet(FieldOf(doc, "a.x")->obj, Kids_K)), 2);
+}
+
+void RemoveField(void *record, void *) {
+    const LexObj dict = static_cast<TSFieldNotifyRec *>(record)->field->obj;
+    TSDMAnnotRemoveField(DMAnnotFromLexObj(dict), nullptr, /*flag*/ false, /*keepValue*/ false);
+}
+
+TEST_F(LexField, AFieldThatItsFirstDisplayRemovesIsNoResult) {
+    TestDoc doc(FormObjects({"/FT /Tx /T (a) /V (v)", "/FT /Tx /T (s) /V (v)"}));
+    DMField *field = FieldOf(doc, "a");
+    DMField *source = FieldOf(doc, "s");
+    const Observer observer(TSFieldWillDisplay, &RemoveField);
+    const LexObj widget = NewWidget(doc);
+    LexDictPut(widget, FT_K, Name(doc, "Tx"));
+    EXPECT_EQ(TSDMAnnotDefineField(DMAnnotFromLexObj(widget), "n"), nullptr);
+    EXPECT_EQ(TSLexDictCopyField(NewWidget(doc), source, "m", /*fresh*/ false, /*noActions*/ false), nullptr);
+    EXPECT_EQ(TSDMFieldRename(field, "b"), nullptr);
+    EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 1);
 }
 
 /** Processor time: the machine may be busy. */

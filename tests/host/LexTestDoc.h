@@ -23,12 +23,9 @@ inline KRAtom atom(const char *text) {
 /** In braces the bodies of objects 1, 2, ...; in parentheses the bytes of a file or a document already opened. */
 class Doc {
 public:
-    Doc(std::initializer_list<std::string> objects) : Doc(PdfText(objects)) {
-    }
-    explicit Doc(const std::string &bytes) : Doc(lex::openPdfBytes("test.pdf", bytes, nullptr)) {
-    }
-    explicit Doc(LexDoc opened) : doc(opened) {
-    }
+    Doc(std::initializer_list<std::string> objects) : Doc(PdfText(objects)) {}
+    explicit Doc(const std::string &bytes) : Doc(lex::openPdfBytes("test.pdf", bytes, nullptr)) {}
+    explicit Doc(LexDoc opened) : doc(opened) {}
     ~Doc() {
         lex::closeDoc(doc);
     }
@@ -71,7 +68,8 @@ inline LexObj copyDict(LexDoc to, LexObj from) {
     }
     if (lex::typeOf(from) != LexArray) return lex::copyScalar(to, from);
     const LexObj copy = lex::newArray(to, /*indirect*/ false);
-    for (std::int32_t i = 0; i < lex::arrayLength(from); ++i) lex::arrayPut(copy, i, copyDict(to, lex::arrayGet(from, i)));
+    for (std::int32_t i = 0; i < lex::arrayLength(from); ++i)
+        lex::arrayPut(copy, i, copyDict(to, lex::arrayGet(from, i)));
     return copy;
 }
 

@@ -272,13 +272,19 @@ TEST(LexEnum, WalksWhatWasThereAtItsStartAndLetsARaisePass) {
 TEST(LexStreams, NewDataIsEncodedByTheFiltersOrTakenAsItStands) {
     Doc doc{"<< >>"};
     const std::string data = "Four zeros: " + std::string(4, '\0') + " and a tail of 3.";
-    const char *filters[] = {"/FlateDecode", "/ASCIIHexDecode", "/ASCII85Decode", "[/ASCII85Decode /FlateDecode]",
-                             "[/FlateDecode /FlateDecode]", "/LZWDecode", "[/DCTDecode 7]"};
+    const char *filters[] = {"/FlateDecode",
+                             "/ASCIIHexDecode",
+                             "/ASCII85Decode",
+                             "[/ASCII85Decode /FlateDecode]",
+                             "[/FlateDecode /FlateDecode]",
+                             "/LZWDecode",
+                             "[/DCTDecode 7]"};
     LexObj list = lex::newArray(doc, false);
     lex::dictPut(lex::rootOf(doc), atom("L"), list);
     for (const char *filter : filters) {
         Doc attributes{std::string("<< /Filter ") + filter + " /DecodeParms << /Predictor 12 >> /BBox [0 0 1 1] >>"};
-        const LexObj stream = lex::newStream(doc, data, /*encode*/ true, copyDict(doc, lex::rootOf(attributes)), LexNullObj);
+        const LexObj stream =
+            lex::newStream(doc, data, /*encode*/ true, copyDict(doc, lex::rootOf(attributes)), LexNullObj);
         EXPECT_EQ(lex::decodedData(stream), data) << filter;
         EXPECT_NE(lex::rawData(stream), data) << filter;
         lex::arrayInsert(list, 1000, stream);
@@ -302,9 +308,10 @@ TEST(LexStreams, NewDataIsEncodedByTheFiltersOrTakenAsItStands) {
 }
 
 TEST(LexStreams, BadDataAndBombsRaiseAndTheDocumentStaysGood) {
-    Doc doc{"<< /Unknown 2 0 R /Broken 3 0 R /Wrong 4 0 R >>", "<< /Length 3 /Filter /Nobody >>\nstream\nabc\nendstream",
-             "<< /Length 4 /Filter /FlateDecode >>\nstream\nabcd\nendstream",
-             "<< /Length 5 >>\nstream\ntwelve bytes\nendstream"};
+    Doc doc{"<< /Unknown 2 0 R /Broken 3 0 R /Wrong 4 0 R >>",
+            "<< /Length 3 /Filter /Nobody >>\nstream\nabc\nendstream",
+            "<< /Length 4 /Filter /FlateDecode >>\nstream\nabcd\nendstream",
+            "<< /Length 5 >>\nstream\ntwelve bytes\nendstream"};
     EXPECT_EQ(codeOf([&] { lex::decodedData(doc.at("Unknown")); }), KRErrBadStream);
     EXPECT_EQ(codeOf([&] { lex::decodedData(doc.at("Broken")); }), KRErrBadStream);
     EXPECT_EQ(lex::rawData(doc.at("Broken")), "abcd");

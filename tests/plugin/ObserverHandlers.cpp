@@ -3,6 +3,7 @@
 #include "Observer.h"
 
 #include <cstring>
+#include <utility>
 
 namespace observer {
 

@@ -33,6 +33,9 @@ struct TreeName {
     }
     TreeName(const TreeName &) = delete;
     TreeName &operator=(const TreeName &) = delete;
+    const EStr *Get() const {
+        return &text;
+    }
     EStr text{};
 };
 
@@ -45,15 +48,15 @@ KRAtom Tree() {
 }
 
 void Add(const char *name, LexObj value, std::uint32_t flags = 0) {
-    Forms::TSAddNameEntry(lex, Tree(), &TreeName(name).text, value, flags);
+    Forms::TSAddNameEntry(lex, Tree(), TreeName(name).Get(), value, flags);
 }
 
 void Remove(const char *name, KRBool updateLimits, std::uint32_t flags) {
-    Forms::TSRemoveNameEntry(lex, Tree(), &TreeName(name).text, updateLimits, flags);
+    Forms::TSRemoveNameEntry(lex, Tree(), TreeName(name).Get(), updateLimits, flags);
 }
 
 LexObj Find(const char *name) {
-    return Forms::TSFindNameEntry(lex, Tree(), &TreeName(name).text);
+    return Forms::TSFindNameEntry(lex, Tree(), TreeName(name).Get());
 }
 
 std::string Entries() {

@@ -34,7 +34,7 @@ struct Ran {
 };
 
 /** Runs jackdaw with all three plug-ins; `environment` is a list of assignments for a shell. */
-Ran Run(const std::string &environment, const std::string &arguments) {
+Ran RunJackdaw(const std::string &environment, const std::string &arguments) {
     const std::string out = TempFile("out", ""), err = TempFile("err", "");
     const std::string command = environment + " '" JACKDAW_PROGRAM "' --plug-ins '" CONTRACT_PLUG_INS "' " + arguments +
                                 " >'" + out + "' 2>'" + err + "'";
@@ -48,7 +48,7 @@ class Contract : public testing::TestWithParam<const char *> {};
 
 TEST_P(Contract, HoldsFor) {
     const std::string name = GetParam();
-    const Ran ran = Run("OBSERVER_CASE=" + name, "fields '" + FormFile() + "'");
+    const Ran ran = RunJackdaw("OBSERVER_CASE=" + name, "fields '" + FormFile() + "'");
     EXPECT_EQ(ran.err, "observer: " + name + " ok\n");
     // The command goes on with the form as the plug-in left it.
     EXPECT_EQ(ran.exitCode, 0);
@@ -66,8 +66,8 @@ INSTANTIATE_TEST_SUITE_P(Cases, Contract,
                              return name;
                          });
 
-TEST(Contract, EveryExportComesBeforeAnyInit) {
-    const Ran ran = Run("OBSERVER_PHASES=1", "fields '" + FormFile() + "'");
+TEST(ContractOfPlugIns, EveryExportComesBeforeAnyInit) {
+    const Ran ran = RunJackdaw("OBSERVER_PHASES=1", "fields '" + FormFile() + "'");
     EXPECT_EQ(ran.exitCode, 0);
     EXPECT_EQ(ran.err, "earlier: export, Forms is not there, 0 running\n"
                        "earlier: register, Forms is there, 0 running\n"
@@ -75,16 +75,16 @@ TEST(Contract, EveryExportComesBeforeAnyInit) {
 }
 
 // What the command line does to a form, other plug-ins hear of, and may refuse or change.
-TEST(Contract, ObserversJudgeTheCommandLine) {
+TEST(ContractOfPlugIns, ObserversJudgeTheCommandLine) {
     const std::string form = FormFile(), filled = TempFile("filled.pdf", "");
     const auto fill = [&](const std::string &sets) {
-        return Run("OBSERVER_CASE=watch", "fill '" + form + "' " + sets + " -o '" + filled + "'");
+        return RunJackdaw("OBSERVER_CASE=watch", "fill '" + form + "' " + sets + " -o '" + filled + "'");
     };
     Ran ran = fill("--set alpha=lower --set secret=broken --set twin=forbidden");
     EXPECT_EQ(ran.exitCode, 3);
     EXPECT_NE(ran.err.find("jackdaw: twin: the form refused the value \"forbidden\"\n"), std::string::npos) << ran.err;
     EXPECT_NE(ran.err.find("jackdaw: secret: "), std::string::npos) << ran.err;
-    ran = Run("", "fields --json '" + filled + "'");
+    ran = RunJackdaw("", "fields --json '" + filled + "'");
     EXPECT_NE(ran.out.find(R"("name":"alpha","type":"text","value":"UPPER")"), std::string::npos) << ran.out;
     EXPECT_NE(ran.out.find(R"("name":"twin","type":"text","value":"1")"), std::string::npos) << ran.out;
     ran = fill("--set \"alpha=raised in C\" --set \"twin=forbidden in C\"");

@@ -1,0 +1,95 @@
+// How fast appearances are made: one text field's value set over and over, and the layout of texts alone. The plug-in's
+// libraries run in one process with the viewer's.
+// SPDX-License-Identifier: MIT
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <string>
+
+#include "CoreHFT.h"
+#include "DMField.h"
+#include "DMFieldLife.h"
+#include "DMFieldValue.h"
+#include "DocModelHFT.h"
+#include "FontMgr.h"
+#include "FormStr.h"
+#include "KernelSupportHFT.h"
+#include "LexFieldHooks.h"
+#include "ScreenViewHFT.h"
+#include "Startup.h"
+#include "Tessella.h"
+#include "TextLook.h"
+#include "WidgetHandlers.h"
+#include "mdPI.h"
+#include "miCStore.h"
+
+namespace {
+
+SCDoc s_view;
+
+void StartForms() {
+    jackdaw::HostOptions options;
+    options.loadPlugIns = false;
+    jackdaw::StartHost(options);
+    CreateTessellaNotificationServer();
+    TessellaKRAtoms();
+    mdInit();
+    InitProtoField();
+    FontMgrInit();
+    TSSCAppInstallBuiltInWidgetHandlers();
+    NameHashInit();
+}
+
+void OpenForm(const char *path) {
+    KRPathName name = KRPathFromPlatformPath(path);
+    s_view = SCDocOpenFromFile(name, KRGetDefaultFileSys(), "");
+    KRFileSysReleasePath(KRGetDefaultFileSys(), name);
+}
+
+void SetTextValue(benchmark::State &state) {
+    DMDoc doc = SCDocGetDMDoc(s_view);
+    LexDoc lex = DMDocGetLexDoc(doc);
+    DMField *field = TSDMDocGetDMFieldFromName(doc, "field000000");
+    std::int32_t number = 0;
+    for (auto _ : state) {
+        const std::string text = "Value number " + std::to_string(++number);
+        TSDMFieldSetValue(field,
+                          LexNewString(lex, /*indirect*/ false, text.data(), static_cast<std::int32_t>(text.size())));
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(SetTextValue);
+
+// `range` 0: one line; else a text of so many words, wrapped. Automatic size both times.
+void LayOutText(benchmark::State &state) {
+    const KRFixedRect rect{0, KRFixedFromInt(200), KRFixedFromInt(300), 0};
+    const TSBorder border{TSBorderSolid, 1, 0, {}};
+    std::string text = "One line of text";
+    for (std::int64_t i = 0; i < state.range(0); ++i) text += i % 7 ? " words" : " and more";
+    for (auto _ : state) {
+        CStore *store = TSLayoutNew(&rect, 0);
+        TextAppearance look = TextAppearanceDefault();
+        std::string copy = text;
+        TSLayoutText(store, state.range(0) > 0, /*wrap*/ true, &border, &look, copy.data());
+        benchmark::DoNotOptimize(store->length);
+        TSLayoutDelete(store);
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(LayOutText)->Arg(0)->Arg(50)->Arg(500);
+
+} // namespace
+
+int main(int argc, char **argv) {
+    benchmark::Initialize(&argc, argv);
+    if (argc != 2) {
+        std::fputs("usage: appearance_bench [--benchmark_...] FORM, made by gen_forms\n", stderr);
+        return 2;
+    }
+    StartForms();
+    OpenForm(argv[1]);
+    benchmark::RunSpecifiedBenchmarks();
+    SCDocClose(s_view, /*noDirtyCheck*/ true);
+    jackdaw::StopHost();
+    return 0;
+}
