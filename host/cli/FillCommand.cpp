@@ -129,6 +129,7 @@ std::vector<Assignment> ReadJson(const std::string &path) {
 }
 
 std::vector<Assignment> ReadAssignments(const FillOptions &options) {
+    if (options.json == "-" && options.input.file == "-") throw CommandFailed{"standard input is asked for twice"};
     std::vector<Assignment> assignments = ReadJson(options.json);
     for (const std::string &set : options.sets) assignments.push_back(AssignmentOfSet(set));
     if (assignments.empty()) throw CommandFailed{"no values given: use --set NAME=VALUE or --json DATA"};

@@ -80,9 +80,5 @@ int main(int argc, char **argv) {
     }
     const int result = RunGuarded(app, options);
     StopHost();
-    if (std::fflush(stdout) != 0) {
-        PrintFailure("standard output cannot be written");
-        return ExitNothingDone;
-    }
-    return result;
+    LeaveProcess(result);
 }

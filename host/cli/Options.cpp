@@ -8,14 +8,18 @@ namespace jackdaw::cli {
 
 namespace {
 
+std::string CheckPath(const std::string &path) {
+    return path.empty() ? "the path is empty" : "";
+}
+
 void AddInput(CLI::App *command, InputOptions &input) {
-    command->add_option("FILE", input.file, "The PDF document; - is standard input")->required();
+    command->add_option("FILE", input.file, "The PDF document; - is standard input")->required()->check(CheckPath);
     command->add_option("--password-file", input.passwordFile,
                         "File whose first line is the password of an encrypted document");
 }
 
 void AddOutput(CLI::App *command, std::string &output, const char *what) {
-    command->add_option("-o,--output", output, what)->required();
+    command->add_option("-o,--output", output, what)->required()->check(CheckPath);
 }
 
 void DescribeFields(CLI::App &app, FieldsOptions &options) {

@@ -73,7 +73,10 @@ std::string SentenceOf(KRErrorCode code) {
 }
 
 std::string ReadInput(const std::string &path) {
-    if (path == "-") return ReadStream(stdin, "standard input");
+    if (path == "-") {
+        if (std::feof(stdin)) throw CommandFailed{"standard input is asked for twice"};
+        return ReadStream(stdin, "standard input");
+    }
     const File in(std::fopen(path.c_str(), "rb"), &std::fclose);
     if (!in) throw CommandFailed{path + ": " + Reason()};
     return ReadStream(in.get(), path);
@@ -115,8 +118,12 @@ OpenDocument::OpenDocument(const std::string &path, const std::string &passwordF
     if (code != KRErrNone) throw CommandFailed{name + ": " + SentenceOf(code)};
 }
 
+// A large form is a million small blocks, which take seconds to free one by one. The process is about to end: a release
+// build leaves them to the system.
 OpenDocument::~OpenDocument() {
+#ifndef NDEBUG
     Protect([&] { SCDocClose(view, /*noDirtyCheck*/ true); });
+#endif
 }
 
 void OpenDocument::SaveAs(const std::string &path) {
@@ -138,6 +145,19 @@ void OpenDocument::RequireForm() const {
 void OpenDocument::RequireFilling() const {
     if (!(DMDocGetPermissions(doc) & s_fillPermissions))
         throw CommandFailed{name + ": the document does not permit filling in; its owner's password may"};
+}
+
+void LeaveProcess(int code) {
+    if (std::fflush(stdout) != 0) {
+        PrintFailure("standard output cannot be written: " + Reason());
+        code = ExitNothingDone;
+    }
+#ifdef NDEBUG
+    std::fflush(stderr);
+    std::_Exit(code);
+#else
+    std::exit(code);
+#endif
 }
 
 void CopyToOutput(const std::string &path) {

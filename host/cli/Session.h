@@ -41,7 +41,7 @@ private:
     std::string path;
 };
 
-/** A document opened in a view without a window; closed with the object. */
+/** A document opened in a view without a window, for the rest of the process. */
 class OpenDocument {
 public:
     /** "-" is standard input. `passwordFile` may be empty. Throws CommandFailed. */
@@ -68,6 +68,9 @@ private:
     SCDoc view = nullptr;
     DMDoc doc = nullptr;
 };
+
+/** Ends the process; output that cannot be written turns `code` into ExitNothingDone. */
+[[noreturn]] void LeaveProcess(int code);
 
 /** Copies a file to standard output. Throws CommandFailed. */
 void CopyToOutput(const std::string &path);

@@ -49,9 +49,10 @@ bool SameByte(char a, char b) {
     return a == b || (IsBlank(a) && IsBlank(b));
 }
 
+// The blank behind the opening marker may be the one in front of EMC: an emptied field has nothing between them.
 void SkipOldContent(Splice &splice) {
     static constexpr char s_marker[] = " EMC ";
-    std::size_t seen = 0;
+    std::size_t seen = 1;
     while (splice.oldAt < splice.old.size() && seen < 5) {
         const char c = splice.old[splice.oldAt++];
         if (SameByte(c, s_marker[seen]))

@@ -93,7 +93,8 @@ DMField *TSLexDocGetDMFieldFromNameStr(LexDoc doc, const NameStr *name);
 
 /** Loads all fields of the form, once. */
 void TSDMDocLoadDMFields(DMDoc doc);
-/** Loads the fields if the document's script record says that this has yet to be done. Lazy loading goes through here. */
+/** Loads the fields if the document's script record says that this has yet to be done. Lazy loading goes through here.
+ */
 void TSDMDocLoadFieldsIfNeeded(DMDoc doc);
 
 /**
@@ -161,9 +162,9 @@ struct FieldName {
     std::size_t length;
 };
 /**
- * What a title (the value of `T`) stands for in a full name. Names are bytes in PDFDocEncoding; other writers give titles
- * in UCS-2, which holds zero bytes, so a marked title is brought to PDFDocEncoding, or to UTF-8 when that loses. At most
- * 253 bytes are taken. Titles are compared in this form. False when the object is no string.
+ * What a title (the value of `T`) stands for in a full name. Names are bytes in PDFDocEncoding; other writers give
+ * titles in UCS-2, which holds zero bytes, so a marked title is brought to PDFDocEncoding, or to UTF-8 when that loses.
+ * At most 253 bytes are taken. Titles are compared in this form. False when the object is no string.
  */
 bool FieldTitleText(LexObj title, FieldName *text);
 /**
@@ -205,7 +206,7 @@ void DMFieldSetObj(DMField *field, LexObj dict);
 DMField *DMFieldTopOfName(DMField *field);
 
 /**
- * Takes apart a non-terminal dictionary whose place is inside another root: each kid gets the dotted name of its path as
- * its own `T` and loses `Parent`, inheriting what the dictionary had. A dictionary without `T` is destroyed.
+ * Takes apart a non-terminal dictionary whose place is inside another root: each kid gets the dotted name of its path
+ * as its own `T` and loses `Parent`, inheriting what the dictionary had. A dictionary without `T` is destroyed.
  */
 void TSLexDictRemoveHierarchy(LexObj dict);

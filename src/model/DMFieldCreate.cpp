@@ -78,8 +78,7 @@ bool IsAssembling(LexObj dict) {
 /** The record of a dictionary under construction; undefined in the end unless it was given away. */
 class NewRecord {
 public:
-    NewRecord(std::string_view name, LexObj dict) : dict(dict), field(AllocDMField(name, dict)) {
-    }
+    NewRecord(std::string_view name, LexObj dict) : dict(dict), field(AllocDMField(name, dict)) {}
     /** The record, if it is still there: what is called meanwhile may have undefined it. */
     DMField *Get() const {
         return field && TSLexObjFindDMField(dict) == field ? field : nullptr;
@@ -95,7 +94,8 @@ private:
     DMField *field;
 };
 
-/** What belongs inside another root goes there: a widget by its name, a subtree in pieces that will come by their own. */
+/** What belongs inside another root goes there: a widget by its name, a subtree in pieces that will come by their own.
+ */
 DMField *MergeIntoRoot(LexObj dict, std::string_view name) {
     if (LexDictKnown(dict, Kids_K)) {
         TSLexDictRemoveHierarchy(dict);
@@ -135,8 +135,10 @@ DMField *BuildRecord(NewRecord *record, LexObj dict, std::string_view name) {
     if (!record->Get()) return nullptr;
     Placed placed = Placed::Yes;
     DMField *merged = nullptr;
-    if (!HasParent(dict)) placed = PlaceRoot(record, dict, name, &merged);
-    else if (!DMFieldLinkToParent(record->Get())) placed = Placed::No;
+    if (!HasParent(dict))
+        placed = PlaceRoot(record, dict, name, &merged);
+    else if (!DMFieldLinkToParent(record->Get()))
+        placed = Placed::No;
     if (placed == Placed::Merged) return merged;
     if (placed == Placed::No || !record->Get()) {
         record->Undefine();
@@ -191,8 +193,9 @@ void ReleaseKid(LexObj parent, LexObj kid, const std::string &prefix, int depth)
     const bool hasTitle = LexDictKnown(kid, T_K);
     const std::string name = hasTitle ? prefix + "." + TitleOf(kid) : prefix;
     LexDictRemove(kid, parent_K);
-    LexDictPut(kid, T_K, LexNewString(LexObjGetDoc(kid), /*indirect*/ false, name.data(),
-                                      static_cast<std::int32_t>(name.size())));
+    LexDictPut(
+        kid, T_K,
+        LexNewString(LexObjGetDoc(kid), /*indirect*/ false, name.data(), static_cast<std::int32_t>(name.size())));
     TSLexDictPartialCopy(parent, kid, /*sameDocument*/ true);
     if (LexDictKnown(kid, Kids_K)) FlattenInto(kid, name, depth + 1);
 }
@@ -228,8 +231,10 @@ void PopulateDMField(DMField *field) {
     TSDMFieldUpdateFlags(field);
     TSDMFieldUpdateEntries(field);
     const LexObj type = LexDictGet(field->obj, FT_K);
-    if (LexObjGetType(type) == LexName) field->type = LexNameValue(type);
-    else if (LexObjGetType(type) == LexNull) field->type = field->parent ? field->parent->type : KRAtomNull;
+    if (LexObjGetType(type) == LexName)
+        field->type = LexNameValue(type);
+    else if (LexObjGetType(type) == LexNull)
+        field->type = field->parent ? field->parent->type : KRAtomNull;
 }
 
 void DMFieldComplete(DMField *field) {

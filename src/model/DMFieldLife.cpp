@@ -31,8 +31,10 @@ void Subscribe(std::int32_t notification, Proc *proc) {
 /** Brings the display of a field that is due up to its value. */
 void ShowValue(DMField *field) {
     const LexObj value = TSDMFieldGetEntry(field, TSEntryV);
-    if (LexObjGetType(value) != LexNull) TSDMFieldProduceDisplayFromValue(field, value);
-    else TSDMFieldReset(field);
+    if (LexObjGetType(value) != LexNull)
+        TSDMFieldProduceDisplayFromValue(field, value);
+    else
+        TSDMFieldReset(field);
 }
 
 /** Makes all appearances if the form asks for it, and takes the request back. A request that is no boolean raises. */

@@ -84,8 +84,10 @@ void TakeMarked(std::string_view marked, FieldName *name) {
     const EStrPtr text(EStrNewImpl(nullptr, EStrUCS2));
     EStrSetBytesSized(text.get(), marked.data(), marked.size(), EStrUCS2);
     EStrSetEncoding(text.get(), EStrText);
-    if (EStrGetEncoding(text.get()) == EStrPDFDoc) SetText(name, EStrGetBytes(text.get()));
-    else SetText(name, UTF8OfMarked(marked));
+    if (EStrGetEncoding(text.get()) == EStrPDFDoc)
+        SetText(name, EStrGetBytes(text.get()));
+    else
+        SetText(name, UTF8OfMarked(marked));
 }
 
 /** A name that is written from its end: climbing meets the last title first. */
@@ -116,8 +118,10 @@ bool FieldTitleText(LexObj title, FieldName *text) {
     std::int32_t length = 0;
     const char *bytes = LexStringValue(title, &length);
     const std::string_view all(bytes, static_cast<std::size_t>(length));
-    if (IsMarked(all)) TakeMarked(all, text);
-    else SetText(text, all.substr(0, all.find('\0')));
+    if (IsMarked(all))
+        TakeMarked(all, text);
+    else
+        SetText(text, all.substr(0, all.find('\0')));
     return true;
 }
 

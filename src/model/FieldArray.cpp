@@ -68,8 +68,10 @@ void NoteName(FieldArrayNames &names, LexObj obj) {
 
 void NoteMember(FieldArrayMembers &index, LexObj obj) {
     if (LexObjIsIndirect(obj)) {
-        if (FieldArrayMembers::Member *member = FindMember(index, obj)) ++member->count;
-        else index.members.emplace(LexObjGetID(obj), FieldArrayMembers::Member{obj, 1});
+        if (FieldArrayMembers::Member *member = FindMember(index, obj))
+            ++member->count;
+        else
+            index.members.emplace(LexObjGetID(obj), FieldArrayMembers::Member{obj, 1});
     }
     if (index.names) NoteName(*index.names, obj);
 }

@@ -37,8 +37,7 @@ struct FieldArrayMembers {
         LexObj obj;
         std::int32_t count;
     };
-    explicit FieldArrayMembers(LexObj array) : array(array) {
-    }
+    explicit FieldArrayMembers(LexObj array) : array(array) {}
     LexObj array;
     std::int32_t length = 0;
     LexObj last = LexNullObj;
@@ -71,9 +70,10 @@ LexObj FieldArrayLastNamed(LexObj array, std::string_view name);
 /** What FieldArrayFindRoot came upon first, from the last element on. */
 enum class FieldRootFound { Nothing, Inside, Nameless };
 /**
- * Looks in `Fields` for a root, other than `dict` itself, that a field of the full name `name` belongs into: one of that
- * name, or of a name that it continues behind a dot. A dictionary without a name ends the search where it is met, unless
- * it is being moved or about to leave (DocHashControl::moving, moved). Elements that are no dictionaries are passed over.
+ * Looks in `Fields` for a root, other than `dict` itself, that a field of the full name `name` belongs into: one of
+ * that name, or of a name that it continues behind a dot. A dictionary without a name ends the search where it is met,
+ * unless it is being moved or about to leave (DocHashControl::moving, moved). Elements that are no dictionaries are
+ * passed over.
  */
 FieldRootFound FieldArrayFindRoot(LexObj fields, LexObj dict, std::string_view name);
 /** Takes many elements out at once: `array` under `key` of `owner` is rewritten when that is cheaper. */

@@ -7,6 +7,7 @@
 // SPDX-License-Identifier: MIT
 #include "LexField.h"
 
+#include <cstring>
 #include <unordered_set>
 
 #include "DMField.h"
@@ -21,6 +22,14 @@ namespace {
 /** Below this length there is no index; the search is as quick. */
 constexpr std::int32_t kLongArray = 64;
 
+/** The titles stand for the same part of a name, whatever their encodings. */
+bool SameTitle(LexObj a, LexObj b) {
+    if (TSLexObjEquivalent(a, b)) return true;
+    FieldName first, second;
+    return FieldTitleText(a, &first) && FieldTitleText(b, &second) && first.length == second.length &&
+           std::memcmp(first.text, second.text, first.length) == 0;
+}
+
 /** The search as it is defined. A holder of kids is entered once, however often it is listed. */
 class TitleSearch {
 public:
@@ -34,7 +43,7 @@ public:
             if (LexObjGetType(element) != LexDict) continue;
             const LexObj own = LexDictGet(element, T_K);
             if (LexObjGetType(own) == LexString) {
-                if (!TSLexObjEquivalent(own, m_title) || !Counts(element, place)) continue;
+                if (!SameTitle(own, m_title) || !Counts(element, place)) continue;
                 *field = TSDMFieldFromLexObj(element);
                 return true;
             }
@@ -74,8 +83,7 @@ DMField *FieldSiblingFind(DMDoc doc, DMField *at, LexObj array, LexObj title, co
     if (LexArrayLength(array) >= kLongArray) {
         LexObj last = LexNullObj;
         const KRErrorCode code = Protect([&] { last = FieldArrayLastNamed(array, fullName); });
-        if (LexObjGetType(last) == LexDict && TSLexObjEquivalent(LexDictGet(last, T_K), title))
-            return TSDMFieldFromLexObj(last);
+        if (LexObjGetType(last) == LexDict && SameTitle(LexDictGet(last, T_K), title)) return TSDMFieldFromLexObj(last);
         // What is deeper down, below elements without a title, has a record under this name if it is a field.
         if (code == KRErrNone && !TSDMDocGetDMFieldFromName(doc, fullName.c_str())) return nullptr;
     }

@@ -92,8 +92,10 @@ void DropEntry(DocHashControl *control, NameEntry *entry) {
     }
     const std::string_view name = NameOf(entry);
     control->byName.erase(name);
-    if (entry->prev) entry->prev->next = entry->next;
-    else control->buckets[StrGetBucket(name.data(), name.size())] = entry->next;
+    if (entry->prev)
+        entry->prev->next = entry->next;
+    else
+        control->buckets[StrGetBucket(name.data(), name.size())] = entry->next;
     if (entry->next) entry->next->prev = entry->prev;
     FreeEntry(entry);
 }
@@ -196,7 +198,7 @@ DocHashControl *TSLexDocGetHashHead(LexDoc doc) {
 
 DocHashControl *TSDMDocFindHashHead(DMDoc doc) {
     for (DocHashControl *control = OpenDocsHashControls; control; control = control->next) {
-        if (control->doc == doc) return control;
+        if (control->doc == doc && !IsStale(control)) return control;
     }
     return nullptr;
 }
@@ -334,7 +336,9 @@ void DocFreeLex(DMDoc doc, bool closing) {
 
 void CleanUpOpenDocsHashControls() {
     for (DocHashControl **link = &OpenDocsHashControls; *link;) {
-        if ((*link)->closing) FreeBlock(link);
-        else link = &(*link)->next;
+        if ((*link)->closing || IsStale(*link))
+            FreeBlock(link);
+        else
+            link = &(*link)->next;
     }
 }

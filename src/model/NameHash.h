@@ -72,7 +72,8 @@ struct DocHashControl {
     std::unordered_multimap<std::int32_t, DMField *> byObject;
     /** Members of long `Fields` and `Kids` arrays, beside the arrays, whose order it leaves alone. */
     FieldArrayIndex arrays;
-    /** Tops of groups whose kids were loaded, with the length of their `Kids` then; emptied when a field is undefined. */
+    /** Tops of groups whose kids were loaded, with the length of their `Kids` then; emptied when a field is undefined.
+     */
     std::unordered_map<const DMField *, std::int32_t> kidsLoaded;
     /** Widgets under a dotted title that are on their way into the tree, without title and parent for the moment. */
     std::vector<LexObj> moving;
@@ -167,9 +168,9 @@ private:
 };
 
 /**
- * Frees all records and names of a document without touching a dictionary. With `closing` the block takes no more fields
- * and waits to be freed.
+ * Frees all records and names of a document without touching a dictionary. With `closing` the block takes no more
+ * fields and waits to be freed.
  */
 void DocFreeLex(DMDoc doc, bool closing);
-/** Frees the blocks of closed documents. */
+/** Frees the blocks of closed documents, with a view or without. */
 void CleanUpOpenDocsHashControls();

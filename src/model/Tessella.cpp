@@ -86,8 +86,7 @@ void WriteDefaultLook(LexObj form, TextAppearance *look) {
     if (BufControlAlloc(&buffer, firstSize) != 0) KRRaise(KRErrNoMemory);
     const KRErrorCode code = Protect([&] {
         if (TextAppearanceSTRM(look, &buffer) != 0) KRRaise(KRErrBadParam);
-        LexDictPut(form, textApp_K,
-                   LexNewString(LexObjGetDoc(form), /*indirect*/ false, buffer.data, buffer.length));
+        LexDictPut(form, textApp_K, LexNewString(LexObjGetDoc(form), /*indirect*/ false, buffer.data, buffer.length));
     });
     BufControlFree(&buffer);
     RaiseIf(code);
@@ -189,7 +188,7 @@ void TessellaSetDefaultTextAppearance(LexObj form, TextAppearance *look) {
 
 bool CreateTessellaNotificationServer() {
     if (TessellaNotificationServer) return true;
-    TessellaNotificationServer = new (std::nothrow) NotificationServer *[TSServerCount]{};
+    TessellaNotificationServer = new (std::nothrow) NotificationServer *[TSServerCount] {};
     if (!TessellaNotificationServer) return false;
     for (int index = TSServerCount; index-- > 0;)
         TessellaNotificationServer[index] = NotificationServerNew(/*maxObservers*/ 0, /*replaceOldest*/ false);

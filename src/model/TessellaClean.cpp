@@ -43,8 +43,10 @@ bool deleteField(DMAnnot annot, DMPage page, void *clientData) {
 /** A step over all terminal fields: lists those with a widget that is on no page, and clears the marks. */
 KRBool fieldCleanup(DMField *field, void *orphans) {
     if (!TSDMFieldIsAnnot(field)) return true;
-    if (field->state & DMFieldSeen) field->state &= ~DMFieldSeen;
-    else static_cast<std::vector<LexObj> *>(orphans)->push_back(field->obj);
+    if (field->state & DMFieldSeen)
+        field->state &= ~DMFieldSeen;
+    else
+        static_cast<std::vector<LexObj> *>(orphans)->push_back(field->obj);
     return true;
 }
 

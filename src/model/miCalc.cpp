@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <memory>
 #include <utility>
+#include <vector>
 
 #include "DMField.h"
 #include "DocData.h"
@@ -45,7 +46,8 @@ void DropWorkingList(TJSDocData *data) {
     TSCalcArrayDelete(std::exchange(data->calcArray, nullptr));
 }
 
-/** The fields that `current` has beyond `saved`, with their places in the source's list, in the order of those places. */
+/** The fields that `current` has beyond `saved`, with their places in the source's list, in the order of those places.
+ */
 std::vector<std::pair<std::int32_t, DMField *>> NewFields(DMDoc target, const TSCalcArray *current,
                                                           const TSCalcArray *saved, const TSCalcArray *source) {
     std::vector<std::pair<std::int32_t, DMField *>> fields;
@@ -108,7 +110,8 @@ std::int32_t TSCalcArrayGetFieldIndex(const TSCalcArray *array, const char *name
     const auto count = array->counts.find(wanted);
     if (count == array->counts.end()) return -1;
     if (count->second == 1) return static_cast<std::int32_t>(IndexOfOnly(array, wanted));
-    return static_cast<std::int32_t>(std::find(array->names.begin(), array->names.end(), wanted) - array->names.begin());
+    return static_cast<std::int32_t>(std::find(array->names.begin(), array->names.end(), wanted) -
+                                     array->names.begin());
 }
 
 void TSCalcArrayInsertEntry(TSCalcArray *array, std::int32_t index, const DMField *field) {

@@ -4,16 +4,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <deque>
 #include <string>
 #include <unordered_map>
-#include <vector>
 
 #include "DocModelHFT.h"
 #include "FormsTypes.h"
 
 /** A list of names. Change it through the operations below: they keep the count of each name beside it in step. */
 struct TSCalcArray {
-    std::vector<std::string> names;
+    std::deque<std::string> names;
     /** How often each name stands in the list. Beside the list: it answers "is it listed" and orders nothing. */
     std::unordered_map<std::string, std::int32_t> counts;
     /** Where a search begins; positions found are the same from anywhere. */
@@ -65,5 +65,6 @@ bool TJSCalcFieldsListDelete(DMDoc doc, DMField *field, bool force);
  */
 void TSFixCalcOrderAfterSpawnOrInsert(DMDoc source, DMDoc target, TSCalcArray *saved);
 
-/** Before a save: writes the list to `CO`; before one that renumbers objects it drops the list and asks for a reload. */
+/** Before a save: writes the list to `CO`; before one that renumbers objects it drops the list and asks for a reload.
+ */
 void JSDocWillSaveEx(DMDoc doc, const DMDocSaveRecord *save);

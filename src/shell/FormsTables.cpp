@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "FormsTables.h"
 
-#include <new>
+#include <type_traits>
 
 #include "CoreHFT.h"
 #include "DMField.h"
@@ -26,8 +26,8 @@
 namespace {
 
 /**
- * The edge of a table: `Proc` in the shape of its slot, with bool for KRBool. The caller may be written in C, so no
- * C++ exception leaves here; what the host raised already travels by its own road.
+ * The edge of a table: `Proc` in the shape of its slot, with bool for KRBool. Whatever is raised below unwinds to here
+ * and is raised anew with no object of ours alive: the caller may be written in C, whose frame jumps over destructors.
  */
 template <auto Proc, class Signature>
 struct Entry;
@@ -35,11 +35,14 @@ struct Entry;
 template <auto Proc, class Result, class... Args>
 struct Entry<Proc, Result(Args...)> {
     static Result Call(Args... args) {
-        try {
-            return static_cast<Result>(Proc(args...));
-        } catch (const std::bad_alloc &) {
+        if constexpr (std::is_void_v<Result>) {
+            RaiseIf(Protect([&] { Proc(args...); }));
+        } else {
+            static_assert(std::is_trivially_destructible_v<Result>);
+            Result result{};
+            RaiseIf(Protect([&] { result = static_cast<Result>(Proc(args...)); }));
+            return result;
         }
-        KRRaise(KRErrNoMemory);
     }
 };
 

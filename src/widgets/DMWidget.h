@@ -148,6 +148,10 @@ void TSDMWidgetAcquireChoices(DMAnnot annot, TSChoices *choices);
 /** Raises KRErrBadParam when the field refuses. */
 void TSDMWidgetWriteChoices(DMAnnot annot, const TSChoices &choices);
 void TSDMWidgetReleaseChoices(TSChoices *choices);
+/** Indexes in `Opt` of the elements that are choices, in order: those that TSDMWidgetAcquireChoices reads. */
+std::vector<std::int32_t> TSOptionsGetChoices(LexObj options);
+/** What an element of `Opt` shows, in host encoding. */
+std::string TSOptionGetShownText(LexObj element);
 /** Index of the choice that is shown as `text`, else `missing`. */
 std::int32_t TSDMWidgetGetChoiceIndex(const TSChoices &choices, const char *text, std::int32_t missing);
 /** The value steps to the next option; a list of one at its option is reset. */

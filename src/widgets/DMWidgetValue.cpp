@@ -43,23 +43,32 @@ void SetShortEntry(DMField *field, KRAtom key, std::int16_t value, bool remove) 
         TSLexDictStore<LexInteger>(top->obj, key, /*indirect*/ false, value);
 }
 
-// Text of what may stand in `Opt`: containers and streams have none.
-std::string ScalarText(LexObj obj) {
+bool IsScalar(LexObj obj) {
     const std::int32_t type = LexObjGetType(obj);
-    return type == LexNull || type == LexDict || type == LexArray || type == LexStream ? std::string() : HostText(obj);
+    return type != LexNull && type != LexDict && type != LexArray && type != LexStream;
 }
 
-// What one entry of `Opt` offers; false for an entry that is none.
-bool ReadChoice(LexObj entry, std::string *value, std::optional<std::string> *exported) {
-    if (LexObjGetType(entry) != LexArray) {
-        *value = ScalarText(entry);
-        return !value->empty();
+std::string ScalarText(LexObj obj) {
+    return IsScalar(obj) ? HostText(obj) : std::string();
+}
+
+// An element of `Opt` offers something: a pair of export and text, or a text that is not empty.
+bool IsChoice(LexObj element) {
+    switch (LexObjGetType(element)) {
+    case LexArray: return LexArrayLength(element) == 2;
+    case LexString: {
+        std::int32_t length = 0;
+        LexStringValue(element, &length);
+        return length > 0;
     }
-    if (LexArrayLength(entry) != 2) return false;
-    LexObj exportEntry = LexArrayGet(entry, 0);
-    if (LexObjGetType(exportEntry) != LexNull) *exported = ScalarText(exportEntry);
-    *value = ScalarText(LexArrayGet(entry, 1));
-    return true;
+    default: return IsScalar(element);
+    }
+}
+
+std::optional<std::string> ExportOf(LexObj element) {
+    LexObj exported = LexObjGetType(element) == LexArray ? LexArrayGet(element, 0) : LexNullObj;
+    if (LexObjGetType(exported) == LexNull) return std::nullopt;
+    return ScalarText(exported);
 }
 
 // Lists are never found equal, so that writing one always stores it; only two empty ones are.
@@ -99,17 +108,26 @@ void TSDMWidgetAcquireChoices(DMAnnot annot, TSChoices *choices) {
     LexObj options = TSDMFieldGetObj(TSDMAnnotGetField(annot), options_K);
     if (LexObjGetType(options) != LexArray) return;
     bool anyExport = false;
-    for (std::int32_t i = LexArrayLength(options) - 1; i >= 0; --i) {
-        std::string value;
-        std::optional<std::string> exported;
-        if (!ReadChoice(LexArrayGet(options, i), &value, &exported)) continue;
-        anyExport = anyExport || exported;
-        choices->values.push_back(std::move(value));
-        choices->exports.push_back(std::move(exported));
+    for (const std::int32_t index : TSOptionsGetChoices(options)) {
+        LexObj element = LexArrayGet(options, index);
+        choices->values.push_back(TSOptionGetShownText(element));
+        choices->exports.push_back(ExportOf(element));
+        anyExport = anyExport || choices->exports.back();
     }
-    std::reverse(choices->values.begin(), choices->values.end());
-    std::reverse(choices->exports.begin(), choices->exports.end());
     if (!anyExport) choices->exports.clear();
+}
+
+std::vector<std::int32_t> TSOptionsGetChoices(LexObj options) {
+    std::vector<std::int32_t> indexes;
+    const std::int32_t count = LexObjGetType(options) == LexArray ? LexArrayLength(options) : 0;
+    for (std::int32_t index = 0; index < count; ++index) {
+        if (IsChoice(LexArrayGet(options, index))) indexes.push_back(index);
+    }
+    return indexes;
+}
+
+std::string TSOptionGetShownText(LexObj element) {
+    return ScalarText(LexObjGetType(element) == LexArray ? LexArrayGet(element, 1) : element);
 }
 
 void TSDMWidgetWriteChoices(DMAnnot annot, const TSChoices &choices) {

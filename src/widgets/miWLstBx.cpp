@@ -42,14 +42,18 @@ std::int32_t TopWithSelection(std::int32_t top, std::int32_t selected, std::int3
 struct ListLines {
     CStoreBlock *block;
     const TSWidgetData *data;
-    const TSChoices *choices;
+    LexObj options;
+    /** Indexes in `options`, one a line. */
+    std::vector<std::int32_t> choices;
     std::int32_t top;
     std::int32_t lines;
+    /** The selected line; -1 for none. */
     std::int32_t selected;
 };
 
 void DrawLine(WValueFace &face, const ListLines &list, std::int32_t index) {
-    const EStrPtr name(EStrNewImpl(list.choices->values[static_cast<std::size_t>(index)].c_str(), EStrHost));
+    LexObj element = LexArrayGet(list.options, list.choices[static_cast<std::size_t>(index)]);
+    const EStrPtr name(EStrNewImpl(TSOptionGetShownText(element).c_str(), EStrHost));
     const EStrPtr text = TSTextForFont(name.get(), face.look.baseFont);
     if (index != list.selected) {
         CStoreBlockLine(list.block, EStrGetBytes(text.get()));
@@ -63,7 +67,7 @@ void DrawLine(WValueFace &face, const ListLines &list, std::int32_t index) {
 }
 
 void DrawLines(WValueFace &face, const ListLines &list) {
-    const auto count = static_cast<std::int32_t>(list.choices->values.size());
+    const auto count = static_cast<std::int32_t>(list.choices.size());
     if (list.selected >= list.top && list.selected < list.top + list.lines) {
         DMColorValue bar;
         mdListBoxGetHighlightColor(list.data, &bar, /*foreground*/ false);
@@ -74,22 +78,36 @@ void DrawLines(WValueFace &face, const ListLines &list) {
     for (std::int32_t index = list.top; index < end; ++index) DrawLine(face, list, index);
 }
 
-void DrawList(WValueFace &face, const TSWidgetData *data) {
-    TSChoices choices;
-    TSDMWidgetAcquireChoices(face.annot, &choices);
+// Only the lines on show are read: a list may have a hundred thousand.
+ListLines ListOf(DMField *field, const TSWidgetData *data) {
     ListLines list{};
-    list.block = CStoreBlockStart(face.store.get(), face.margin, &face.look);
-    if (!list.block) return;
     list.data = data;
-    list.choices = &choices;
+    list.options = TSDMFieldGetObj(field, options_K);
+    list.choices = TSOptionsGetChoices(list.options);
+    const std::int32_t option = TSDMFieldGetOptionIndex(field, nullptr, nullptr);
+    const auto found = std::lower_bound(list.choices.begin(), list.choices.end(), option);
+    const bool selected = found != list.choices.end() && *found == option;
+    list.selected = selected ? static_cast<std::int32_t>(found - list.choices.begin()) : -1;
+    return list;
+}
+
+void BringIntoView(DMField *field, ListLines &list) {
+    const std::int32_t present = TSDMFieldGetTopIndex(field);
+    const auto count = static_cast<std::int32_t>(list.choices.size());
     list.lines = CStoreBlockGetNumLines(list.block);
-    list.selected = TSDMFieldGetOptionIndex(face.field, nullptr, nullptr);
-    const auto count = static_cast<std::int32_t>(choices.values.size());
-    const std::int32_t present = TSDMFieldGetTopIndex(face.field);
     // The block counts the line that shows only in part; a selection there would not be in view.
     list.top = TopWithSelection(present, list.selected, std::max(list.lines - 1, 1), count);
-    if (list.top != present) TSDMFieldSetTopIndex(face.field, static_cast<std::int16_t>(list.top));
-    const KRErrorCode code = Protect([&] { DrawLines(face, list); });
+    if (list.top != present) TSDMFieldSetTopIndex(field, static_cast<std::int16_t>(std::min(list.top, INT16_MAX + 0)));
+}
+
+void DrawList(WValueFace &face, const TSWidgetData *data) {
+    ListLines list = ListOf(face.field, data);
+    list.block = CStoreBlockStart(face.store.get(), face.margin, &face.look);
+    if (!list.block) return;
+    const KRErrorCode code = Protect([&] {
+        BringIntoView(face.field, list);
+        DrawLines(face, list);
+    });
     CStoreBlockEnd(list.block);
     RaiseIf(code);
 }

@@ -18,8 +18,12 @@ struct Pair {
     std::string path;
 };
 
-/** What filling a field changes: its value, its selection, and what shows them. */
-const std::set<std::string> s_filledKeys = {"/V", "/I", "/TI", "/AP", "/AS"};
+/** What filling a field changes: its value, its selection, what shows them, and the font that it is shown in. */
+const std::set<std::string> s_filledKeys = {"/V", "/I", "/TI", "/AP", "/AS", "/DR"};
+/** What moves between a field and its parent. */
+const std::set<std::string> s_treeKeys = {"/T", "/Parent", "/Kids", "/FT", "/Ff", "/V", "/DV", "/DA", "/Q", "/Opt", "/AA"};
+/** The form's resources are compared first, under this path. */
+const std::string s_resources = "Resources";
 
 std::string StoredBytes(Object &stream) {
     const auto data = stream.getRawStreamData();
@@ -28,11 +32,12 @@ std::string StoredBytes(Object &stream) {
 
 class Comparison {
 public:
-    explicit Comparison(const std::function<bool(const std::string &)> &whichChanged) : changed(whichChanged) {}
+    explicit Comparison(const Allowed &whatMayChange) : allowed(whatMayChange) {}
 
     void Run(QPDF &before, QPDF &after) {
         waiting = {{before.getRoot(), after.getRoot(), "Root"},
-                   {before.getTrailer().getKey("/Info"), after.getTrailer().getKey("/Info"), "Info"}};
+                   {before.getTrailer().getKey("/Info"), after.getTrailer().getKey("/Info"), "Info"},
+                   {ResourcesOf(before), ResourcesOf(after), s_resources}};
         while (!waiting.empty()) {
             const Pair pair = waiting.back();
             waiting.pop_back();
@@ -43,6 +48,10 @@ public:
     std::vector<std::string> differences;
 
 private:
+    static Object ResourcesOf(QPDF &file) {
+        return file.getRoot().getKey("/AcroForm").getKey("/DR");
+    }
+
     void Note(const Pair &pair, const std::string &what) {
         differences.push_back(pair.path + ": " + what);
     }
@@ -57,6 +66,7 @@ private:
 
     void Compare(const Pair &pair) {
         Object before = pair.before, after = pair.after;
+        if (before.isNull() && MayAppear(pair.path)) return;
         if (before.getTypeCode() != after.getTypeCode())
             return Note(pair, std::string(before.getTypeName()) + " became " + after.getTypeName());
         if (before.isStream()) {
@@ -66,17 +76,24 @@ private:
             CompareKeys(pair, Passed(before));
         } else if (before.isArray()) {
             CompareItems(pair);
-        } else if (before.unparse() != after.unparse()) {
-            Note(pair, before.unparse() + " became " + after.unparse());
+        } else if (before.unparseResolved() != after.unparseResolved()) {
+            Note(pair, before.unparseResolved() + " became " + after.unparseResolved());
         }
+    }
+
+    static bool MayAppear(const std::string &path) {
+        return path.rfind(s_resources, 0) == 0 || path.rfind("Root/AcroForm/DR", 0) == 0 || path == "Root/AcroForm/DA";
     }
 
     // Keys of a dictionary that may differ.
     std::set<std::string> Passed(Object &dict) const {
+        std::set<std::string> passed;
         const bool isField = dict.hasKey("/FT") || dict.getKey("/Subtype").unparse() == "/Widget";
-        if (isField && changed(QPDFFormFieldObjectHelper(dict).getFullyQualifiedName())) return s_filledKeys;
-        if (dict.hasKey("/Fields")) return {"/NeedAppearances", "/DR"};
-        return {};
+        if (isField && allowed.field(QPDFFormFieldObjectHelper(dict).getFullyQualifiedName())) passed = s_filledKeys;
+        if (isField && allowed.tree) passed.insert(s_treeKeys.begin(), s_treeKeys.end());
+        if (dict.hasKey("/Fields")) passed = {"/NeedAppearances"};
+        if (dict.hasKey("/Fields") && allowed.tree) passed.insert("/Fields");
+        return passed;
     }
 
     void CompareKeys(const Pair &pair, const std::set<std::string> &passed) {
@@ -96,7 +113,7 @@ private:
             waiting.push_back({before.getArrayItem(i), after.getArrayItem(i), pair.path + "/" + std::to_string(i)});
     }
 
-    const std::function<bool(const std::string &)> &changed;
+    const Allowed &allowed;
     std::vector<Pair> waiting;
     std::map<QPDFObjGen, QPDFObjGen> twins;
 };
@@ -108,12 +125,11 @@ void Open(QPDF &file, const std::string &path) {
 
 } // namespace
 
-std::vector<std::string> CompareObjects(const std::string &before, const std::string &after,
-                                        const std::function<bool(const std::string &)> &changed) {
+std::vector<std::string> CompareObjects(const std::string &before, const std::string &after, const Allowed &allowed) {
     QPDF first, second;
     Open(first, before);
     Open(second, after);
-    Comparison comparison(changed);
+    Comparison comparison(allowed);
     comparison.Run(first, second);
     return comparison.differences;
 }

@@ -83,6 +83,11 @@ Json JsonOfCell(const std::string &cell) {
     return values.front().empty() ? Json(nullptr) : Json(values.front());
 }
 
+// The lists do not tell an empty text from none.
+Json OrNull(const Json &value) {
+    return value == "" ? Json(nullptr) : value;
+}
+
 Json OptionJson(const std::string &exported, const std::string &display) {
     return Json{{"export", exported}, {"display", display}};
 }
@@ -187,8 +192,8 @@ TEST_P(SampleForm, ListsWhatAnIndependentReaderSaw) {
         // A button without a value is off; a choice without one takes its first when the form asks for appearances.
         if (value.is_null() && (type == "checkbox" || type == "radiobutton")) value = "Off";
         if (value.is_null() && refreshed && row.at("type") == "Ch" && !options.empty()) value = options[0]["export"];
-        EXPECT_EQ(field["value"], value);
-        EXPECT_EQ(field["default"], JsonOfCell(row.at("default")));
+        EXPECT_EQ(OrNull(field["value"]), OrNull(value));
+        EXPECT_EQ(OrNull(field["default"]), JsonOfCell(row.at("default")));
         EXPECT_EQ(field["maxLength"], row.at("maxlen").empty() ? Json(nullptr) : Json(std::stoi(row.at("maxlen"))));
         std::set<std::string> flags;
         for (const Json &word : field["flags"]) flags.insert(word);
@@ -213,20 +218,20 @@ Json LastOption(const Json &field) {
     return field["options"].empty() ? Json(nullptr) : field["options"].back()["export"];
 }
 
-// Letters only: a word of its own for every program that looks for words.
-std::string Marker(std::size_t number, const Json &maxLength) {
+// Letters only, and all of one length: a word of its own for every program that looks for words, even beside cut ones.
+std::string Marker(std::size_t number) {
     std::string marker = "Q";
-    for (; number > 0; number /= 20) marker += static_cast<char>('a' + number % 20);
-    if (!maxLength.is_null() && marker.size() > maxLength.get<std::size_t>()) marker.resize(maxLength.get<std::size_t>());
+    for (int i = 0; i < 3; ++i, number /= 20) marker += static_cast<char>('a' + number % 20);
     return marker;
 }
 
 void AddText(Filling &filling, const std::string &name, const Json &field) {
-    const std::string marker = Marker(filling.data.size() + 1, field["maxLength"]);
-    filling.data[name] = marker;
+    const std::string marker = Marker(filling.data.size() + 1);
+    const std::size_t limit = field["maxLength"].is_null() ? marker.size() : field["maxLength"].get<std::size_t>();
+    filling.data[name] = marker.substr(0, limit);
     if (HasFlag(field, "password")) {
         filling.hasPasswords = true;
-    } else if (!HasFlag(field, "hidden") && !HasFlag(field, "noview") && marker.size() > 1) {
+    } else if (!HasFlag(field, "hidden") && !HasFlag(field, "noview") && marker.size() <= limit) {
         filling.texts[name] = marker;
     }
 }
@@ -340,12 +345,14 @@ TEST_P(SampleForm, FilledInShowsItsValuesAndKeepsAllElse) {
     ExpectValues(out, filling, fields);
     ExpectTexts(out, filling, fields);
     const bool refreshed = NeedsAppearances(Pdf());
-    const auto changed = [&](const std::string &name) {
+    Allowed allowed;
+    allowed.field = [&](const std::string &name) {
         const auto row = rows.find(name);
         const bool calculated = row != rows.end() && !row->second.at("calc_order").empty();
         return refreshed || calculated || filling.data.contains(name);
     };
-    for (const std::string &difference : CompareObjects(Pdf(), out, changed)) ADD_FAILURE() << difference;
+    allowed.tree = Is("timesheet");
+    for (const std::string &difference : CompareObjects(Pdf(), out, allowed)) ADD_FAILURE() << difference;
 }
 
 } // namespace

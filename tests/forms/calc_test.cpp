@@ -51,7 +51,7 @@ TEST_F(CalcOrder, ListKeepsCountAndOrder) {
     TSCalcArrayInsertEntry(list, -5, a);
     TSCalcArrayInsertEntry(list, 99, c);
     TSCalcArrayInsertEntry(list, 1, b);
-    EXPECT_EQ(list->names, (std::vector<std::string>{"a", "b", "b", "c"}));
+    EXPECT_EQ(list->names, (std::deque<std::string>{"a", "b", "b", "c"}));
     EXPECT_EQ(TSCalcArrayGetFieldIndex(list, "b"), 1) << "the first of two";
     EXPECT_EQ(TSCalcArrayGetFieldIndex(list, "B"), -1);
     TSCalcArraySetNthEntry(list, 1, c);
@@ -116,9 +116,9 @@ TEST_F(CalcOrder, AFieldWithAnotherWidgetStaysListed) {
 }
 
 TEST_F(CalcOrder, InsertedFieldsFollowInTheOrderOfTheirSource) {
-    TestDoc source(FormObjects({"/FT /Tx /T (x)" + kCalculates, "/FT /Tx /T (y)" + kCalculates,
-                                "/FT /Tx /T (z)" + kCalculates},
-                               "/CO [6 0 R 5 0 R 4 0 R]"));
+    TestDoc source(
+        FormObjects({"/FT /Tx /T (x)" + kCalculates, "/FT /Tx /T (y)" + kCalculates, "/FT /Tx /T (z)" + kCalculates},
+                    "/CO [6 0 R 5 0 R 4 0 R]"));
     TestDoc target(ThreeFields("/CO [5 0 R 4 0 R]"));
     TSCalcArray *saved = TSCalcArrayCopy(TJSGetCalcArray(target.doc));
     // "stray" calculates, but its source does not list it.
@@ -166,6 +166,36 @@ TEST_F(CalcOrder, SwitchesDefaultToOnForADocumentWithoutARecord) {
     EXPECT_TRUE(TJSDocInit(doc.view));
     EXPECT_EQ(TJSGetData(doc.doc)->scDoc, doc.view);
     EXPECT_FALSE(TJSDocGetDelay(doc.doc));
+}
+
+std::string &Calls() {
+    static std::string s_calls;
+    return s_calls;
+}
+
+TEST_F(CalcOrder, UpperLayersAreCalledInTheirOrderAndMayFail) {
+    gDocSeams.runDocumentScripts = [](TJSDocData *data) { Calls() += data->scDoc ? "scripts " : "no view "; };
+    gDocSeams.formDidOpen = [](SCDoc) { Calls() += "open "; };
+    gDocSeams.formWillClose = [](SCDoc) { Calls() += "closing "; };
+    gDocSeams.dropEngineObjects = [](TJSDocData *) { Calls() += "dropped "; };
+    {
+        TestDoc doc(ThreeFields(""));
+        EXPECT_EQ(Calls(), "scripts open ");
+    }
+    EXPECT_EQ(Calls(), "scripts open closing dropped ");
+    // An engine that cannot take a document: the form works all the same.
+    gDocSeams = {};
+    gDocSeams.attachEngine = [](TJSDocData *) { return false; };
+    {
+        TestDoc doc(ThreeFields("/CO [4 0 R]"));
+        EXPECT_EQ(TJSGetData(doc.doc), nullptr);
+        EXPECT_NE(FieldOf(doc, "c"), nullptr);
+        EXPECT_EQ(TJSGetCalcArray(doc.doc), nullptr);
+        EXPECT_FALSE(TJSCalcFieldsListDelete(doc.doc, FieldOf(doc, "a"), /*force*/ true));
+        doc.Saved();
+        EXPECT_EQ(Stored(doc), "a ");
+    }
+    gDocSeams = {};
 }
 
 } // namespace

@@ -149,7 +149,10 @@ TEST_F(CStoreTest, ASavedStoreNamesWhatItUses) {
     EXPECT_EQ(StreamText(form), TextOf(store.get()));
     EXPECT_EQ(Text(EntryOf(form, "Subtype")), "/Form");
     EXPECT_EQ(RectOf(form, BBox_K), "0 0 20 200");
-    EXPECT_EQ(LexIntegerValue(LexArrayGet(EntryOf(form, "Matrix"), 4)), 200);
+    KRFixedMatrix matrix;
+    TSLexGetMatrix(LexStreamDict(form), Matrix_K, &matrix);
+    EXPECT_EQ(matrix.b, KRFixedOne);
+    EXPECT_EQ(matrix.e, Pt(200));
     const LexObj resources = EntryOf(form, "Resources");
     EXPECT_EQ(Text(EntryOf(EntryOf(EntryOf(resources, "Font"), "Helv"), "BaseFont")), "/Helvetica");
     EXPECT_EQ(Text(LexArrayGet(EntryOf(resources, "ProcSet"), 0)), "/PDF");
@@ -203,7 +206,7 @@ TEST_F(CStoreTest, OneLineStandsByItsQuadding) {
     // The plain form takes a negative size as automatic, by the height alone.
     CStoreSimpleText(store.get(), 0, &bad[4], "abc");
     EXPECT_EQ(bad[4].size, 0);
-    EXPECT_EQ(TextOf(store.get()).substr(0, 17), "BT /Helv 15.5711 ");
+    EXPECT_EQ(TextOf(store.get()).substr(0, 17), "BT /Helv 15.5708 ");
 }
 
 TEST_F(CStoreTest, LongTextsShowInSlices) {
@@ -237,8 +240,8 @@ TEST_F(CStoreTest, BlocksWriteLineBelowLine) {
     CStoreBlockLine(block, "a");
     CStoreBlockLine(block, "b");
     CStoreBlockEnd(block);
-    EXPECT_EQ(TextOf(store.get()), "0.5 g 1 25.8799 98 11.56 re f BT /Helv 10 Tf 0 g 1 0 0 1 1 51.07 Tm "
-                                   "1 -11.56 Td (a) Tj 0 -11.56 Td (b) Tj ET");
+    EXPECT_EQ(TextOf(store.get()), "0.5 g 1 25.8799 98 11.5601 re f BT /Helv 10 Tf 0 g 1 0 0 1 1 51.07 Tm "
+                                   "1 -11.5601 Td (a) Tj 0 -11.5601 Td (b) Tj ET");
 
     look.quadding = 2;
     CStoreClear(store.get());
@@ -246,7 +249,7 @@ TEST_F(CStoreTest, BlocksWriteLineBelowLine) {
     CStoreBlockLine(block, "a");
     CStoreBlockLine(block, "aa");
     CStoreBlockEnd(block);
-    EXPECT_NE(TextOf(store.get()).find("93.44 -11.56 Td (a) Tj -5.56 -11.56 Td (aa) Tj"), std::string::npos)
+    EXPECT_NE(TextOf(store.get()).find("93.44 -11.5601 Td (a) Tj -5.56 -11.5601 Td (aa) Tj"), std::string::npos)
         << TextOf(store.get());
 
     CStoreClear(store.get());

@@ -34,8 +34,12 @@ std::vector<std::string> NoForm() {
 }
 
 TEST_F(Form, ValidityAsksForFieldsAndAVersionOfToday) {
-    for (const auto &[version, valid] : {std::pair{"", true}, {"/Tessella 1", true}, {"/Tessella 0.8001", true},
-                                         {"/Tessella 0.5", false}, {"/Tessella 0", false}, {"/Tessella (x)", true}}) {
+    for (const auto &[version, valid] : {std::pair{"", true},
+                                         {"/Tessella 1", true},
+                                         {"/Tessella 0.8001", true},
+                                         {"/Tessella 0.5", false},
+                                         {"/Tessella 0", false},
+                                         {"/Tessella (x)", true}}) {
         TestDoc doc(FormObjects({}, version));
         EXPECT_EQ(IsDMDocTessella(doc.doc), valid) << version;
         EXPECT_EQ(LexObjGetType(TessellaGetLexObj(TSDMDocGetTessella(doc.doc))), valid ? LexDict : LexNull);
@@ -57,7 +61,8 @@ TEST_F(Form, LookUpsGiveNullForWhatHasNoForm) {
     EXPECT_TRUE(LexObjEqual(TSLexObjGetTessella(form.At("Tessella/Fields/0")), form.At("Tessella")));
     EXPECT_EQ(LexObjGetType(TSLexObjGetTessella(form.At("Tessella/Fields"))), LexNull) << "a direct object";
     EXPECT_EQ(LexIntegerValue(TessellaGetEntry(form.At("Tessella"), TSEntryQ)), 1);
-    for (const std::uint32_t entry : {3u, 0u, 65u, 4u}) EXPECT_EQ(LexObjGetType(TessellaGetEntry(form.At("Tessella"), entry)), LexNull);
+    for (const std::uint32_t entry : {3u, 0u, 65u, 4u})
+        EXPECT_EQ(LexObjGetType(TessellaGetEntry(form.At("Tessella"), entry)), LexNull);
     EXPECT_EQ(LexObjGetType(TessellaGetEntry(LexNullObj, TSEntryQ)), LexNull);
 }
 

@@ -10,6 +10,7 @@
 #include "FontMgr.h"
 #include "KRErrors.h"
 #include "KernelSupportHFT.h"
+#include "LexField.h"
 #include "LexUtil.h"
 #include "ModelFixture.h"
 #include "ScreenViewHFT.h"
@@ -27,10 +28,9 @@ protected:
 /** A document with a form that lists `roots`; objects 4 and on are `objects`. */
 std::vector<std::string> TreeObjects(const std::string &roots, const std::vector<std::string> &objects,
                                      const std::string &formExtra = "") {
-    std::vector<std::string> all = {"<< /Type /Catalog /Pages 2 0 R /AcroForm << /Fields [" + roots + "] " + formExtra +
-                                        " >> >>",
-                                    "<< /Type /Pages /Kids [3 0 R] /Count 1 >>",
-                                    "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 612 792] >>"};
+    std::vector<std::string> all = {
+        "<< /Type /Catalog /Pages 2 0 R /AcroForm << /Fields [" + roots + "] " + formExtra + " >> >>",
+        "<< /Type /Pages /Kids [3 0 R] /Count 1 >>", "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 612 792] >>"};
     all.insert(all.end(), objects.begin(), objects.end());
     return all;
 }
@@ -100,10 +100,9 @@ TEST_F(NameHash, AKidWithoutATitleBelongsToItsParent) {
 
 TEST_F(NameHash, NamesEndAt254Bytes) {
     const std::string p(100, 'p'), fits(153, 'k'), tooLong(154, 'k'), root(300, 'r');
-    TestDoc doc(TreeObjects("4 0 R 7 0 R", {"<< /T (" + p + ") /Kids [5 0 R 6 0 R] >>",
-                                            Widget("/FT /Tx /Parent 4 0 R /T (" + fits + ")"),
-                                            Widget("/FT /Tx /Parent 4 0 R /T (" + tooLong + ")"),
-                                            Widget("/FT /Tx /T (" + root + ")")}));
+    TestDoc doc(TreeObjects(
+        "4 0 R 7 0 R", {"<< /T (" + p + ") /Kids [5 0 R 6 0 R] >>", Widget("/FT /Tx /Parent 4 0 R /T (" + fits + ")"),
+                        Widget("/FT /Tx /Parent 4 0 R /T (" + tooLong + ")"), Widget("/FT /Tx /T (" + root + ")")}));
     EXPECT_NE(FieldOf(doc, (p + "." + fits).c_str()), nullptr);
     EXPECT_EQ(TSDMFieldFromLexObj(doc.At("Tessella/Fields/0/Kids/1")), nullptr);
     EXPECT_NE(FieldOf(doc, root.substr(0, 253).c_str()), nullptr);
@@ -118,6 +117,9 @@ TEST_F(NameHash, TitlesInUCS2AreNamesLikeOthers) {
     EXPECT_NE(FieldOf(doc, "ad.n\xE4"), nullptr);
     EXPECT_NE(FieldOf(doc, "ad.\xE6\x97\xA5"), nullptr) << "beyond PDFDocEncoding a name is UTF-8";
     EXPECT_EQ(TSDMFieldFromLexObj(doc.At("Tessella/Fields/0/Kids/2")), nullptr) << "a dot in a kid's title";
+    // A new field joins the node that has its path, however that node's title is written.
+    EXPECT_NE(TSLexDictDefineField(NewWidget(doc), "ad.new"), nullptr);
+    EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 1);
 }
 
 TEST_F(NameHash, UndefiningTheLastKidTakesThePathWithIt) {
@@ -167,6 +169,33 @@ TEST_F(NameHash, AnEnumerationSurvivesWhatItsCallsDo) {
     EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 0);
 }
 
+TEST_F(NameHash, ManyFieldsLeaveTheirArraysTogether) {
+    std::vector<std::string> objects = {"<< /T (g) /Kids ["};
+    std::string roots = "4 0 R ";
+    for (int i = 0; i < 20; ++i) {
+        const std::string number = std::to_string(i);
+        objects[0] += std::to_string(5 + i) + " 0 R ";
+        objects.push_back(Widget("/FT /Tx /Parent 4 0 R /T (k" + number + ")"));
+        roots += std::to_string(25 + i) + " 0 R ";
+    }
+    objects[0] += "] >>";
+    for (int i = 0; i < 20; ++i) objects.push_back(Widget("/FT /Tx /T (r" + std::to_string(i) + ")"));
+    TestDoc doc(TreeObjects(roots, objects));
+    FieldRemoval removal;
+    for (int i = 0; i < 20; ++i) {
+        removal.Undefine(FieldOf(doc, ("g.k" + std::to_string(i)).c_str()));
+        if (i % 2) removal.Undefine(FieldOf(doc, ("r" + std::to_string(i)).c_str()));
+    }
+    removal.Undefine(nullptr);
+    removal.Finish();
+    EXPECT_EQ(FieldOf(doc, "g"), nullptr) << "left without kids";
+    EXPECT_EQ(Names(doc).size(), 10u);
+    const LexObj fields = doc.At("Tessella/Fields");
+    ASSERT_EQ(LexArrayLength(fields), 10);
+    for (int i = 0; i < 10; ++i)
+        EXPECT_EQ(Text(LexDictGet(LexArrayGet(fields, i), T_K)), "r" + std::to_string(2 * i)) << "in their order";
+}
+
 TEST_F(NameHash, AWidgetLosesItsKidsOnLoad) {
     TestDoc doc(TreeObjects("4 0 R 5 0 R 6 0 R", {Widget("/FT /Tx /T (w) /Kids [3 0 R]"), "<< /T (k) /Kids 12 >>",
                                                   Widget("/FT /Tx /T (x) /Kids (no)")}));
@@ -176,12 +205,12 @@ TEST_F(NameHash, AWidgetLosesItsKidsOnLoad) {
 }
 
 TEST_F(NameHash, EntriesAreInheritedByTheirRules) {
-    TestDoc doc(TreeObjects("4 0 R 7 0 R 8 0 R 9 0 R 10 0 R",
-                            {"<< /T (g) /FT /Tx /DA (node) /Q 2 /Kids [5 0 R 6 0 R] >>",
-                             Widget("/Parent 4 0 R /T (a) /DA (own) /MaxLen 4"), Widget("/Parent 4 0 R /T (b)"),
-                             Widget("/T (c) /FT /Btn"), Widget("/T (p) /FT /Btn /Ff 65536"),
-                             Widget("/T (s) /FT /Sig /V << /Type /Sig >>"), Widget("/T (t) /FT /Sig /V << /Contents (x) >>")},
-                            "/DA (form) /DR << /Font << >> >>"));
+    TestDoc doc(TreeObjects(
+        "4 0 R 7 0 R 8 0 R 9 0 R 10 0 R",
+        {"<< /T (g) /FT /Tx /DA (node) /Q 2 /Kids [5 0 R 6 0 R] >>", Widget("/Parent 4 0 R /T (a) /DA (own) /MaxLen 4"),
+         Widget("/Parent 4 0 R /T (b)"), Widget("/T (c) /FT /Btn"), Widget("/T (p) /FT /Btn /Ff 65536"),
+         Widget("/T (s) /FT /Sig /V << /Type /Sig >>"), Widget("/T (t) /FT /Sig /V << /Contents (x) >>")},
+        "/DA (form) /DR << /Font << >> >>"));
     DMField *a = FieldOf(doc, "g.a"), *b = FieldOf(doc, "g.b"), *c = FieldOf(doc, "c");
     ASSERT_TRUE(a && b && c);
     EXPECT_EQ(Text(TSDMFieldGetEntry(a, TSEntryDA)), "own");
@@ -213,7 +242,8 @@ TEST_F(NameHash, FlatDottedTitlesBecomeATree) {
         EXPECT_EQ(Names(doc).size(), 3u);
         // What hangs in the tree is no root any more.
         EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 2);
-        EXPECT_EQ(LexArrayLength(FieldOf(doc, "d")->obj.node ? LexDictGet(FieldOf(doc, "d")->obj, Kids_K) : LexNullObj), 2);
+        EXPECT_EQ(LexArrayLength(FieldOf(doc, "d")->obj.node ? LexDictGet(FieldOf(doc, "d")->obj, Kids_K) : LexNullObj),
+                  2);
         const std::string saved = doc.Saved();
         TestDoc again(TempFile("again.pdf", saved).c_str());
         EXPECT_NE(FieldOf(again, "d.a"), nullptr);
@@ -372,8 +402,8 @@ TEST_F(NameHash, FormsDataIsAcquiredWithoutWritingRightsAndReleased) {
 
 TEST_F(NameHash, CyclesAndSharedSubtreesEnd) {
     TestDoc cycle(TreeObjects("4 0 R 5 0 R 6 0 R 6 0 R 4 0 R null 7 (x) 3 0 R",
-                              {"<< /T (a) /Kids [5 0 R 4 0 R] /Parent 5 0 R >>", "<< /T (b) /Parent 4 0 R /Kids [4 0 R] >>",
-                               Widget("/FT /Tx /T (w) /Parent 6 0 R")}));
+                              {"<< /T (a) /Kids [5 0 R 4 0 R] /Parent 5 0 R >>",
+                               "<< /T (b) /Parent 4 0 R /Kids [4 0 R] >>", Widget("/FT /Tx /T (w) /Parent 6 0 R")}));
     EXPECT_TRUE(Names(cycle, /*terminalOnly*/ false).empty());
     // Each node lists the next one twice: a walk that does not remember would go through the last a billion times.
     std::vector<std::string> nodes;
@@ -413,8 +443,8 @@ TEST_F(NameHash, ATreeTooDeepIsLeftOut) {
 
 TEST_F(NameHash, AFieldOfAnEmptyGroupBeingLoadedIsNotFreedUnderItsLoader) {
     // The only kid that the group lists cannot be a field: it leaves the list, which then is empty.
-    TestDoc doc(TreeObjects("4 0 R", {"<< /T (g) /FT /Tx /Kids [5 0 R] >>", Widget("/Parent 4 0 R /T (x.y)"),
-                                      Widget("/Parent 4 0 R")}));
+    TestDoc doc(TreeObjects(
+        "4 0 R", {"<< /T (g) /FT /Tx /Kids [5 0 R] >>", Widget("/Parent 4 0 R /T (x.y)"), Widget("/Parent 4 0 R")}));
     const LexObj unlisted = NewWidget(doc);
     LexDictPut(unlisted, parent_K, doc.At("Tessella/Fields/0"));
     DMField *field = TSDMFieldFromLexObj(unlisted);

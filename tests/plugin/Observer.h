@@ -117,7 +117,7 @@ private:
     Reaction reaction;
     std::int32_t id;
 };
-/** What was heard since the last call, such as "0 alpha=two, 1 alpha=two, 3 #20". */
+/** What was heard since the last call, such as "0 alpha=two, 1 alpha=two, 3 #4". */
 std::string Heard();
 
 // The cases.
@@ -129,18 +129,31 @@ void Rewriting();
 void Failures();
 void FormLife();
 void Defining();
+void DefiningRefused();
 void Groups();
 void Renaming();
 void Removing();
+void Copying();
 void Values();
+void OtherValues();
+void NoFields();
 void Choices();
 void FlagsAndTypes();
 void Looks();
+void UnreadableLooks();
 void WidgetFaces();
 void Layouts();
+void Icons();
 void Handlers();
 void WidgetRecords();
 void NameTrees();
+void Upheavals();
+void UpheavalsInWalks();
+void Saving();
+void SecondDocument();
+void OddObjects();
+void OddHandles();
+void OddNumbers();
 
 /** Leaves observers behind that judge what others do to the form. */
 void Watch();

@@ -50,7 +50,10 @@ void Values() {
     CHECK_EQ(ValueOf("agree"), "/Yes");
     CHECK_EQ(Forms::TSDMFieldSetDefaultValue(FieldOf("agree"), Name("Off")), 0);
     CHECK(!LexDictKnown(DictOf("agree"), Atom("DV")));
+}
 
+void OtherValues() {
+    const Listener display(TSFieldWillDisplay);
     CHECK(Forms::TSDMFieldSetValue(FieldOf("alpha"), Str("told")));
     Heard();
     Forms::TSDMFieldValueChanged(doc, FieldOf("alpha"));
@@ -63,7 +66,9 @@ void Values() {
     CHECK(Forms::TSDMFieldSetValue(FieldOf("secret"), Str("pass")));
     CHECK_EQ(FaceOf(FieldOf("secret")).find("pass"), std::string::npos);
     CHECK(LexObjEqual(At("Tessella/$Vo/0"), DictOf("secret")));
+}
 
+void NoFields() {
     // What is no field answers so.
     CHECK(!Forms::TSDMFieldIsValid(nullptr) && !Forms::TSDMFieldIsTerminal(nullptr));
     CHECK(!Forms::TSDMFieldSetValue(nullptr, Str("x")) && !Forms::TSDMFieldReset(nullptr));

@@ -112,7 +112,8 @@ void Handlers() {
     CHECK_EQ(Drawn(), "spark:!");
     CHECK_EQ(Forms::TSDMWidgetGetSubType(AnnotOf(spark)), Atom("Spark"));
     CHECK(Forms::TSDMFieldSetValue(spark, Name("Lit")));
-    CHECK_EQ(Drawn(), "spark:Lit Lit");
+    CHECK_EQ(Drawn(), "spark:Lit");
+    CHECK_EQ(ValueOf("spark"), "Lit");
     static SCWidgetHandler s_typeless = OwnHandler(nullptr, "typeless:");
     Forms::TSSCAppRegisterWidgetHandler(&s_typeless);
     CHECK(Forms::TSSCAppGetWidgetHandlerByName(KRAtomNull) == &s_typeless);

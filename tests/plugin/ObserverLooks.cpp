@@ -73,6 +73,24 @@ void Looks() {
     CHECK_EQ(Text(At(dict, "DA")), "/TiRo 0 Tf 0 g");
     CHECK_EQ(KRAtomGetString(LookOf(alpha).baseFont), "Times-Roman");
 
+    // A form without a default gets one, and the fields that inherit it show it.
+    Forms::TSDMFieldSetDefaultTextAppearance(alpha, nullptr);
+    LexDictRemove(At("Tessella"), Atom("DA"));
+    const Listener entry(TSFormEntryDidChange), display(TSFieldWillDisplay);
+    Heard();
+    LookOf(alpha);
+    const std::string heard = Heard();
+    CHECK(Has(heard, "10 alpha=one, ") && heard.ends_with(", 3 #4"));
+    CHECK_EQ(Text(At("Tessella/DA")), "/Helv 0 Tf 0 g ");
+}
+
+void UnreadableLooks() {
+    DMField *alpha = FieldOf("alpha");
+    const LexObj dict = Forms::TSDMFieldGetLexObj(alpha);
+    const TextAppearance inherited = LookOf(alpha);
+    TextAppearance look = inherited;
+    look.size = KRFixedFromInt(9);
+    Forms::TSDMFieldSetDefaultTextAppearance(alpha, &look);
     for (int fault = 0; fault < 4; ++fault) {
         TextAppearance bad = inherited;
         if (fault == 0) bad.quadding = 3;
@@ -80,7 +98,7 @@ void Looks() {
         if (fault == 2) bad.baseFont = KRAtomNull;
         if (fault == 3) bad.size = -1;
         CHECK_RAISES(KRErrBadParam, Forms::TSDMFieldSetDefaultTextAppearance(alpha, &bad));
-        CHECK_EQ(Text(At(dict, "DA")), "/TiRo 0 Tf 0 g");
+        CHECK_EQ(Text(At(dict, "DA")), "/Helv 9 Tf 0 g");
     }
     for (const char *text : {"/Helv 12 Tf .5 .5 .5 .5 .5 k", "1 g", "/Helv 12 Tf 0 0 rg", "/Helv 12 Tf 2 0 0 rg"}) {
         LexDictPut(dict, Atom("DA"), Str(text));
@@ -186,6 +204,11 @@ void Layouts() {
         CHECK_RAISES(KRErrBadParam,
                      Forms::TSLayoutIconText(silent.store, /*layout*/ 0, LexNullObj, &s_thin, &bad, text));
     }
+}
+
+void Icons() {
+    TextAppearance look = LookOf(FieldOf("alpha"));
+    look.size = KRFixedFromInt(10);
     const Page page;
     CHECK_EQ(Text(Forms::TSDMFormFromPage(doc, page.page)), "null");
     const std::string drawing = "0 0 100 100 re f";
@@ -197,7 +220,6 @@ void Layouts() {
     CHECK_EQ(Text(At(icon, "Subtype")) + Text(At(icon, "BBox")), "/Form[0 0 612 792]");
     CHECK(Has(Data(icon), drawing.c_str()));
     const Layout layout(Box(100, 100), 0);
-    look.size = KRFixedFromInt(10);
     char caption[] = "Go";
     Forms::TSLayoutIconText(layout.store, /*layout, caption below*/ 2, icon, &s_thin, &look, caption);
     const LexObj stream = layout.Stream();

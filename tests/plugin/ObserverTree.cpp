@@ -64,9 +64,14 @@ void Defining() {
     // A sibling further down the same path.
     CHECK_EQ(NameOf(Define("Tx", "a.b.d")), "a.b.d");
     CHECK_EQ(KidsOf(FieldOf("a.b")), 2);
+}
 
+void DefiningRefused() {
+    const DMAnnot annot = NewWidget("Tx");
+    Forms::TSDMAnnotDefineField(annot, "a.b.c");
     const DMAnnot refused = NewWidget("Tx");
-    for (const char *name : {"", "...", "alpha.x", "a.b", "pick"}) CHECK(!Forms::TSDMAnnotDefineField(refused, name));
+    for (const char *name : {"", "...", "alpha.x", "pick"}) CHECK(!Forms::TSDMAnnotDefineField(refused, name));
+    CHECK_RAISES(KRErrBadParam, Forms::TSDMAnnotDefineField(refused, "a.b"));
     CHECK(!LexDictKnown(DMAnnotGetLexObj(refused), Atom("T")));
     CHECK(!LexDictKnown(DMAnnotGetLexObj(refused), Atom("Parent")));
     CHECK_EQ(KidsOf(FieldOf("alpha")), 0);
@@ -210,7 +215,9 @@ void Removing() {
     // A page that loses the widget loses the field.
     DMPageRemoveAnnot(page.page, DMPageGetAnnotIndex(page.page, AnnotOf(FieldOf("pick"))));
     CHECK(!FieldOf("pick"));
+}
 
+void Copying() {
     DMField *secret = FieldOf("secret");
     CHECK(Forms::TSDMFieldSetValue(secret, Str("word")));
     DMField *copy = Forms::TSLexDictCopyField(DMAnnotGetLexObj(NewWidget(nullptr)), secret, "copy", /*fresh*/ true,

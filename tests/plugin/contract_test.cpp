@@ -1,15 +1,18 @@
 // The real program with Forms and two plug-ins that know nothing but include/: one in C++, one in C.
 //
-// The plug-ins check what they see and print a line for whatever is wrong; the tests here judge the program around
-// them. SPDX-License-Identifier: MIT
+// The plug-ins check what they see and print a line for whatever is wrong; the tests judge the program around them.
+// SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 #include <sys/wait.h>
 #include <vector>
 
 #include "HostFixture.h"
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -33,10 +36,11 @@ struct Ran {
     std::string out, err;
 };
 
-/** Runs jackdaw with all three plug-ins; `environment` is a list of assignments for a shell. */
-Ran RunJackdaw(const std::string &environment, const std::string &arguments) {
+/** Runs jackdaw with the plug-ins of a folder; `environment` is a list of assignments for a shell. */
+Ran RunJackdaw(const std::string &environment, const std::string &arguments,
+               const std::string &folder = CONTRACT_PLUG_INS) {
     const std::string out = TempFile("out", ""), err = TempFile("err", "");
-    const std::string command = environment + " '" JACKDAW_PROGRAM "' --plug-ins '" CONTRACT_PLUG_INS "' " + arguments +
+    const std::string command = environment + " '" JACKDAW_PROGRAM "' --plug-ins '" + folder + "' " + arguments +
                                 " >'" + out + "' 2>'" + err + "'";
     const int status = std::system(command.c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadAll(out), ReadAll(err)};
@@ -48,7 +52,8 @@ class Contract : public testing::TestWithParam<const char *> {};
 
 TEST_P(Contract, HoldsFor) {
     const std::string name = GetParam();
-    const Ran ran = RunJackdaw("OBSERVER_CASE=" + name, "fields '" + FormFile() + "'");
+    const Ran ran = RunJackdaw("OBSERVER_FILE='" + TempFile("copy.pdf", "") + "' OBSERVER_CASE=" + name,
+                               "fields '" + FormFile() + "'");
     EXPECT_EQ(ran.err, "observer: " + name + " ok\n");
     // The command goes on with the form as the plug-in left it.
     EXPECT_EQ(ran.exitCode, 0);
@@ -57,9 +62,11 @@ TEST_P(Contract, HoldsFor) {
 
 INSTANTIATE_TEST_SUITE_P(Cases, Contract,
                          testing::Values("tables", "absences", "registration", "vetoes", "rewriting", "failures",
-                                         "form-life", "defining", "groups", "renaming", "removing", "values", "choices",
-                                         "flags-and-types", "looks", "widget-faces", "layouts", "handlers",
-                                         "widget-records", "name-trees", "c"),
+                                         "form-life", "defining", "defining-refused", "groups", "renaming", "removing",
+                                         "copying", "values", "other-values", "no-fields", "choices", "flags-and-types",
+                                         "looks", "unreadable-looks", "widget-faces", "layouts", "icons", "handlers",
+                                         "widget-records", "name-trees", "upheavals", "upheavals-in-walks", "saving",
+                                         "second-document", "odd-objects", "odd-handles", "odd-numbers", "c"),
                          [](const auto &info) {
                              std::string name = info.param;
                              std::erase(name, '-');
@@ -72,6 +79,18 @@ TEST(ContractOfPlugIns, EveryExportComesBeforeAnyInit) {
     EXPECT_EQ(ran.err, "earlier: export, Forms is not there, 0 running\n"
                        "earlier: register, Forms is there, 0 running\n"
                        "earlier: init, Forms is there, 0 running\n");
+}
+
+TEST(ContractOfPlugIns, WhoNeedsFormsGoesWithoutIt) {
+    const fs::path folder = fs::path(TempFile("link", "")).parent_path();
+    for (const char *name : {"Earlier.so", "Observer.so"})
+        fs::create_symlink(fs::path(CONTRACT_PLUG_INS) / name, folder / name);
+    const Ran ran = RunJackdaw("OBSERVER_CASE=values", "fields '" + FormFile() + "'", folder.string());
+    EXPECT_EQ(ran.exitCode, 2);
+    EXPECT_NE(ran.err.find("Earlier.so is left out: its replace and register gave false"), std::string::npos);
+    EXPECT_NE(ran.err.find("Observer.so is left out: its replace and register gave false"), std::string::npos);
+    EXPECT_TRUE(ran.err.ends_with("jackdaw: the plug-in Forms is not loaded; --plug-ins names its folder\n"))
+        << ran.err;
 }
 
 // What the command line does to a form, other plug-ins hear of, and may refuse or change.

@@ -1,0 +1,295 @@
+// The commands as a user gives them: what they write, what they say, the code that they leave with.
+// SPDX-License-Identifier: MIT
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include "PdfText.h"
+#include "Run.h"
+
+namespace {
+
+using testing::Test;
+
+// A form with a field of every kind that takes a value, and one of each that does not.
+std::string SmallForm() {
+    static const std::string s_path = [] {
+        const std::string toggle = " /AS /Off /AP << /N << /";
+        const auto states = [&](const std::string &on) { return toggle + on + " 14 0 R /Off 14 0 R >> >>"; };
+        std::vector<std::string> objects = FormObjects(
+            {"/T (given) /FT /Tx /V (old) /DV (standard) /MaxLen 10", "/T (locked) /FT /Tx /Ff 1 /V (kept)",
+             "/T (colour) /FT /Ch /Ff 131072 /Opt [[(r) (red)] [(g) (green)]] /V (r)",
+             "/T (town) /FT /Ch /Ff 393216 /Opt [(Brno) (Lyon)]", "/T (days) /FT /Ch /Opt [(Mon) (Tue)] /DV (Tue)",
+             "/T (agree) /FT /Btn" + states("Yes"), "/T (size) /FT /Btn /Ff 49152" + states("large"),
+             "/T (secret) /FT /Tx /Ff 8192", "/T (send) /FT /Btn /Ff 65536", "/T (notes) /FT /Tx /Ff 4096"},
+            "/DA (/Helv 10 Tf 0 g) /DR << /Font << /Helv << /Type /Font /Subtype /Type1 /BaseFont /Helvetica >> >> >>");
+        objects.push_back("<< /Type /XObject /Subtype /Form /BBox [0 0 20 20] /Length 0 >> stream\n\nendstream");
+        return TempFile("form.pdf", PdfText(objects));
+    }();
+    return s_path;
+}
+
+std::string NewName() {
+    return std::filesystem::path(TempFile("x", "")).replace_filename("out.pdf");
+}
+
+std::size_t CountLines(const std::string &text) {
+    return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+}
+
+bool Has(const std::string &text, const std::string &part) {
+    return text.find(part) != std::string::npos;
+}
+
+// One line that says `part`, code 2, nothing on standard output.
+void ExpectNothingDone(const Ran &ran, const std::string &part) {
+    EXPECT_EQ(ran.exit, 2) << ran;
+    EXPECT_EQ(ran.out, "");
+    EXPECT_EQ(CountLines(ran.err), 1U) << ran;
+    EXPECT_TRUE(Has(ran.err, part)) << ran.err;
+}
+
+TEST(Fill, TakesEveryTypeOfDataAndChangesNothingElse) {
+    const std::string out = NewName();
+    const std::string data = R"({"given": 1.50, "colour": "green", "town": "Ústí", "days": "Mon", "agree": true,
+                                 "size": "large", "notes": "Łódź\nline two"})";
+    const Ran ran = Jackdaw({"fill", SmallForm(), "--json", TempFile("data.json", data), "-o", out});
+    ASSERT_EQ(ran.exit, 0) << ran;
+    EXPECT_EQ(ran.err, "");
+    const auto fields = FieldsOf(out);
+    const Json expected = {{"given", "1.50"}, {"locked", "kept"}, {"colour", "g"},    {"town", "Ústí"},
+                           {"days", "Mon"},   {"agree", "Yes"},   {"size", "large"}, {"notes", "Łódź\nline two"}};
+    for (const auto &[name, value] : expected.items()) EXPECT_EQ(fields.at(name)["value"], value) << name;
+
+    const std::string again = NewName();
+    const std::string back = R"({"given": null, "town": null, "agree": false, "size": "Off"})";
+    ASSERT_EQ(Jackdaw({"fill", out, "--json", TempFile("data.json", back), "--set", "days=Tue", "-o", again}).exit, 0);
+    const Json cleared = {{"given", nullptr}, {"town", nullptr}, {"agree", "Off"}, {"size", "Off"}, {"days", "Tue"}};
+    for (const auto &[name, value] : cleared.items()) EXPECT_EQ(ValueIn(again, name), value) << name;
+}
+
+TEST(Fill, WarnsOfWhatAFieldCannotTakeAndFillsTheRest) {
+    const struct {
+        const char *set, *says;
+    } s_cases[] = {
+        {"givn=x", "givn: no such field; there are: given"},
+        {"colour=blue", "it takes: r (red), g (green)"},
+        {"days=Sun", "it takes: Mon, Tue"},
+        {"agree=maybe", "it takes: Yes, true, false"},
+        {"size=huge", "it takes: large, Off"},
+        {"given=12345678901", "has 11 characters; the field takes 10"},
+        {"locked=x", "locked: the field is read-only"},
+        {"send=x", "takes no value"},
+    };
+    std::vector<std::string> all = {"fill", SmallForm(), "--set", "notes=done"};
+    for (const auto &[set, says] : s_cases) all.insert(all.end(), {"--set", set});
+    const std::string out = NewName();
+    all.insert(all.end(), {"-o", out});
+    const Ran ran = Jackdaw(all);
+    EXPECT_EQ(ran.exit, 3) << ran;
+    EXPECT_EQ(CountLines(ran.err), std::size(s_cases)) << ran;
+    for (const auto &[set, says] : s_cases) EXPECT_TRUE(Has(ran.err, says)) << says << "\n" << ran.err;
+    EXPECT_EQ(ValueIn(out, "notes"), "done");
+    EXPECT_EQ(ValueIn(out, "given"), "old");
+    EXPECT_EQ(ValueIn(out, "locked"), "kept");
+}
+
+TEST(Fill, WritesNothingWhenNothingIsFilled) {
+    const std::string out = NewName();
+    const Ran ran = Jackdaw({"fill", SmallForm(), "--set", "nobody=x", "-o", out});
+    EXPECT_EQ(ran.exit, 2) << ran;
+    EXPECT_EQ(CountLines(ran.err), 2U) << ran;
+    EXPECT_FALSE(std::filesystem::exists(out));
+}
+
+TEST(Fill, KeepsNoPassword) {
+    const std::string out = NewName();
+    const Ran ran = Jackdaw({"fill", SmallForm(), "--set", "secret=opensesame", "-o", out});
+    EXPECT_EQ(ran.exit, 3) << ran;
+    EXPECT_TRUE(Has(ran.err, "secret: a password")) << ran;
+    EXPECT_FALSE(Has(RunProgram({"qpdf", "--qdf", out, "-"}).out, "opensesame"));
+}
+
+TEST(Fill, CountsCharactersAgainstTheMaximumLength) {
+    const std::string out = NewName();
+    const std::string tenLetters = "žžžžžžžžžž";
+    EXPECT_EQ(Jackdaw({"fill", SmallForm(), "--set", "given=" + tenLetters, "-o", out}).exit, 0);
+    EXPECT_EQ(ValueIn(out, "given"), tenLetters);
+}
+
+TEST(Fill, MayReplaceItsInput) {
+    const std::string file = TempFile("form.pdf", ReadAll(SmallForm()));
+    EXPECT_EQ(Jackdaw({"fill", file, "--set", "given=new", "-o", file}).exit, 0);
+    EXPECT_EQ(ValueIn(file, "given"), "new");
+    EXPECT_EQ(ValueIn(file, "notes"), nullptr);
+}
+
+TEST(Reset, GoesBackToDefaultsAllOrNamed) {
+    const std::string filled = NewName(), one = NewName(), all = NewName();
+    ASSERT_EQ(Jackdaw({"fill", SmallForm(), "--set", "given=new", "--set", "days=Mon", "--set", "colour=green", "--set",
+                       "agree=true", "-o", filled})
+                  .exit,
+              0);
+    Ran ran = Jackdaw({"reset", filled, "given", "nobody", "-o", one});
+    EXPECT_EQ(ran.exit, 3) << ran;
+    EXPECT_TRUE(Has(ran.err, "nobody: no such field")) << ran;
+    EXPECT_EQ(ValueIn(one, "given"), "standard");
+    EXPECT_EQ(ValueIn(one, "colour"), "g");
+    ran = Jackdaw({"reset", filled, "-o", all});
+    EXPECT_EQ(ran.exit, 0) << ran;
+    EXPECT_EQ(ValueIn(all, "days"), "Tue");
+    // A choice without a default goes to its first.
+    EXPECT_EQ(ValueIn(all, "colour"), "r");
+    EXPECT_EQ(ValueIn(all, "agree"), "Off");
+    ExpectNothingDone(Jackdaw({"reset", filled, "send", "-o", NewName()}), "no field was reset");
+}
+
+TEST(Commands, StandardInputAndOutput) {
+    const std::string form = ReadAll(SmallForm());
+    const Ran filled = Jackdaw({"fill", "-", "--set", "given=piped", "-o", "-"}, {form});
+    ASSERT_EQ(filled.exit, 0) << filled.err;
+    EXPECT_EQ(filled.err, "");
+    const Ran listed = Jackdaw({"fields", "-"}, {filled.out});
+    EXPECT_EQ(listed.exit, 0) << listed;
+    EXPECT_TRUE(Has(listed.out, "given")) << listed;
+    EXPECT_TRUE(Has(listed.out, "piped")) << listed;
+    const std::string out = NewName();
+    EXPECT_EQ(Jackdaw({"fill", SmallForm(), "--json", "-", "-o", out}, {R"({"given": "data"})"}).exit, 0);
+    EXPECT_EQ(ValueIn(out, "given"), "data");
+    ExpectNothingDone(Jackdaw({"fill", "-", "--json", "-", "-o", out}, {form}), "standard input is asked for twice");
+    const Ran picture = Jackdaw({"render", "-", "-o", "-"}, {form});
+    EXPECT_EQ(picture.out.substr(0, 4), "\x89PNG") << picture.err;
+}
+
+TEST(Commands, PasswordFile) {
+    if (!HasProgram("qpdf")) GTEST_SKIP();
+    const std::string locked = NewName(), out = NewName();
+    ASSERT_EQ(RunProgram({"qpdf", "--encrypt", "reader", "owner", "256", "--modify=none", "--", SmallForm(), locked}).exit, 0);
+    const auto fill = [&](const char *password) {
+        return Jackdaw({"fill", locked, "--password-file", TempFile("password", password), "--set", "given=x", "-o", out});
+    };
+    ExpectNothingDone(Jackdaw({"fields", locked}), "password");
+    ExpectNothingDone(fill("wrong"), "password");
+    EXPECT_EQ(Jackdaw({"fields", locked, "--password-file", TempFile("password", "reader")}).exit, 0);
+    ExpectNothingDone(fill("reader\n"), "does not permit filling in");
+    EXPECT_FALSE(std::filesystem::exists(out));
+    EXPECT_EQ(fill("owner\nsecond line").exit, 0);
+    // The filled document is locked as before.
+    ExpectNothingDone(Jackdaw({"fields", out}), "password");
+    EXPECT_TRUE(Has(RunProgram({"qpdf", "--password=reader", "--show-encryption", out}).out, "modify forms: not allowed"));
+}
+
+TEST(Commands, RefuseWhatTheyCannotUse) {
+    const std::string form = SmallForm(), out = NewName();
+    const std::string folder = std::filesystem::path(out).parent_path();
+    const auto data = [&](const char *json) {
+        return std::vector<std::string>{"fill", form, "--json", TempFile("data.json", json), "-o", out};
+    };
+    const std::pair<std::vector<std::string>, const char *> s_cases[] = {
+        {{}, "--help"},
+        {{"bogus"}, "--help"},
+        {{"fields"}, "FILE"},
+        {{"fields", form, "--bogus"}, "--bogus"},
+        {{"fields", folder + "/none.pdf"}, "none.pdf"},
+        {{"fields", folder}, folder.c_str()},
+        {{"fields", ""}, "FILE"},
+        {{"fields", TempFile("empty.pdf", "")}, "damaged"},
+        {{"fields", TempFile("plain.pdf", PdfText({"<< /Type /Catalog /Pages 2 0 R >>", "<< /Type /Pages /Kids [] /Count 0 >>"}))},
+         "no form"},
+        {{"fill", form, "-o", out}, "no values given"},
+        {{"fill", form, "--set", "given=x"}, "--output"},
+        {{"fill", form, "--set", "given=x", "-o", ""}, "--output"},
+        {{"fill", form, "--set", "given", "-o", out}, "NAME=VALUE"},
+        {{"fill", form, "--set", "=x", "-o", out}, "NAME=VALUE"},
+        {{"fill", form, "--json", folder + "/none.json", "-o", out}, "none.json"},
+        {{"fill", form, "--set", "given=x", "--password-file", folder + "/none", "-o", out}, "none"},
+        {data(""), "not valid JSON"},
+        {data("{\"given\": \"x\""), "not valid JSON"},
+        {data("{\"given\": \"\xff\"}"), "not valid JSON"},
+        {data("[1, 2]"), "not a JSON object"},
+        {data("3"), "not a JSON object"},
+        {data("{}"), "no values given"},
+        {data("{\"given\": {\"a\": 1}}"), "\"given\""},
+        {data("{\"given\": [\"a\"]}"), "\"given\""},
+        {{"render", form, "--page", "2", "-o", out}, "no page 2"},
+        {{"render", form, "--page", "0", "-o", out}, "no page 0"},
+        {{"render", form, "--dpi", "0", "-o", out}, "--dpi"},
+    };
+    for (const auto &[arguments, says] : s_cases) {
+        SCOPED_TRACE(says);
+        ExpectNothingDone(Jackdaw(arguments), says);
+        EXPECT_FALSE(std::filesystem::exists(out));
+    }
+    const Ran noPlugIns = Jackdaw({"--plug-ins", folder + "/none", "fields", form});
+    EXPECT_EQ(noPlugIns.exit, 2) << noPlugIns;
+    EXPECT_TRUE(Has(noPlugIns.err, "plug-in Forms is not loaded")) << noPlugIns;
+}
+
+TEST(Commands, TellAboutThemselves) {
+    for (const char *option : {"--help", "--version", "--print-manual", "--print-completion"}) {
+        const Ran ran = Jackdaw({option});
+        EXPECT_EQ(ran.exit, 0) << ran;
+        EXPECT_EQ(ran.err, "");
+        EXPECT_TRUE(Has(ran.out, "jackdaw")) << option;
+    }
+    for (const char *command : {"fields", "fill", "reset", "render"}) {
+        EXPECT_EQ(Jackdaw({command, "--help"}).exit, 0);
+        EXPECT_TRUE(Has(Jackdaw({"--print-manual"}).out, command));
+    }
+}
+
+// Whatever keeps the new file from being written whole, the former one stands and nothing is left beside it.
+TEST(Save, LosesNothingWhenWritingFails) {
+    const std::string file = TempFile("form.pdf", ReadAll(SmallForm()));
+    const auto entries = [&] {
+        const auto folder = std::filesystem::directory_iterator(std::filesystem::path(file).parent_path());
+        return std::distance(begin(folder), end(folder));
+    };
+    const std::vector<std::string> fill = {"fill", file, "--set", "given=new", "-o"};
+    const auto fillTo = [&](const std::string &path, const RunOptions &options) {
+        std::vector<std::string> command = fill;
+        command.push_back(path);
+        return Jackdaw(command, options);
+    };
+    for (const long limit : {200L, 600L, 2200L}) {
+        ExpectNothingDone(fillTo(file, {"", limit}), "disk is full");
+        EXPECT_EQ(ReadAll(file), ReadAll(SmallForm()));
+        EXPECT_EQ(entries(), 1);
+    }
+    ExpectNothingDone(fillTo("/dev/full", {}), "full");
+    ExpectNothingDone(fillTo(file + "/x.pdf", {}), "x.pdf");
+    const std::string folder = file + ".folder";
+    std::filesystem::create_directory(folder);
+    ExpectNothingDone(fillTo(folder, {}), ".folder");
+    ExpectNothingDone(fillTo(folder + "/none/x.pdf", {}), "x.pdf");
+    EXPECT_EQ(entries(), 2);
+    EXPECT_TRUE(std::filesystem::is_empty(folder));
+    EXPECT_EQ(RunProgram({"sh", "-c", TEST_JACKDAW " fields " + file + " > /dev/full"}).exit, 2);
+}
+
+TEST(Fields, TableForPeople) {
+    const Ran ran = Jackdaw({"fields", SmallForm()});
+    ASSERT_EQ(ran.exit, 0) << ran;
+    EXPECT_EQ(ran.out.substr(0, ran.out.find('\n')).substr(0, 10), "PAGE  TYPE");
+    EXPECT_EQ(CountLines(ran.out), 11U) << ran;
+    EXPECT_TRUE(Has(ran.out, "readonly")) << ran;
+    // A value cannot break the table.
+    const std::string odd = TempFile("odd.pdf", PdfText(FormObjects({"/FT /Tx /T (a\\nb) /V (c\\033[31m\\nd)"})));
+    const Ran table = Jackdaw({"fields", odd});
+    EXPECT_EQ(CountLines(table.out), 2U) << table;
+    EXPECT_FALSE(Has(table.out, "\033"));
+}
+
+TEST(Render, DrawsAtTheWantedSize) {
+    const std::string out = NewName();
+    ASSERT_EQ(Jackdaw({"render", SmallForm(), "--dpi", "36", "-o", out}).exit, 0);
+    const std::string png = ReadAll(out);
+    ASSERT_GT(png.size(), 24U);
+    const auto number = [&](std::size_t at) {
+        return static_cast<unsigned char>(png[at + 2]) << 8 | static_cast<unsigned char>(png[at + 3]);
+    };
+    EXPECT_EQ(number(16), 306);
+    EXPECT_EQ(number(20), 396);
+}
+
+} // namespace
