@@ -63,12 +63,6 @@ Json FieldJson(const Field &field) {
 /** A row of the table for people. */
 using Row = std::vector<std::string>;
 
-std::string OneLine(std::string text) {
-    std::replace_if(
-        text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; }, ' ');
-    return text;
-}
-
 Row RowOf(const Field &field) {
     const std::string page = field.widgets.empty() ? "-" : std::to_string(field.widgets.front().page);
     const std::vector<std::string> values = ValueTexts(Forms::TSDMFieldGetValue(field.handle));

@@ -16,6 +16,7 @@
 #include "KernelSupportHFT.h"
 #include "PIFrame.h"
 #include "ScreenViewHFT.h"
+#include "Text.h"
 
 namespace jackdaw::cli {
 
@@ -56,7 +57,7 @@ std::string ReadPassword(const std::string &path) {
 
 void Warn(const std::string &line) {
     s_warned = true;
-    std::fprintf(stderr, "jackdaw: %s\n", line.c_str());
+    PrintFailure(line);
 }
 
 bool AnyWarnings() {
@@ -64,7 +65,7 @@ bool AnyWarnings() {
 }
 
 void PrintFailure(const std::string &what) {
-    std::fprintf(stderr, "jackdaw: %s\n", what.c_str());
+    std::fprintf(stderr, "jackdaw: %s\n", OneLine(what).c_str());
 }
 
 std::string SentenceOf(KRErrorCode code) {

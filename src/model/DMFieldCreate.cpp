@@ -63,10 +63,10 @@ DMField *MoveWidgetIntoTree(LexObj dict, std::string_view fullName) {
     return field;
 }
 
-/** Makes the document's form if it has none; false when there is no valid one then. */
+/** Makes the document's form if it has no valid one; false when there is still none then. */
 bool EnsureForm(LexObj dict) {
     LexObj form = TSLexObjGetTessella(dict);
-    if (LexObjGetType(form) == LexNull) form = TSDMDocCreateForm(DMDocFromLexDoc(LexObjGetDoc(dict)));
+    if (!TessellaIsValid(form)) form = TSDMDocCreateForm(DMDocFromLexDoc(LexObjGetDoc(dict)));
     return TessellaIsValid(form);
 }
 

@@ -80,7 +80,9 @@ bool ChangeValue(DMField *work, LexObj old, LexObj value, bool due) {
     const bool rewritten = EStrCmp(given.get(), text.get()) != 0;
     const bool changed = differs || rewritten;
     if (changed) {
-        value = StoreValue(work, old, value, text.get(), rewritten);
+        const LexObj stored = StoreValue(work, old, value, text.get(), rewritten);
+        // An empty text is not stored, but it may be the export value of a choice, which has a text to show.
+        if (rewritten || !IsNull(stored)) value = stored;
         TessellaBroadcast(TSValueDidChange, &record);
         if (!DMFieldIsAlive(work, workObj)) return !record.reject;
     }

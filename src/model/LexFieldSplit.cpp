@@ -115,10 +115,8 @@ bool JoinGroup(DMField *field, LexObj dict) {
 
 bool TSDMFieldNewTocayo(DMField *field, LexObj dict) {
     if (!TSDMFieldIsTerminal(field)) KRRaise(KRErrBadParam);
-    if (LexDictKnown(dict, FT_K)) {
-        if (LexNameOrNull(LexDictGet(dict, FT_K)) != field->type) return false;
-        LexDictRemove(dict, FT_K);
-    }
-    for (const KRAtom key : {flagsF_K, options_K, value_K, default_K}) LexDictRemove(dict, key);
+    const KRAtom type = LexNameOrNull(LexDictGet(dict, FT_K));
+    if (type != KRAtomNull && type != field->type) return false;
+    for (const KRAtom key : {FT_K, flagsF_K, options_K, value_K, default_K}) LexDictRemove(dict, key);
     return field->state & DMFieldSharesName ? JoinGroup(field, dict) : SplitField(field, dict);
 }

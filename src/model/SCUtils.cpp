@@ -3,6 +3,7 @@
 #include "SCUtils.h"
 
 #include <cstring>
+#include <utility>
 
 #include "DocModelHFT.h"
 #include "FormStr.h"
@@ -83,22 +84,19 @@ void MendPageEntry(DMPage page, DMAnnot annot) {
     DMDocClearFlags(doc, before ^ DMDocGetFlags(doc));
 }
 
-/** Pages from `first` to `last` until one is the annotation's; the last one tried otherwise. */
-DMPage FindPage(SCPageView view, DMAnnot annot, std::int32_t first, std::int32_t last) {
+/** Pages from `first` to `last` until one is the annotation's; the last one tried otherwise. `*found` is acquired. */
+void FindPage(SCPageView view, DMAnnot annot, std::int32_t first, std::int32_t last, DMPage *found) {
     const DMDoc doc = SCDocGetDMDoc(SCPageViewGetDoc(view));
     const LexObj pageEntry = LexDictGet(DMAnnotGetLexObj(annot), PageFromAnnot_K);
-    DMPage page = nullptr;
     for (std::int32_t number = first; number <= last; ++number) {
-        if (page) DMPageRelease(page);
-        page = nullptr;
+        if (*found) DMPageRelease(std::exchange(*found, nullptr));
         SCPageViewGetVisibleAnnotPage(view, number);
-        page = DMDocAcquirePage(doc, number);
-        if (LexObjEqual(DMPageGetLexObj(page), pageEntry)) return page;
-        if (!PageHasAnnot(page, annot)) continue;
-        MendPageEntry(page, annot);
-        return page;
+        *found = DMDocAcquirePage(doc, number);
+        if (LexObjEqual(DMPageGetLexObj(*found), pageEntry)) return;
+        if (!PageHasAnnot(*found, annot)) continue;
+        MendPageEntry(*found, annot);
+        return;
     }
-    return page;
 }
 
 } // namespace
@@ -216,9 +214,10 @@ DMPage TSSCPageViewGetDMPageFromAnnot(SCPageView view, DMAnnot annot) {
     const std::int32_t current = SCPageViewGetPageNum(view);
     DMPage page = nullptr;
     const KRErrorCode code = Protect([&] {
-        page = FindPage(view, annot, SCPageViewGetFirstVisiblePageNum(view), SCPageViewGetLastVisiblePageNum(view));
+        FindPage(view, annot, SCPageViewGetFirstVisiblePageNum(view), SCPageViewGetLastVisiblePageNum(view), &page);
     });
     SCPageViewGetVisibleAnnotPage(view, current);
+    if (code && page) DMPageRelease(page);
     RaiseIf(code);
     return page;
 }

@@ -55,13 +55,15 @@ std::string ScalarText(LexObj obj) {
 // An element of `Opt` offers something: a pair of export and text, or a text that is not empty.
 bool IsChoice(LexObj element) {
     switch (LexObjGetType(element)) {
-    case LexArray: return LexArrayLength(element) == 2;
+    case LexArray:
+        return LexArrayLength(element) == 2;
     case LexString: {
         std::int32_t length = 0;
         LexStringValue(element, &length);
         return length > 0;
     }
-    default: return IsScalar(element);
+    default:
+        return IsScalar(element);
     }
 }
 

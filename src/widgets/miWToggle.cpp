@@ -136,9 +136,12 @@ void WToggleWriteData(SCWidgetHandler *, DMAnnot annot, TSWidgetData *data) {
     TSDMAnnotSetHighlight(annot, Toggle_K);
     ClearOtherFaces(annot, *toggle);
     WButtonSetOnKey(annot, toggle->onKey);
-    WriteDefault(annot, *toggle);
-    TSDMFieldUpdateAppearance(TSDMAnnotGetField(annot));
+    const KRErrorCode code = Protect([&] {
+        WriteDefault(annot, *toggle);
+        TSDMFieldUpdateAppearance(TSDMAnnotGetField(annot));
+    });
     WButtonCleanUpKeys(annot);
+    RaiseIf(code);
     TSDMWidgetSetStringValue(annot, LexName, data->value);
 }
 

@@ -114,8 +114,8 @@ inline void Show(const TestDoc &doc, const char *field, const std::string &value
 /** A form XObject with this text. */
 inline LexObj NewForm(const TestDoc &doc, const std::string &text, LexObj attributes = LexNullObj) {
     KRStm source = KRMemStmOpen(text.data(), static_cast<std::int64_t>(text.size()));
-    const LexObj stream = LexNewStream(doc.lex, true, source, 0, true, attributes, LexNullObj,
-                                       static_cast<std::int32_t>(text.size()));
+    const LexObj stream =
+        LexNewStream(doc.lex, true, source, 0, true, attributes, LexNullObj, static_cast<std::int32_t>(text.size()));
     KRStmClose(source);
     LexDictPut(LexStreamDict(stream), Subtype_K, Name(doc, "Form"));
     return stream;

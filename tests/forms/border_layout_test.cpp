@@ -26,7 +26,8 @@ std::string CircularBorder(std::int32_t style, const DMColorValue &border, const
     const std::string start = "q 1 0 0 1 50 10 cm ";
     for (std::size_t at; (at = text.find(start)) != std::string::npos;) {
         const std::size_t radius = at + start.size(), end = text.find(" Q", at);
-        out += text.substr(0, at) + "circle " + text.substr(radius, text.find(' ', radius) - radius) + ' ' + text[end - 1];
+        out +=
+            text.substr(0, at) + "circle " + text.substr(radius, text.find(' ', radius) - radius) + ' ' + text[end - 1];
         text.erase(0, end + 2);
     }
     return out + text;
@@ -152,7 +153,7 @@ TEST_F(LayoutTest, TheFitMatrixScalesAndAligns) {
         double dw, dh, sw, sh;
         const char *scale, *shift;
     } cases[] = {
-        {Always_K, Proportional_K, 40, 40, 20, 10, "2 2", "0 5"},   // the slack is shared 1 to 3
+        {Always_K, Proportional_K, 40, 40, 20, 10, "2 2", "0 5"}, // the slack is shared 1 to 3
         {Always_K, Proportional_K, 10, 40, 20, 20, "0.5 0.5", "0 7.5"},
         {Always_K, Anamorphic_K, 40, 40, 20, 10, "2 4", "0 0"},
         {TooBig_K, Proportional_K, 40, 40, 20, 10, "1 1", "5 7.5"}, // smaller: not scaled
@@ -171,8 +172,10 @@ TEST_F(LayoutTest, TheFitMatrixScalesAndAligns) {
         KRFixedMatrix m;
         GetFitMatrix(&fit, &dest, &src, &m);
         // As scale and shift of the source's own corner.
-        const KRFixedRect moved{.left = m.a, .top = TSFixedAdd(m.f, KRFixedMul(m.d, src.bottom)), .right =
-                                TSFixedAdd(m.e, KRFixedMul(m.a, src.left)), .bottom = m.d};
+        const KRFixedRect moved{.left = m.a,
+                                .top = TSFixedAdd(m.f, KRFixedMul(m.d, src.bottom)),
+                                .right = TSFixedAdd(m.e, KRFixedMul(m.a, src.left)),
+                                .bottom = m.d};
         EXPECT_EQ(RectText(moved), std::string(c.scale) + ' ' + c.shift) << c.dw << ' ' << c.dh << ' ' << c.sw;
     }
 }
@@ -226,7 +229,8 @@ TEST_F(LayoutTest, NumbersOfHostileFilesAreHarmless) {
                     const TSBorder border{style, width, 0, {}};
                     std::string text = "some text\nin lines";
                     TSLayoutBorder(store.get(), &border, &s_red, &s_back, style & 1);
-                    CStoreDrawCircularBorder(store.get(), &rect, style, CStoreBorderMargin(&border), &s_red, &s_back, 1);
+                    CStoreDrawCircularBorder(store.get(), &rect, style, CStoreBorderMargin(&border), &s_red, &s_back,
+                                             1);
                     TSLayoutText(store.get(), style & 1, style & 2, &border, &look, text.data());
                     TSLayoutIconText(store.get(), style, icon, &border, &look, text.data());
                     look.size = size;

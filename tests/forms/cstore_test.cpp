@@ -21,12 +21,12 @@ std::string SimpleText(StorePtr store, TextAppearance look, const std::string &t
     return TextOf(store.get());
 }
 
-/** What `text` becomes when a store with "q BMC part" as its only text takes the place of the variable part. */
 LexObj Replaced(const TestDoc &doc, LexObj old, CStore *store) {
     const TextAppearance look = LookOf(12);
     return CStoreReplace(old, store, &look, doc.At("Tessella/DR"));
 }
 
+/** What `old` becomes when the variable part of `fresh` takes the place of its own. */
 std::string ReplacedText(const TestDoc &doc, const std::string &old, const std::string &fresh) {
     const StorePtr store = NewStore(100, 20);
     CStorePrintf(store.get(), "%c", fresh.c_str());

@@ -74,9 +74,10 @@ TEST_F(FlowTest, WidthsOfTexts) {
     const struct {
         std::uint16_t unit;
         int gothic, mincho;
-    } units[] = {{0x20, 278, 250}, {0x7E, 584, 541}, {0x7F, 1000, 1000}, {0xA0, 1000, 1000}, {0xA1, 333, 333},
-                 {0xFF, 500, 500}, {0x305, 556, 500}, {0x30C, 333, 333}, {0x142, 222, 278}, {0x152, 1000, 889},
-                 {0x2013, 556, 500}, {0x2122, 1000, 980}, {0xFF61, 500, 500}, {0xFFA0, 1000, 1000}, {0x3042, 1000, 1000}};
+    } units[] = {{0x20, 278, 250},   {0x7E, 584, 541},     {0x7F, 1000, 1000},  {0xA0, 1000, 1000},
+                 {0xA1, 333, 333},   {0xFF, 500, 500},     {0x305, 556, 500},   {0x30C, 333, 333},
+                 {0x142, 222, 278},  {0x152, 1000, 889},   {0x2013, 556, 500},  {0x2122, 1000, 980},
+                 {0xFF61, 500, 500}, {0xFFA0, 1000, 1000}, {0x3042, 1000, 1000}};
     for (const auto &u : units) {
         EXPECT_EQ(GetUnicodeCharWidth(u.unit, true), KRFixedDiv(Pt(u.gothic), Pt(1000))) << std::hex << u.unit;
         EXPECT_EQ(GetUnicodeCharWidth(u.unit, false), KRFixedDiv(Pt(u.mincho), Pt(1000))) << std::hex << u.unit;
@@ -138,8 +139,8 @@ TEST_F(FlowTest, LinesAreCounted) {
 }
 
 TEST_F(FlowTest, TheAutomaticSizeIsTheLargestThatFits) {
-    EXPECT_NEAR(FittedSize("abc", 100, 20, false), 20 / 1.156, 0.07);  // by the height
-    EXPECT_NEAR(FittedSize("abc", 10, 200, false), 10 / 1.612, 0.07);  // by the width
+    EXPECT_NEAR(FittedSize("abc", 100, 20, false), 20 / 1.156, 0.07); // by the height
+    EXPECT_NEAR(FittedSize("abc", 10, 200, false), 10 / 1.612, 0.07); // by the width
     EXPECT_EQ(FittedSize("abc", 1000, 1000, false), 144);
     EXPECT_EQ(FittedSize("abc", 100, 3, false), 4);
     EXPECT_EQ(FittedSize(std::string(60000, 'W'), 100, 20, false), 4);

@@ -31,7 +31,8 @@ std::string BorderOf(DMAnnot annot) {
 }
 
 TEST_F(WidgetData, AWidgetIsNativeByItsMakerDictionaryOrByLackOfAnAppearance) {
-    const TestDoc doc(FormObjects({"/FT /Tx /T (bare)", "/FT /Tx /T (mk) /MK << >> /AP << >>", "/FT /Tx /T (ap) /AP << >>"}));
+    const TestDoc doc(
+        FormObjects({"/FT /Tx /T (bare)", "/FT /Tx /T (mk) /MK << >> /AP << >>", "/FT /Tx /T (ap) /AP << >>"}));
     LexObj mk;
     EXPECT_TRUE(TSDMWidgetIsNative(AnnotOf(doc, "bare"), &mk));
     EXPECT_EQ(LexObjGetType(mk), LexNull);
@@ -104,7 +105,8 @@ TEST_F(WidgetData, TheDefaultBorderIsWrittenByRemovingIt) {
 }
 
 TEST_F(WidgetData, MakerEntriesComeAndGo) {
-    const TestDoc doc(FormObjects({"/FT /Btn /T (a) /Ff 65536", "/FT /Tx /T (b) /MK << /BC [1 0 0] /BG [.5] /R 90 >>"}));
+    const TestDoc doc(
+        FormObjects({"/FT /Btn /T (a) /Ff 65536", "/FT /Tx /T (b) /MK << /BC [1 0 0] /BG [.5] /R 90 >>"}));
     const DMAnnot a = AnnotOf(doc, "a"), b = AnnotOf(doc, "b");
     TSDMWidgetSetString(a, Caption_K, "");
     EXPECT_FALSE(LexDictKnown(DictOf(doc, "a"), MakerDict_K));
@@ -156,8 +158,9 @@ TEST_F(WidgetData, IconFitsAreWrittenWhereTheyDiffer) {
 }
 
 TEST_F(WidgetData, ChoicesLeaveOutWhatIsNone) {
-    const TestDoc doc(FormObjects({"/FT /Ch /T (a) /Opt [(one) [(2) (two)] [(x) (y) (z)] () << >> [[] (three)] [null (four)] 5]",
-                                   "/FT /Ch /T (b) /Opt (one)"}));
+    const TestDoc doc(
+        FormObjects({"/FT /Ch /T (a) /Opt [(one) [(2) (two)] [(x) (y) (z)] () << >> [[] (three)] [null (four)] 5]",
+                     "/FT /Ch /T (b) /Opt (one)"}));
     TSChoices choices;
     TSDMWidgetAcquireChoices(AnnotOf(doc, "a"), &choices);
     EXPECT_EQ(choices.values, (std::vector<std::string>{"one", "two", "three", "four", "5"}));
@@ -177,7 +180,8 @@ TEST_F(WidgetData, ChoicesLeaveOutWhatIsNone) {
 }
 
 TEST_F(WidgetData, TheNextOptionFollowsTheValue) {
-    const TestDoc doc(FormObjects({"/FT /Ch /T (a) /Opt [(x) (y)] /V (x)", "/FT /Ch /T (b) /Opt [(x)] /V (x) /DV (d)"}));
+    const TestDoc doc(
+        FormObjects({"/FT /Ch /T (a) /Opt [(x) (y)] /V (x)", "/FT /Ch /T (b) /Opt [(x)] /V (x) /DV (d)"}));
     TSDMWidgetSetNextOption(AnnotOf(doc, "a"));
     EXPECT_EQ(Text(TSDMFieldGetValue(FieldOf(doc, "a"))), "y");
     TSDMWidgetSetNextOption(AnnotOf(doc, "a"));
@@ -298,7 +302,8 @@ TEST_F(WidgetData, ATitleThatWasOnlyReadIsNotARename) {
 
 TEST_F(WidgetData, MakerDictionaryMovesFromTheAppearanceToTheWidget) {
     auto objects = FormObjects({"/FT /Tx /T (a) /AP << /N 5 0 R >>"});
-    objects.push_back("<< /Type /XObject /Subtype /Form /BBox [0 0 9 9] /MK << /BG [1] >> /Length 1 >> stream\nf\nendstream");
+    objects.push_back(
+        "<< /Type /XObject /Subtype /Form /BBox [0 0 9 9] /MK << /BG [1] >> /Length 1 >> stream\nf\nendstream");
     const TestDoc doc(objects);
     const DataPtr data(TSDMWidgetAcquireData(AnnotOf(doc, "a")));
     EXPECT_EQ(data->backColor.space, TSColorGray);
@@ -359,7 +364,8 @@ TEST_F(WidgetData, NamesAreValidated) {
 }
 
 TEST_F(WidgetData, SmallNumbersOfAField) {
-    const TestDoc doc(FormObjects({"/FT /Tx /T (a) /MaxLen 100000 /TI -2", "/FT /Ch /T (b) /Opt [(x) [(y) (Y)]] /DV (y)"}));
+    const TestDoc doc(
+        FormObjects({"/FT /Tx /T (a) /MaxLen 100000 /TI -2", "/FT /Ch /T (b) /Opt [(x) [(y) (Y)]] /DV (y)"}));
     DMField *a = FieldOf(doc, "a");
     EXPECT_EQ(TSDMFieldGetMaxLen(a), INT16_MAX);
     TSDMFieldSetMaxLen(a, 0);
