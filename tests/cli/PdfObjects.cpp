@@ -21,7 +21,8 @@ struct Pair {
 /** What filling a field changes: its value, its selection, what shows them, and the font that it is shown in. */
 const std::set<std::string> s_filledKeys = {"/V", "/I", "/TI", "/AP", "/AS", "/DR"};
 /** What moves between a field and its parent. */
-const std::set<std::string> s_treeKeys = {"/T", "/Parent", "/Kids", "/FT", "/Ff", "/V", "/DV", "/DA", "/Q", "/Opt", "/AA"};
+const std::set<std::string> s_treeKeys = {"/T",  "/Parent", "/Kids", "/FT",  "/Ff", "/V",
+                                          "/DV", "/DA",     "/Q",    "/Opt", "/AA"};
 /** The form's resources are compared first, under this path. */
 const std::string s_resources = "Resources";
 

@@ -57,7 +57,7 @@ TEST(Fill, TakesEveryTypeOfDataAndChangesNothingElse) {
     ASSERT_EQ(ran.exit, 0) << ran;
     EXPECT_EQ(ran.err, "");
     const auto fields = FieldsOf(out);
-    const Json expected = {{"given", "1.50"}, {"locked", "kept"}, {"colour", "g"},    {"town", "Ústí"},
+    const Json expected = {{"given", "1.50"}, {"locked", "kept"}, {"colour", "g"},   {"town", "Ústí"},
                            {"days", "Mon"},   {"agree", "Yes"},   {"size", "large"}, {"notes", "Łódź\nline two"}};
     for (const auto &[name, value] : expected.items()) EXPECT_EQ(fields.at(name)["value"], value) << name;
 
@@ -164,9 +164,12 @@ TEST(Commands, StandardInputAndOutput) {
 TEST(Commands, PasswordFile) {
     if (!HasProgram("qpdf")) GTEST_SKIP();
     const std::string locked = NewName(), out = NewName();
-    ASSERT_EQ(RunProgram({"qpdf", "--encrypt", "reader", "owner", "256", "--modify=none", "--", SmallForm(), locked}).exit, 0);
+    ASSERT_EQ(
+        RunProgram({"qpdf", "--encrypt", "reader", "owner", "256", "--modify=none", "--", SmallForm(), locked}).exit,
+        0);
     const auto fill = [&](const char *password) {
-        return Jackdaw({"fill", locked, "--password-file", TempFile("password", password), "--set", "given=x", "-o", out});
+        return Jackdaw(
+            {"fill", locked, "--password-file", TempFile("password", password), "--set", "given=x", "-o", out});
     };
     ExpectNothingDone(Jackdaw({"fields", locked}), "password");
     ExpectNothingDone(fill("wrong"), "password");
@@ -176,7 +179,8 @@ TEST(Commands, PasswordFile) {
     EXPECT_EQ(fill("owner\nsecond line").exit, 0);
     // The filled document is locked as before.
     ExpectNothingDone(Jackdaw({"fields", out}), "password");
-    EXPECT_TRUE(Has(RunProgram({"qpdf", "--password=reader", "--show-encryption", out}).out, "modify forms: not allowed"));
+    EXPECT_TRUE(
+        Has(RunProgram({"qpdf", "--password=reader", "--show-encryption", out}).out, "modify forms: not allowed"));
 }
 
 TEST(Commands, RefuseWhatTheyCannotUse) {
@@ -194,7 +198,8 @@ TEST(Commands, RefuseWhatTheyCannotUse) {
         {{"fields", folder}, folder.c_str()},
         {{"fields", ""}, "FILE"},
         {{"fields", TempFile("empty.pdf", "")}, "damaged"},
-        {{"fields", TempFile("plain.pdf", PdfText({"<< /Type /Catalog /Pages 2 0 R >>", "<< /Type /Pages /Kids [] /Count 0 >>"}))},
+        {{"fields", TempFile("plain.pdf",
+                             PdfText({"<< /Type /Catalog /Pages 2 0 R >>", "<< /Type /Pages /Kids [] /Count 0 >>"}))},
          "no form"},
         {{"fill", form, "-o", out}, "no values given"},
         {{"fill", form, "--set", "given=x"}, "--output"},

@@ -62,8 +62,9 @@ void ExerciseFields(Strings fields) {
 }
 
 /** Values that hardly any key is meant to have. Object 1 is the catalog, 4 the first field; 999 is missing. */
-const Strings s_values = {"null",    "true",  "-7",          "99999999999999999999", "0.5",   "(text)", "/Name",
-                          "[1 (a)]", "[[]]", "<< /A 1 >>", "4 0 R",                "1 0 R", "999 0 R"};
+const Strings s_values = {"null",   "true",    "-7",   "99999999999999999999", "0.5",   "(text)",
+                          "/Name",  "[1 (a)]", "[[]]", "<< /A 1 >>",           "4 0 R", "1 0 R",
+                          "999 0 R"};
 
 std::string Replaced(std::string text, const std::string &value) {
     for (std::size_t at; (at = text.find('@')) != std::string::npos;) text.replace(at, 1, value);
@@ -72,22 +73,54 @@ std::string Replaced(std::string text, const std::string &value) {
 
 class WrongType : public testing::TestWithParam<const char *> {};
 
-const char *const s_fieldHoles[] = {
-    "/FT @",           "/Ff @",         "/F @",          "/V @",          "/DV @",          "/Opt @",        "/DA @",
-    "/DR @",           "/MK @",         "/AP @",         "/AS @",         "/Rect @",        "/Parent @",     "/Kids @",
-    "/T @",            "/TU @",         "/MaxLen @",     "/Q @",          "/BS @",          "/Border @",     "/Subtype @",
-    "/P @",            "/I @",          "/TI @",         "/AA @",         "/Opt [@ (Yes)]", "/AP << /N @ >>", "/Kids [@]",
-    "/MK << /R @ /BC @ /BG @ /CA @ /I @ /TP @ /IF @ >>", "/BS << /W @ /S @ /D @ >>",
-    "/AP << /N << /Yes @ /Off @ >> >>",                  "/Border [0 0 @ @]",               "/Rect [@ @ 300 720]",
-    "/DR << /Font << /Helv @ >> >>",                     "/AA << /K @ /F @ /V @ /C @ >>"};
+const char *const s_fieldHoles[] = {"/FT @",
+                                    "/Ff @",
+                                    "/F @",
+                                    "/V @",
+                                    "/DV @",
+                                    "/Opt @",
+                                    "/DA @",
+                                    "/DR @",
+                                    "/MK @",
+                                    "/AP @",
+                                    "/AS @",
+                                    "/Rect @",
+                                    "/Parent @",
+                                    "/Kids @",
+                                    "/T @",
+                                    "/TU @",
+                                    "/MaxLen @",
+                                    "/Q @",
+                                    "/BS @",
+                                    "/Border @",
+                                    "/Subtype @",
+                                    "/P @",
+                                    "/I @",
+                                    "/TI @",
+                                    "/AA @",
+                                    "/Opt [@ (Yes)]",
+                                    "/AP << /N @ >>",
+                                    "/Kids [@]",
+                                    "/MK << /R @ /BC @ /BG @ /CA @ /I @ /TP @ /IF @ >>",
+                                    "/BS << /W @ /S @ /D @ >>",
+                                    "/AP << /N << /Yes @ /Off @ >> >>",
+                                    "/Border [0 0 @ @]",
+                                    "/Rect [@ @ 300 720]",
+                                    "/DR << /Font << /Helv @ >> >>",
+                                    "/AA << /K @ /F @ /V @ /C @ >>"};
 
 INSTANTIATE_TEST_SUITE_P(Field, WrongType, testing::ValuesIn(s_fieldHoles));
 
 TEST_P(WrongType, SpoilsItsOwnFieldAtMost) {
     const std::string faces = "/AP << /N << /Yes 4 0 R >> >> ";
-    const Strings kinds = {"/FT /Tx /DA (/Helv 0 Tf 0 g) ", "/FT /Tx /Ff 4096 ", "/FT /Btn " + faces,
-                           "/FT /Btn /Ff 49152 " + faces, "/FT /Btn /Ff 65536 ", "/FT /Ch /Ff 131072 /Opt [(Yes)] ",
-                           "/FT /Ch /Opt [(Yes) (No)] ", "/FT /Sig "};
+    const Strings kinds = {"/FT /Tx /DA (/Helv 0 Tf 0 g) ",
+                           "/FT /Tx /Ff 4096 ",
+                           "/FT /Btn " + faces,
+                           "/FT /Btn /Ff 49152 " + faces,
+                           "/FT /Btn /Ff 65536 ",
+                           "/FT /Ch /Ff 131072 /Opt [(Yes)] ",
+                           "/FT /Ch /Opt [(Yes) (No)] ",
+                           "/FT /Sig "};
     Strings fields;
     for (const std::string &kind : kinds) {
         // The last of two equal keys is the one that counts.
@@ -116,7 +149,9 @@ TEST(WrongTypeOfDocument, EndsInOneLineOrNotAtAll) {
     for (const std::string &hole : holes) {
         for (const std::string &value : s_values) {
             Strings objects = FormObjects({s_good}, s_resources);
-            const std::size_t place = hole.find("/Catalog") != std::string::npos ? 0 : hole.find("/Pages ") != std::string::npos ? 1 : 2;
+            const std::size_t place = hole.find("/Catalog") != std::string::npos  ? 0
+                                      : hole.find("/Pages ") != std::string::npos ? 1
+                                                                                  : 2;
             objects[place] = Replaced(hole, value);
             SCOPED_TRACE(objects[place]);
             const std::string pdf = Write(objects);
@@ -126,9 +161,23 @@ TEST(WrongTypeOfDocument, EndsInOneLineOrNotAtAll) {
 }
 
 TEST(Hostile, DefaultAppearances) {
-    Strings looks = {"",          "/Helv",          "/Helv Tf",           "/Helv x Tf",      "/Helv 1e99 Tf", "(((((",
-                     "0 g",       "/Helv -5 Tf 0 g", "/Helv 99999 Tf 0 g", "/Gone 9 Tf 0 g", "/ 9 Tf",        "[ 1 2",
-                     "<< /A",     "Tf Tf Tf g rg k", "/Helv 9 Tf 1 0 0 0 0 rg", "\\377\\376\\000", "/Helv 9 Tf -9 w 9 Tr 500 Tz",
+    Strings looks = {"",
+                     "/Helv",
+                     "/Helv Tf",
+                     "/Helv x Tf",
+                     "/Helv 1e99 Tf",
+                     "(((((",
+                     "0 g",
+                     "/Helv -5 Tf 0 g",
+                     "/Helv 99999 Tf 0 g",
+                     "/Gone 9 Tf 0 g",
+                     "/ 9 Tf",
+                     "[ 1 2",
+                     "<< /A",
+                     "Tf Tf Tf g rg k",
+                     "/Helv 9 Tf 1 0 0 0 0 rg",
+                     "\\377\\376\\000",
+                     "/Helv 9 Tf -9 w 9 Tr 500 Tz",
                      "%"};
     looks.push_back(std::string(70000, '1'));
     std::string longName = "/";
@@ -137,7 +186,8 @@ TEST(Hostile, DefaultAppearances) {
     Strings fields;
     for (const std::string &look : looks) {
         const std::string escaped = look.find('(') == std::string::npos ? look : "\\(\\(\\(";
-        for (const char *kind : {"/FT /Tx", "/FT /Tx /Ff 4096", "/FT /Ch /Ff 131072 /Opt [(Yes)]", "/FT /Ch /Opt [(Yes)]"})
+        for (const char *kind :
+             {"/FT /Tx", "/FT /Tx /Ff 4096", "/FT /Ch /Ff 131072 /Opt [(Yes)]", "/FT /Ch /Opt [(Yes)]"})
             fields.push_back(std::string(kind) + " /DA (" + escaped + ")");
     }
     ExerciseFields(fields);
@@ -145,9 +195,11 @@ TEST(Hostile, DefaultAppearances) {
 
 TEST(Hostile, Measures) {
     Strings fields;
-    for (const char *box : {"[0 0 0 0]", "[300 720 100 700]", "[0 0 99999999999 99999999999]", "[-32768 -32768 32767 32767]",
-                            "[1 2 3]", "[]", "[100 700 100 720]", "[100 700 100.001 700.001]", "[0 0 32767 1]"}) {
-        for (const char *kind : {"/FT /Tx", "/FT /Tx /Ff 4096", "/FT /Ch /Opt [(Yes)]", "/FT /Btn /AP << /N << /Yes 4 0 R >> >>"}) {
+    for (const char *box :
+         {"[0 0 0 0]", "[300 720 100 700]", "[0 0 99999999999 99999999999]", "[-32768 -32768 32767 32767]", "[1 2 3]",
+          "[]", "[100 700 100 720]", "[100 700 100.001 700.001]", "[0 0 32767 1]"}) {
+        for (const char *kind :
+             {"/FT /Tx", "/FT /Tx /Ff 4096", "/FT /Ch /Opt [(Yes)]", "/FT /Btn /AP << /N << /Yes 4 0 R >> >>"}) {
             for (const char *size : {"0", "10", "32767"})
                 fields.push_back(std::string(kind) + " /Rect " + box + " /DA (/Helv " + size +
                                  " Tf 0 g) /MK << /BC [0] /R 90 >> /BS << /W 32767 /S /B >>");
@@ -160,16 +212,36 @@ TEST(Hostile, Measures) {
 }
 
 TEST(Hostile, Names) {
-    const Strings names = {"",     ".",      "..",         "a..b", ".a",     "a.",   std::string(255, 'n'), std::string(40000, 'm'),
-                           "good", "good.x", "\\000\\000", "\\376\\377", "\\376\\377\\330\\000", "x\\ny", "f0"};
+    const Strings names = {"",
+                           ".",
+                           "..",
+                           "a..b",
+                           ".a",
+                           "a.",
+                           std::string(255, 'n'),
+                           std::string(40000, 'm'),
+                           "good",
+                           "good.x",
+                           "\\000\\000",
+                           "\\376\\377",
+                           "\\376\\377\\330\\000",
+                           "x\\ny",
+                           "f0"};
     Strings fields;
     for (const std::string &name : names) {
         fields.push_back("/FT /Tx /T (" + name + ")");
         fields.push_back("/FT /Btn /AP << /N << /" + (name.size() > 60 ? name.substr(0, 255) : std::string("On")) +
                          " 4 0 R >> >> /T (b" + name + ")");
     }
-    Strings objects = FormObjects(fields, s_resources);
-    Exercise(Write(objects), {{std::string(255, 'n'), "Yes"}, {"a..b", "Yes"}, {"good", "Yes"}, {"", "Yes"}, {".", "Yes"}});
+    const std::string pdf = Write(FormObjects(fields, s_resources));
+    Exercise(pdf);
+    // Whatever name is listed can be used.
+    Json data;
+    for (const auto &[name, field] : FieldsOf(pdf)) data[name] = field["type"] == "checkbox" ? "Off" : "Yes";
+    const Ran ran =
+        Jackdaw({"fill", pdf, "--json", TempFile("data.json", data.dump()), "-o", Beside(pdf, "all.pdf")}, s_brief);
+    EXPECT_EQ(ran.exit, 0) << ran;
+    EXPECT_TRUE(data.contains(std::string(253, 'n')));
 }
 
 // `fields` stand from object 4 on; `roots` are the form's list.
@@ -188,7 +260,8 @@ TEST(Hostile, CyclesInTheFieldTree) {
         {{"/T (a) /Kids [5 0 R]", "/T (b) /Parent 6 0 R", "/T (c) /Parent 4 0 R /Kids [5 0 R]"}, "4 0 R 5 0 R 6 0 R"},
         {{"/T (a) /FT /Tx /Kids [5 0 R 6 0 R 5 0 R]", "/Parent 4 0 R", "/Parent 4 0 R"}, "4 0 R 4 0 R 5 0 R"},
         {{"/Kids [5 0 R]", "/Kids [6 0 R]", "/Kids [4 0 R]"}, "4 0 R"},
-        {{"/T (a) /Kids [1 0 R 2 0 R 3 0 R]", "/T (b) /Kids [[4 0 R]]", "/T (c) /Kids << /A 4 0 R >>"}, "4 0 R 5 0 R 6 0 R"},
+        {{"/T (a) /Kids [1 0 R 2 0 R 3 0 R]", "/T (b) /Kids [[4 0 R]]", "/T (c) /Kids << /A 4 0 R >>"},
+         "4 0 R 5 0 R 6 0 R"},
     };
     for (const auto &[fields, roots] : s_cases) {
         SCOPED_TRACE(fields[0]);
@@ -234,7 +307,8 @@ TEST(Hostile, SharedKids) {
 TEST(Hostile, ManyOfAKind) {
     Strings same(3000, "/T (same) /FT /Tx");
     same.push_back(s_good);
-    EXPECT_EQ(ValueIn(Exercise(Write(FormObjects(same, s_resources)), {{"same", "Yes"}, {"good", "Yes"}}), "good"), "Yes");
+    EXPECT_EQ(ValueIn(Exercise(Write(FormObjects(same, s_resources)), {{"same", "Yes"}, {"good", "Yes"}}), "good"),
+              "Yes");
     std::string options;
     for (int i = 0; i < 50000; ++i) options += "(choice " + std::to_string(i) + ") ";
     ExerciseFields({"/FT /Ch /Ff 131072 /Opt [" + options + "(Yes)]", "/FT /Ch /Opt [" + options + "(Yes)]",
@@ -245,7 +319,8 @@ TEST(Hostile, BrokenFiles) {
     const std::string whole = PdfText(FormObjects({s_good, "/T (b) /FT /Ch /Opt [(x) (y)]"}, s_resources));
     for (std::size_t length = 0; length < whole.size(); length += whole.size() / 16)
         Exercise(TempFile("cut.pdf", whole.substr(0, length)));
-    for (const char *text : {"%PDF-1.4", "%PDF-1.7\ntrailer << /Root 1 0 R >>", "startxref\n99999999999\n%%EOF", "\xff\xfe\0\0"})
+    for (const char *text :
+         {"%PDF-1.4", "%PDF-1.7\ntrailer << /Root 1 0 R >>", "startxref\n99999999999\n%%EOF", "\xff\xfe\0\0"})
         ExpectCalm(Jackdaw({"fields", TempFile("garbage.pdf", text)}, s_brief));
     std::mt19937 random(20);
     for (int round = 0; round < 24; ++round) {
@@ -253,7 +328,8 @@ TEST(Hostile, BrokenFiles) {
         for (int i = 0; i < 12; ++i) broken[random() % broken.size()] = static_cast<char>(random());
         const std::string pdf = TempFile("broken.pdf", broken);
         SCOPED_TRACE(pdf);
-        ExpectCalm(Jackdaw({"fill", pdf, "--set", "good=Yes", "--set", "b=y", "-o", Beside(pdf, "filled.pdf")}, s_brief));
+        ExpectCalm(
+            Jackdaw({"fill", pdf, "--set", "good=Yes", "--set", "b=y", "-o", Beside(pdf, "filled.pdf")}, s_brief));
     }
 }
 

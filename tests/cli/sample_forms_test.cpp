@@ -63,7 +63,13 @@ std::string WordOfKind(const std::string &kind) {
 
 std::set<std::string> WordsOfFlags(const Row &row) {
     static const std::map<std::string, std::vector<std::pair<unsigned, const char *>>> s_words = {
-        {"Tx", {{13, "multiline"}, {14, "password"}, {21, "fileselect"}, {23, "nospellcheck"}, {24, "noscroll"}, {25, "comb"}}},
+        {"Tx",
+         {{13, "multiline"},
+          {14, "password"},
+          {21, "fileselect"},
+          {23, "nospellcheck"},
+          {24, "noscroll"},
+          {25, "comb"}}},
         {"Btn", {{15, "notoggletooff"}, {26, "radiosinunison"}}},
         {"Ch", {{19, "editable"}, {20, "sorted"}, {22, "multiselect"}, {23, "nospellcheck"}, {27, "commitonchange"}}},
         {"Sig", {}}};
@@ -102,7 +108,8 @@ Json ButtonOptions(std::vector<std::string> states) {
     Json options = Json::array();
     std::set<std::string> known;
     for (std::size_t i = 0; i < states.size(); ++i) {
-        if (known.insert(states[i]).second) options.push_back(OptionJson(states[i], i < texts.size() ? texts[i] : states[i]));
+        if (known.insert(states[i]).second)
+            options.push_back(OptionJson(states[i], i < texts.size() ? texts[i] : states[i]));
     }
     return options;
 }
@@ -309,8 +316,8 @@ std::multimap<std::string, Word> WordsOf(const std::string &pdf) {
 bool LiesIn(const Word &word, const Json &widget, double pageHeight) {
     const Json &rect = widget["rect"];
     const double middle = pageHeight - (word.top + word.bottom) / 2;
-    return widget["page"] == word.page && word.left >= rect[0].get<double>() - 1 && word.right <= rect[2].get<double>() + 1 &&
-           middle > rect[1].get<double>() && middle < rect[3].get<double>();
+    return widget["page"] == word.page && word.left >= rect[0].get<double>() - 1 &&
+           word.right <= rect[2].get<double>() + 1 && middle > rect[1].get<double>() && middle < rect[3].get<double>();
 }
 
 // Every marker is on its page, and on pages that are not turned it is inside one of its field's widgets.
@@ -333,7 +340,8 @@ void ExpectTexts(const std::string &pdf, const Filling &filling, const std::map<
 }
 
 TEST_P(SampleForm, FilledInShowsItsValuesAndKeepsAllElse) {
-    if (!HasProgram("pdftk") || !HasProgram("pdftotext") || !HasProgram("qpdf")) GTEST_SKIP() << "no independent reader";
+    if (!HasProgram("pdftk") || !HasProgram("pdftotext") || !HasProgram("qpdf"))
+        GTEST_SKIP() << "no independent reader";
     const auto fields = FieldsOf(Pdf());
     const auto rows = ReadList(List());
     const Filling filling = MakeFilling(fields, rows);

@@ -85,6 +85,21 @@ TEST_F(Form, ANewFormHasADefaultLook) {
     EXPECT_EQ(look.size, 0);
 }
 
+TEST_F(Form, ADictionaryWithoutFieldsIsMadeAFormByItsFirstField) {
+    const std::string kid = "<< /Parent 4 0 R /Type /Annot /Subtype /Widget /Rect [0 0 9 9] >>";
+    auto objects = NoForm();
+    objects[0] = "<< /Type /Catalog /Pages 2 0 R /AcroForm << /Q 1 >> >>";
+    objects[2] = "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 612 792] /Annots [5 0 R 6 0 R] >>";
+    for (const std::string &object : {std::string("<< /T (g) /FT /Tx /Kids [5 0 R 6 0 R] >>"), kid, kid})
+        objects.push_back(object);
+    TestDoc doc(objects);
+    const LexObj widget = doc.At("Pages/Kids/0/Annots/0");
+    const DMField *field = TSDMAnnotGetField(DMAnnotFromLexObj(widget));
+    ASSERT_TRUE(TSDMFieldIsValid(field));
+    EXPECT_STREQ(TSDMFieldGetName(field), "g");
+    EXPECT_TRUE(LexObjEqual(doc.At("Tessella/Fields/0"), LexDictGet(widget, parent_K)));
+}
+
 TEST_F(Form, SettingTheDefaultLookTellsWhatChanged) {
     TestDoc doc(NoForm());
     const LexObj form = TSDMDocCreateForm(doc.doc);

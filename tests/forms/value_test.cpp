@@ -268,6 +268,11 @@ TEST_F(Value, ShownTextReplacesTheExportValue) {
     EXPECT_EQ(TSDMFieldSetDefaultValue(FieldOf(doc, "l"), LexNullObj), 0);
     EXPECT_TRUE(TSDMFieldReset(FieldOf(doc, "l")));
     EXPECT_EQ(Text(TSDMFieldGetValue(FieldOf(doc, "l"))), "1");
+    TestDoc prompt(FormObjects({"/FT /Ch /T (l) /Opt [[() (Choose)] (1)] /V (1)"}));
+    EXPECT_TRUE(TSDMFieldSetToOptionIndex(FieldOf(prompt, "l"), 0));
+    EXPECT_FALSE(LexDictKnown(prompt.At("Tessella/Fields/0"), value_K));
+    ASSERT_FALSE(DrawnLog().empty());
+    EXPECT_EQ(DrawnLog().back().text, "Choose") << "an empty export value has a text, too";
 }
 
 TEST_F(Value, DefaultsOfChoicesAreChoices) {
