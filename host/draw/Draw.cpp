@@ -1,10 +1,11 @@
-// Opens snapshots in poppler, draws them, and keeps them.
+// Opens snapshots in the rendering module, draws them, and keeps them.
 // SPDX-License-Identifier: MIT
 #include "Draw.h"
 
+#include <dlfcn.h>
+#include <filesystem>
 #include <list>
 #include <map>
-#include <poppler.h>
 #include <string>
 #include <tuple>
 
@@ -12,6 +13,7 @@
 #include "HostError.h"
 #include "LexApi.h"
 #include "LexObjects.h"
+#include "PageRenderer.h"
 #include "Pages.h"
 #include "Snapshot.h"
 
@@ -19,9 +21,32 @@ namespace jackdaw {
 
 namespace {
 
-struct ObjectUnref {
-    void operator()(void *object) const {
-        g_object_unref(object);
+namespace fs = std::filesystem;
+
+// Beside the program, one folder up (programs in subfolders of a build), or where both were installed.
+const PageRenderer *LoadRenderer() {
+    std::error_code error;
+    const fs::path folder = fs::read_symlink("/proc/self/exe", error).parent_path();
+    for (const fs::path &place : {folder, folder.parent_path(), folder.parent_path() / JACKDAW_LIBDIR / "jackdaw"}) {
+        const fs::path file = place / PageRendererModule;
+        if (!fs::exists(file, error)) continue;
+        // Never unloaded: the library keeps things in the process that must not lose their code.
+        void *module = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+        void *symbol = module ? dlsym(module, PageRendererSymbol) : nullptr;
+        if (symbol) return reinterpret_cast<PageRendererProc>(symbol)();
+    }
+    throw HostError{KRErrNotAvailable,
+                    std::string("The rendering module ") + PageRendererModule + " cannot be loaded."};
+}
+
+const PageRenderer &Renderer() {
+    static const PageRenderer *const s_renderer = LoadRenderer();
+    return *s_renderer;
+}
+
+struct PageClose {
+    void operator()(void *page) const {
+        Renderer().close(page);
     }
 };
 
@@ -33,29 +58,20 @@ public:
     static OnePagePtr open(std::string bytes) {
         auto page = std::make_shared<OnePage>();
         page->bytes_ = std::move(bytes);
-        // The library reads on from these bytes as long as the document lives: hence the order of the members.
-        GBytes *data = g_bytes_new_static(page->bytes_.data(), page->bytes_.size());
-        GError *error = nullptr;
-        page->document_.reset(poppler_document_new_from_bytes(data, nullptr, &error));
-        g_bytes_unref(data);
-        g_clear_error(&error);
-        if (page->document_ == nullptr || poppler_document_get_n_pages(page->document_.get()) < 1) return nullptr;
-        page->page_.reset(poppler_document_get_page(page->document_.get(), 0));
-        if (page->page_ == nullptr) return nullptr;
-        poppler_page_get_size(page->page_.get(), &page->width, &page->height);
-        if (!(page->width > 0) || !(page->height > 0)) return nullptr;
+        // The library reads on from these bytes as long as the page lives: hence the order of the members.
+        page->page_.reset(Renderer().open(page->bytes_.data(), page->bytes_.size(), &page->width, &page->height));
+        if (!page->page_ || !(page->width > 0) || !(page->height > 0)) return nullptr;
         return page;
     }
 
-    PopplerPage *page() const {
+    void *page() const {
         return page_.get();
     }
     double width = 0, height = 0;
 
 private:
     std::string bytes_;
-    std::unique_ptr<PopplerDocument, ObjectUnref> document_;
-    std::unique_ptr<PopplerPage, ObjectUnref> page_;
+    std::unique_ptr<void, PageClose> page_;
 };
 
 namespace {
@@ -160,7 +176,7 @@ double OnePageHeight(const OnePage &page) {
 }
 
 void DrawOnePage(const OnePage &page, cairo_t *context) {
-    poppler_page_render(page.page(), context);
+    Renderer().render(page.page(), context);
 }
 
 void SetKeptLimit(std::size_t count) {

@@ -52,8 +52,10 @@ KRBool fieldCleanup(DMField *field, void *orphans) {
 
 void RemoveOrphans(DMDoc doc) {
     std::vector<LexObj> orphans;
-    TSDMDocEnumAnnots(doc, Widget_K, &deleteField, /*data*/ nullptr);
+    const bool allPages = TSDMDocEnumAnnots(doc, Widget_K, &deleteField, /*data*/ nullptr);
     TSDMDocEnumDMFields(doc, /*terminalOnly*/ true, /*firstOfNameOnly*/ false, &fieldCleanup, &orphans);
+    // A page that cannot be read ended the walk: fields of the pages in front of it only look like orphans.
+    if (!allPages) return;
     FieldRemoval removal;
     for (auto orphan = orphans.rbegin(); orphan != orphans.rend(); ++orphan)
         removal.Undefine(TSLexObjFindDMField(*orphan));

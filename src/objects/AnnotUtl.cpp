@@ -130,10 +130,11 @@ void TSDMAnnotSetState(DMAnnot annot, KRAtom state) {
     });
 }
 
-void TSDMDocEnumAnnots(DMDoc doc, KRAtom subtype, TSAnnotEnumProc proc, void *data) {
+bool TSDMDocEnumAnnots(DMDoc doc, KRAtom subtype, TSAnnotEnumProc proc, void *data) {
     bool goOn = true;
     for (std::int32_t i = DMDocGetNumPages(doc) - 1; goOn && i >= 0; --i) {
         const KRErrorCode code = Protect([&] { goOn = EnumPageAnnots(doc, i, subtype, proc, data); });
-        if (code) return;
+        if (code) return false;
     }
+    return true;
 }

@@ -38,6 +38,6 @@ void TSDMAnnotSetState(DMAnnot annot, KRAtom state);
 using TSAnnotEnumProc = bool (*)(DMAnnot annot, DMPage page, void *data);
 /**
  * Annotations of a subtype, pages and annotations from the last to the first. An exception within a page, also one of
- * `proc`, ends the walk silently.
+ * `proc`, ends the walk silently, and gives false.
  */
-void TSDMDocEnumAnnots(DMDoc doc, KRAtom subtype, TSAnnotEnumProc proc, void *data);
+bool TSDMDocEnumAnnots(DMDoc doc, KRAtom subtype, TSAnnotEnumProc proc, void *data);

@@ -48,7 +48,9 @@ LexObj TSDMWidgetWriteAppearance(DMAnnot annot, CStore *store) {
         TSDMWidgetGetBorder(annot, &border);
         TSDMColorLoad(LexDictGet(mk, BorderCol_K), KRAtomNull, &borderColor);
         TSDMColorLoad(LexDictGet(mk, Background_K), KRAtomNull, &backColor);
-        CStoreDrawBorder(store, nullptr, border.style, KRFixedFromInt(border.width), &borderColor, &backColor,
+        // A width of 0 means no border; a line of that width would still be drawn, as thin as the device can.
+        CStoreDrawBorder(store, nullptr, border.style, KRFixedFromInt(border.width),
+                         border.width > 0 ? &borderColor : nullptr, &backColor,
                          /*down*/ false);
         return LexNullObj;
     }

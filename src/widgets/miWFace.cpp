@@ -14,13 +14,10 @@ namespace {
 
 void DrawFrame(WFace &face, bool down, bool circular) {
     const TSWidgetData *data = face.data;
-    CStore *store = face.border.get();
-    if (circular)
-        CStoreDrawCircularBorder(store, nullptr, data->border.style, face.borderWidth, &data->borderColor,
-                                 &data->backColor, down);
-    else
-        CStoreDrawBorder(store, nullptr, data->border.style, face.borderWidth, &data->borderColor, &data->backColor,
-                         down);
+    const auto draw = circular ? &CStoreDrawCircularBorder : &CStoreDrawBorder;
+    // A width of 0 means no border; a line of that width would still be drawn, as thin as the device can.
+    const DMColorValue *edge = face.borderWidth > 0 ? &data->borderColor : nullptr;
+    draw(face.border.get(), nullptr, data->border.style, face.borderWidth, edge, &data->backColor, down);
 }
 
 } // namespace
