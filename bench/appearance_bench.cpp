@@ -8,37 +8,18 @@
 
 #include "CoreHFT.h"
 #include "DMField.h"
-#include "DMFieldLife.h"
 #include "DMFieldValue.h"
 #include "DocModelHFT.h"
-#include "FontMgr.h"
-#include "FormStr.h"
 #include "KernelSupportHFT.h"
-#include "LexFieldHooks.h"
 #include "ScreenViewHFT.h"
+#include "StartForms.h"
 #include "Startup.h"
-#include "Tessella.h"
 #include "TextLook.h"
-#include "WidgetHandlers.h"
-#include "mdPI.h"
 #include "miCStore.h"
 
 namespace {
 
 SCDoc s_view;
-
-void StartForms() {
-    jackdaw::HostOptions options;
-    options.loadPlugIns = false;
-    jackdaw::StartHost(options);
-    CreateTessellaNotificationServer();
-    TessellaKRAtoms();
-    mdInit();
-    InitProtoField();
-    FontMgrInit();
-    TSSCAppInstallBuiltInWidgetHandlers();
-    NameHashInit();
-}
 
 void OpenForm(const char *path) {
     KRPathName name = KRPathFromPlatformPath(path);

@@ -7,11 +7,11 @@
 #include "DMField.h"
 #include "DMFieldValue.h"
 #include "Document.h"
-#include "Forms.h"
 #include "HostError.h"
 #include "LexHFT.h"
 #include "PIFrame.h"
 #include "ScreenViewHFT.h"
+#include "StartForms.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 #include <cstring>
 
 #include "BufCont.h"
-#include "Forms.h"
 #include "LexHFT.h"
 #include "PIFrame.h"
+#include "StartForms.h"
 #include "TextLook.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {

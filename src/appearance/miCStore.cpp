@@ -150,27 +150,29 @@ KRFixed CStoreHeight(const CStore *store) {
     return CStoreDistance(store->bbox.top, store->bbox.bottom);
 }
 
-void CStoreGetMatrix(const CStore *store, KRFixedMatrix *matrix) {
-    const KRFixed width = CStoreWidth(store);
-    const KRFixed height = CStoreHeight(store);
-    const KRFixed one = KRFixedOne;
-    *matrix = {};
-    switch (store->rotation) {
+bool CStoreQuarterTurn(std::int32_t rotation, KRFixed width, KRFixed height, KRFixedMatrix *matrix) {
+    constexpr KRFixed one = KRFixedOne;
+    switch (rotation) {
     case 0:
         *matrix = KRFixedMatrixIdentity;
-        break;
+        return true;
     case 90:
         *matrix = {0, one, -one, 0, height, 0};
-        break;
+        return true;
     case 180:
         *matrix = {-one, 0, 0, -one, width, height};
-        break;
+        return true;
     case 270:
         *matrix = {0, -one, one, 0, 0, width};
-        break;
+        return true;
     default:
-        break;
+        return false;
     }
+}
+
+void CStoreGetMatrix(const CStore *store, KRFixedMatrix *matrix) {
+    *matrix = {};
+    CStoreQuarterTurn(store->rotation, CStoreWidth(store), CStoreHeight(store), matrix);
 }
 
 void CStorePrintf(CStore *store, const char *format, ...) {

@@ -80,6 +80,8 @@ void CStoreGetBbox(const CStore *store, KRFixedRect *rect);
 std::uint16_t CStoreGetRotation(const CStore *store);
 /** The matrix that turns the box by the store's rotation. */
 void CStoreGetMatrix(const CStore *store, KRFixedMatrix *matrix);
+/** The same for sides of one's own; false, and the matrix untouched, for an angle that is no quarter turn. */
+bool CStoreQuarterTurn(std::int32_t rotation, KRFixed width, KRFixed height, KRFixedMatrix *matrix);
 KRFixed CStoreWidth(const CStore *store);
 KRFixed CStoreHeight(const CStore *store);
 

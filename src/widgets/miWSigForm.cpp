@@ -153,21 +153,8 @@ LexObj GetThumper(LexDoc doc, const TextAppearance *look) {
 }
 
 void DefaultAPMatrixFM(KRFixedMatrix *matrix, std::int32_t rotation, KRFixed width, KRFixed height) {
-    const KRFixed one = KRFixedOne;
-    switch ((rotation % 360 + 360) % 360) {
-    case 90:
-        *matrix = {0, one, -one, 0, height, 0};
-        break;
-    case 180:
-        *matrix = {-one, 0, 0, -one, width, height};
-        break;
-    case 270:
-        *matrix = {0, -one, one, 0, 0, width};
-        break;
-    default:
-        *matrix = KRFixedMatrixIdentity;
-        break;
-    }
+    *matrix = KRFixedMatrixIdentity;
+    CStoreQuarterTurn((rotation % 360 + 360) % 360, width, height, matrix);
 }
 
 LexObj FitAp(const KRFixedRect *rect, LexObj stream, const KRFixedRect *bbox) {

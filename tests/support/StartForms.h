@@ -1,4 +1,4 @@
-// What the fuzz targets stand on: viewer and plug-in in one process.
+// Viewer and plug-in in one process, for fuzz targets and benchmarks.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,6 +1,6 @@
-// Viewer and plug-in in one process, for fuzzing.
+// Starts the plug-in by hand, as its own start-up would.
 // SPDX-License-Identifier: MIT
-#include "Forms.h"
+#include "StartForms.h"
 
 #include "DMFieldLife.h"
 #include "FontMgr.h"
