@@ -12,6 +12,7 @@
 #include "CoreHFT.h"
 #include "DocModelHFT.h"
 #include "DocTable.h"
+#include "Draw.h"
 #include "KernelSupportHFT.h"
 #include "LexHFT.h"
 #include "LexTable.h"
@@ -122,6 +123,7 @@ void StopHost() {
     const std::vector<KRWord> plugIns = PlugInIDs();
     UnloadPlugIns();
     for (const KRWord plugIn : plugIns) unregisterNotificationsOf(plugIn);
+    DropKept();
     StopTables();
     s_running = false;
 }

@@ -56,7 +56,12 @@ int Parse(CLI::App &app, int argc, char **argv) {
         app.exit(success);
         return -1;
     } catch (const CLI::ParseError &error) {
-        PrintFailure(std::string(error.what()) + "; see jackdaw --help");
+        const std::string first = argc > 1 ? argv[1] : "";
+        const bool isWord = !first.empty() && first[0] != '-';
+        if (isWord && app.get_subcommands([&](const CLI::App *command) { return command->check_name(first); }).empty())
+            PrintFailure("there is no command \"" + first + "\"; see jackdaw --help");
+        else
+            PrintFailure(std::string(error.what()) + "; see jackdaw " + (isWord ? first + " " : "") + "--help");
         return ExitNothingDone;
     }
 }

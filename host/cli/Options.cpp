@@ -49,15 +49,15 @@ void DescribeFill(CLI::App &app, FillOptions &options) {
 void DescribeReset(CLI::App &app, ResetOptions &options) {
     CLI::App *command = app.add_subcommand("reset", "Set fields back to their default values");
     AddInput(command, options.input);
-    command->add_option("NAME", options.names, "Fields to reset; all of them when none is named");
+    command->add_option("NAME", options.names, "Fields to reset; all of them when none is named")->type_name("");
     AddOutput(command, options.output, "The reset document; - is standard output");
 }
 
 void DescribeRender(CLI::App &app, RenderOptions &options) {
     CLI::App *command = app.add_subcommand("render", "Draw a page with its fields as a PNG picture");
     AddInput(command, options.input);
-    command->add_option("--page", options.page, "Page to draw, from 1")->capture_default_str();
-    command->add_option("--dpi", options.dpi, "Pixels to the inch")->capture_default_str()->check(CLI::Range(1, 2400));
+    command->add_option("--page", options.page, "Page to draw, from 1")->capture_default_str()->type_name("N");
+    command->add_option("--dpi", options.dpi, "Pixels to the inch, 1 to 2400")->capture_default_str()->type_name("N");
     AddOutput(command, options.output, "The picture; - is standard output");
 }
 
@@ -121,7 +121,7 @@ std::string ManualPage(const CLI::App &app) {
         page += ".SH COMMAND " + command->get_name() + "\n" + Roff(command->get_description()) + ".\n";
         page += ManualOptions(command);
     }
-    page += ".SH EXIT STATUS\n.TP\n.B 0\nDone.\n.TP\n.B 2\nNothing done; one line says why.\n.TP\n.B 3\n"
+    page += ".SH EXIT STATUS\n.TP\n.B 0\nDone.\n.TP\n.B 2\nNothing done; the last line says why.\n.TP\n.B 3\n"
             "Done, with warnings.\n";
     page += ".SH ENVIRONMENT\n.TP\n.B JACKDAW_PLUG_INS\nFolder of the plug-ins, as\n.BR \\-\\-plug\\-ins .\n";
     page += ".SH EXAMPLES\n.nf\njackdaw fields form.pdf\njackdaw fill form.pdf \\-\\-set given=Ada \\-o out.pdf\n"

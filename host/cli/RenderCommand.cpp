@@ -12,7 +12,15 @@
 
 namespace jackdaw::cli {
 
+namespace {
+
+constexpr int s_largestDpi = 2400;
+
+} // namespace
+
 void RunRender(const RenderOptions &options) {
+    if (options.dpi < 1 || options.dpi > s_largestDpi)
+        throw CommandFailed{"--dpi " + std::to_string(options.dpi) + ": not from 1 to " + std::to_string(s_largestDpi)};
     OpenDocument document(options.input.file, options.input.passwordFile);
     const std::int32_t pages = DMDocGetNumPages(document.Doc());
     if (options.page < 1 || options.page > pages)

@@ -112,8 +112,9 @@ struct KeptPages {
     }
 };
 
+// Never destroyed: at the end of the process the rendering module may have gone before. DropKept empties it in time.
 KeptPages &kept() {
-    static KeptPages pages;
+    static KeptPages &pages = *new KeptPages;
     return pages;
 }
 

@@ -115,7 +115,7 @@ private:
     }
 
     void put(const QPDFObjectHandle &h, int depth) {
-        const bool known = h.isIndirect() && numbers_.contains(h.getObjGen());
+        const bool known = h.isIndirect() && numbers_.count(h.getObjGen()) > 0;
         if (depth > maxNesting || (!known && leadsIntoDocument(h)))
             out_ += "null";
         else if (!h.isIndirect())
@@ -179,7 +179,7 @@ private:
         if (isForm) out_ += " /Type /XObject /Subtype /Form";
         for (const auto &[key, value] : h.getDict().getDictAsMap()) {
             const bool own = isForm && (key == "/Type" || key == "/Subtype");
-            if (!own && !unseenKeys().contains(key)) putEntry(key, value, 0);
+            if (!own && unseenKeys().count(key) == 0) putEntry(key, value, 0);
         }
         out_ += " /Length " + std::to_string(data.size()) + " >>\nstream\n";
         out_ += data;

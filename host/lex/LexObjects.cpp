@@ -1,3 +1,5 @@
+// Objects: making them, reading scalars, and what a document as a whole tells about itself.
+// SPDX-License-Identifier: MIT
 #include "LexObjects.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// Streams: data encoded on the way in, read raw or decoded up to a limit on the way out.
+// SPDX-License-Identifier: MIT
 #include "LexStreams.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// The table Lex: each slot is an edge around an operation of the object layer.
+// SPDX-License-Identifier: MIT
 #include "LexTable.h"
 
 #include <qpdf/QPDFExc.hh>

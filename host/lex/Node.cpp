@@ -1,3 +1,5 @@
+// Nodes: made on demand, found again by number or memo, linked to what holds them, buried when destroyed.
+// SPDX-License-Identifier: MIT
 #include "Node.h"
 
 #include <algorithm>
@@ -142,7 +144,8 @@ bool raiseHeights(Container &container, unsigned height) {
     if (container.atomOrHeight >= height) return true;
     std::vector<std::pair<Container *, unsigned>> rising{{&container, height}};
     while (!rising.empty()) {
-        const auto [node, level] = rising.back();
+        Container *const node = rising.back().first;
+        const unsigned level = rising.back().second;
         rising.pop_back();
         if (node->atomOrHeight >= level) continue;
         if (level > limits().directDepth) return false;
@@ -382,7 +385,7 @@ void unlink(Container &holder, Node *child) {
         held.up = first->second;
     }
     more.erase(found);
-    if (!more.contains(&held)) held.flags &= static_cast<std::uint8_t>(~NodeHasManyHolders);
+    if (more.count(&held) == 0) held.flags &= static_cast<std::uint8_t>(~NodeHasManyHolders);
 }
 
 void changed(Container &node) {

@@ -1,3 +1,5 @@
+// Repairs by text search: a trailer or a startxref is put behind what the file still shows of its objects.
+// SPDX-License-Identifier: MIT
 #include "Repair.h"
 
 #include <cctype>

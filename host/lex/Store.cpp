@@ -1,3 +1,5 @@
+// Opening, with repairs when the first try fails; making, closing, and what a document's file allows.
+// SPDX-License-Identifier: MIT
 #include "Store.h"
 
 #include <cerrno>
