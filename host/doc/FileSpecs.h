@@ -23,7 +23,7 @@ KRFileSys fileSpecFileSys(DMFileSpec spec);
  * it. */
 KRPathName acquireFileSpecPath(DMFileSpec spec, KRPathName base);
 /**
- * The device-independent text, in host encoding: `/` between the parts. It is what the specification says; with a
+ * The device-independent text, in host encoding: `/` between the parts. It is the text as it stands in the file; with a
  * `base` a relative one is put behind the folder of the base.
  */
 std::string fileSpecDIPath(DMFileSpec spec, KRPathName base);
