@@ -35,6 +35,8 @@ struct Assignment {
     std::string text;
     /** Clears the field. */
     bool isNull = false;
+    /** The data holds an array or an object there, which no field takes. */
+    bool isNested = false;
 };
 
 /** Why a field did not take a value. */
@@ -51,8 +53,8 @@ Assignment AssignmentOfSet(const std::string &argument) {
 }
 
 /**
- * Takes the members of one JSON object in their order, as they are read: a form may have a hundred thousand. Anything
- * but a flat object ends the reading with a sentence in `problem`.
+ * Takes the members of one JSON object in their order, as they are read: a form may have a hundred thousand. What
+ * is no JSON object ends the reading with a sentence in `problem`.
  */
 class AssignmentReader : public nlohmann::json_sax<nlohmann::json> {
 public:
@@ -82,21 +84,23 @@ public:
         return Fail("not valid JSON");
     }
     bool start_object(std::size_t) override {
-        if (inObject) return FailValue();
+        if (inObject) return EnterNested();
         inObject = true;
         return true;
     }
     bool key(string_t &value) override {
-        name = value;
+        if (nesting == 0) name = value;
         return true;
     }
     bool end_object() override {
+        nesting -= nesting > 0 ? 1 : 0;
         return true;
     }
     bool start_array(std::size_t) override {
-        return inObject ? FailValue() : Fail("not a JSON object of field names and values");
+        return inObject ? EnterNested() : Fail("not a JSON object of field names and values");
     }
     bool end_array() override {
+        nesting -= nesting > 0 ? 1 : 0;
         return true;
     }
     bool parse_error(std::size_t position, const std::string &, const nlohmann::json::exception &) override {
@@ -105,15 +109,18 @@ public:
 
 private:
     bool inObject = false;
+    /** Levels below the object; what stands there is read and left. */
+    int nesting = 0;
     std::string name;
 
     bool Take(const std::string &text, bool isNull = false) {
         if (!inObject) return Fail("not a JSON object of field names and values");
-        assignments.push_back({name, text, isNull});
+        if (nesting == 0) assignments.push_back({name, text, isNull});
         return true;
     }
-    bool FailValue() {
-        return Fail("the value of \"" + name + "\" is neither text, number, boolean nor null");
+    bool EnterNested() {
+        if (nesting++ == 0) assignments.push_back({name, "", /*isNull*/ false, /*isNested*/ true});
+        return true;
     }
     bool Fail(const std::string &why) {
         problem = why;
@@ -220,6 +227,7 @@ void SetOne(DMDoc doc, const Assignment &assignment) {
         const auto names = NearestNames(FieldNames(doc), assignment.name);
         throw Refusal{"no such field; there are: " + JoinTexts(names, s_listed)};
     }
+    if (assignment.isNested) throw Refusal{"the value is neither text, number, boolean nor null"};
     if (!Forms::TSDMFieldIsTerminal(field)) throw Refusal{"a group of fields, which takes no value itself"};
     if (Forms::TSDMFieldGetFlags(field, 1) & s_readOnly) throw Refusal{"the field is read-only"};
     LexObj value = ValueFor(DMDocGetLexDoc(doc), field, assignment);
