@@ -7,15 +7,15 @@
 #include <string>
 
 #include "CoreHFT.h"
-#include "DMField.h"
-#include "DMFieldValue.h"
 #include "DocModelHFT.h"
 #include "KernelSupportHFT.h"
 #include "ScreenViewHFT.h"
-#include "StartForms.h"
-#include "Startup.h"
-#include "TextLook.h"
-#include "miCStore.h"
+#include "app/Startup.h"
+#include "appearance/miCStore.h"
+#include "model/DMField.h"
+#include "model/DMFieldValue.h"
+#include "objects/TextLook.h"
+#include "tests/support/StartForms.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "PdfText.h"
+#include "tests/support/PdfText.h"
 
 namespace {
 

@@ -4,14 +4,14 @@
 #include <string>
 #include <vector>
 
-#include "DMField.h"
-#include "DMFieldValue.h"
-#include "Document.h"
-#include "HostError.h"
 #include "LexHFT.h"
 #include "PIFrame.h"
 #include "ScreenViewHFT.h"
-#include "StartForms.h"
+#include "doc/Document.h"
+#include "kernel/HostError.h"
+#include "model/DMField.h"
+#include "model/DMFieldValue.h"
+#include "tests/support/StartForms.h"
 
 namespace {
 

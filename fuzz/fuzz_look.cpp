@@ -3,11 +3,11 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "BufCont.h"
 #include "LexHFT.h"
 #include "PIFrame.h"
-#include "StartForms.h"
-#include "TextLook.h"
+#include "base/BufCont.h"
+#include "objects/TextLook.h"
+#include "tests/support/StartForms.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     StartForms();

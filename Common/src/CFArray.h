@@ -31,8 +31,8 @@ private:
     void AdjustArraySize(std::int32_t needed);
     void CheckIndex(std::int32_t index) const;
 
-    std::int32_t m_count = 0;
-    std::int32_t m_minCapacity;
-    std::int32_t m_capacity = 0;
-    void **m_data = nullptr;
+    std::int32_t count_ = 0;
+    std::int32_t minCapacity_;
+    std::int32_t capacity_ = 0;
+    void **data_ = nullptr;
 };

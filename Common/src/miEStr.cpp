@@ -1,6 +1,6 @@
 // EStr: the record and its content.
 // SPDX-License-Identifier: MIT
-#include "miEStr.h"
+#include "Common/src/miEStr.h"
 
 #include <algorithm>
 #include <cstdarg>
@@ -8,10 +8,9 @@
 #include <cstring>
 #include <string>
 
-#include "mdMessages.h"
-#include "miEStrParts.h"
-#include "miKanji.h"
-#include "miUtils.h"
+#include "Common/src/miEStrParts.h"
+#include "Common/src/miKanji.h"
+#include "Common/src/miUtils.h"
 
 namespace {
 
@@ -146,10 +145,6 @@ EStr *EStrNewFromIntImpl(std::int32_t value) {
     return str.release();
 }
 
-EStr *EStrNewFromIDImpl(std::int32_t messageNumber) {
-    return EStrNewImpl(mdGetStringPtr(messageNumber), EStrHost);
-}
-
 EStr *EStrNewFromLexObjImpl(LexObj obj) {
     EStrPtr str = NewRecord();
     EStrSetBytesFromLexObj(str.get(), obj);
@@ -189,10 +184,6 @@ void EStrSetBytesSized(EStr *str, const char *bytes, std::size_t size, std::int3
 
 void EStrSetBytesFromInt(EStr *str, std::int32_t value) {
     EStrPrintf(str, "%ld", static_cast<long>(value));
-}
-
-void EStrSetBytesFromID(EStr *str, std::int32_t messageNumber) {
-    EStrSetBytes(str, mdGetStringPtr(messageNumber), EStrHost);
 }
 
 void EStrSetSize(EStr *str, std::uint32_t size) {

@@ -46,8 +46,6 @@ EStr *EStrNewSizeImpl(std::uint32_t size, std::int32_t encoding);
 /** UCS-2 from program text; without converters the same bytes as host text. */
 EStr *EStrNewFromUTF8(const char *text);
 EStr *EStrNewFromIntImpl(std::int32_t value);
-/** A text of the catalogue, in host encoding. */
-EStr *EStrNewFromIDImpl(std::int32_t messageNumber);
 /** See EStrSetBytesFromLexObj. */
 EStr *EStrNewFromLexObjImpl(LexObj obj);
 /** Null for null. */
@@ -64,7 +62,6 @@ void EStrSetBytes(EStr *str, const char *bytes, std::int32_t encoding);
 /** The same for `size` bytes, which may hold zeros. A UCS-2 text loses an odd last byte. */
 void EStrSetBytesSized(EStr *str, const char *bytes, std::size_t size, std::int32_t encoding);
 void EStrSetBytesFromInt(EStr *str, std::int32_t value);
-void EStrSetBytesFromID(EStr *str, std::int32_t messageNumber);
 /**
  * Text of an object: the bytes of a string and the decoded data of a stream (UCS-2 by their mark, else
  * PDFDocEncoding), a name's text, a number, "true" or "false", "<<dict>>", "[array]", nothing for the null object.

@@ -3,17 +3,17 @@
 // The converters are the sibling table "BaseTool", fetched on first need. Without it only plain ASCII changes its tag;
 // every other string keeps the one that it has.
 // SPDX-License-Identifier: MIT
-#include "miEStr.h"
+#include "Common/src/miEStr.h"
 
 #include <algorithm>
 #include <string>
 #include <string_view>
 
+#include "Common/src/miEStrParts.h"
+#include "Common/src/miUtils.h"
 #include "CoreHFT.h"
 #include "DocModelHFT.h"
 #include "SiblingHFTs.h"
-#include "miEStrParts.h"
-#include "miUtils.h"
 
 namespace {
 

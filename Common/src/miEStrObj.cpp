@@ -1,13 +1,13 @@
 // EStr: to and from PDF objects.
 // SPDX-License-Identifier: MIT
-#include "miEStr.h"
+#include "Common/src/miEStr.h"
 
 #include <string>
 
+#include "Common/src/miUtils.h"
 #include "KernelSupportHFT.h"
 #include "LexHFT.h"
 #include "PIFrame.h"
-#include "miUtils.h"
 
 namespace {
 

@@ -1,13 +1,13 @@
 // EStr: cutting, searching, comparing.
 // SPDX-License-Identifier: MIT
-#include "miEStr.h"
+#include "Common/src/miEStr.h"
 
 #include <algorithm>
 #include <string>
 #include <string_view>
 
-#include "miEStrParts.h"
-#include "miUtils.h"
+#include "Common/src/miEStrParts.h"
+#include "Common/src/miUtils.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // Rules of Japanese text: the two tables of line breaking marks.
 // SPDX-License-Identifier: MIT
-#include "miKanji.h"
+#include "Common/src/miKanji.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,6 +1,6 @@
 // Memory, and the length, copy and comparison of texts.
 // SPDX-License-Identifier: MIT
-#include "miUtils.h"
+#include "Common/src/miUtils.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,6 +1,6 @@
 // Search, replacement, white space and list entries in texts.
 // SPDX-License-Identifier: MIT
-#include "miUtils.h"
+#include "Common/src/miUtils.h"
 
 #include <cstring>
 

@@ -1,14 +1,14 @@
 // Alerts: the host's icons and buttons for ours.
 // SPDX-License-Identifier: MIT
-#include "mdMessages.h"
+#include "Common/unix/mdMessages.h"
 
 #include <climits>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
 
+#include "Common/src/miUtils.h"
 #include "ScreenViewHFT.h"
-#include "miUtils.h"
 
 namespace {
 

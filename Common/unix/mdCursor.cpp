@@ -1,6 +1,6 @@
 // The cursor of a calculation pass: a small calculator.
 // SPDX-License-Identifier: MIT
-#include "mdUtils.h"
+#include "Common/unix/mdUtils.h"
 
 #include <array>
 #include <cstddef>

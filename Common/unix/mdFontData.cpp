@@ -1,14 +1,14 @@
 // Width records of the fourteen base fonts, one block, as the platform's text controls are given them.
 // SPDX-License-Identifier: MIT
-#include "mdUtils.h"
+#include "Common/unix/mdUtils.h"
 
 #include <array>
 #include <bit>
 #include <cstring>
 #include <string_view>
 
+#include "Common/src/miUtils.h"
 #include "CoreHFT.h"
-#include "miUtils.h"
 
 namespace {
 

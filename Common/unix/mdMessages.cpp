@@ -1,15 +1,15 @@
 // The catalogue: fetching, caching and copying of texts.
 // SPDX-License-Identifier: MIT
-#include "mdMessages.h"
+#include "Common/unix/mdMessages.h"
 
 #include <algorithm>
 #include <cstring>
 #include <langinfo.h>
 
+#include "Common/src/miEStr.h"
+#include "Common/src/miUtils.h"
+#include "Common/unix/mdUtils.h"
 #include "UnixHFT.h"
-#include "mdUtils.h"
-#include "miEStr.h"
-#include "miUtils.h"
 
 namespace {
 
@@ -109,4 +109,12 @@ char *mdGetButtonString(std::int32_t id, char *buffer, std::uint16_t size) {
     }
     *out = 0;
     return buffer;
+}
+
+EStr *EStrNewFromIDImpl(std::int32_t messageNumber) {
+    return EStrNewImpl(mdGetStringPtr(messageNumber), EStrHost);
+}
+
+void EStrSetBytesFromID(EStr *str, std::int32_t messageNumber) {
+    EStrSetBytes(str, mdGetStringPtr(messageNumber), EStrHost);
 }

@@ -7,8 +7,9 @@
 
 #include <cstdint>
 
+#include "Common/unix/mdMessageList.h"
+#include "FormsTypes.h"
 #include "KRTypes.h"
-#include "mdMessageList.h"
 
 /** Numbers of the texts by key, such as Msg::errorBadFdf. */
 namespace Msg {
@@ -30,6 +31,10 @@ const char *mdGetStringPtr(std::int32_t id);
 char *mdGetString(std::int32_t id, char *buffer, std::uint16_t size);
 /** The same without menu mnemonics: "Cu&t" gives "Cut", "&&" one "&". */
 char *mdGetButtonString(std::int32_t id, char *buffer, std::uint16_t size);
+
+/** A text of the catalogue, in host encoding. Owned by the caller. Raises KRErrNoMemory. */
+EStr *EStrNewFromIDImpl(std::int32_t messageNumber);
+void EStrSetBytesFromID(EStr *str, std::int32_t messageNumber);
 
 /** Text of an alert's button: 0 OK, 1 Cancel, 2 Yes, 3 No; null for any other number. */
 const char *mdGetAlertButtonPtr(std::int32_t index);

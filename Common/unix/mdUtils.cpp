@@ -1,6 +1,6 @@
 // The platform layer's small services: the resource shell, assertions, comparison, the cancel request.
 // SPDX-License-Identifier: MIT
-#include "mdUtils.h"
+#include "Common/unix/mdUtils.h"
 
 #include <cctype>
 #include <cstdio>

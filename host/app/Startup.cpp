@@ -1,6 +1,6 @@
 // Bringing the host up and down.
 // SPDX-License-Identifier: MIT
-#include "Startup.h"
+#include "app/Startup.h"
 
 #include <clocale>
 #include <cstdlib>
@@ -8,24 +8,24 @@
 #include <system_error>
 #include <vector>
 
-#include "BaseTool.h"
 #include "CoreHFT.h"
 #include "DocModelHFT.h"
-#include "DocTable.h"
-#include "Draw.h"
 #include "KernelSupportHFT.h"
 #include "LexHFT.h"
-#include "LexTable.h"
-#include "Notify.h"
-#include "PlugIns.h"
 #include "ScreenViewHFT.h"
 #include "ScreenViewUserInterfaceHFT.h"
 #include "SiblingHFTs.h"
-#include "Tables.h"
-#include "UITable.h"
 #include "UnixHFT.h"
-#include "UnixTable.h"
-#include "ViewTable.h"
+#include "doc/DocTable.h"
+#include "doc/Notify.h"
+#include "draw/Draw.h"
+#include "kernel/PlugIns.h"
+#include "kernel/Tables.h"
+#include "lex/LexTable.h"
+#include "siblings/BaseTool.h"
+#include "view/UITable.h"
+#include "view/UnixTable.h"
+#include "view/ViewTable.h"
 
 namespace jackdaw {
 

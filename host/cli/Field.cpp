@@ -1,6 +1,6 @@
 // Reading fields through the tables of include/.
 // SPDX-License-Identifier: MIT
-#include "Field.h"
+#include "cli/Field.h"
 
 #include <algorithm>
 #include <unordered_map>
@@ -8,7 +8,7 @@
 #include "CoreHFT.h"
 #include "DocModelHFT.h"
 #include "PIFrame.h"
-#include "Text.h"
+#include "cli/Text.h"
 
 namespace jackdaw::cli {
 

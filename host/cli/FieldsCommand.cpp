@@ -1,6 +1,6 @@
 // `jackdaw fields`: the fields of a form, as a table for people or as one JSON object a line.
 // SPDX-License-Identifier: MIT
-#include "Commands.h"
+#include "cli/Commands.h"
 
 #include <algorithm>
 #include <cmath>
@@ -9,9 +9,9 @@
 #include <nlohmann/json.hpp>
 
 #include "CoreHFT.h"
-#include "Field.h"
-#include "Session.h"
-#include "Text.h"
+#include "cli/Field.h"
+#include "cli/Session.h"
+#include "cli/Text.h"
 
 namespace jackdaw::cli {
 

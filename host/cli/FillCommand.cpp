@@ -1,6 +1,6 @@
 // `jackdaw fill`: sets values by name. What a field cannot take is warned about with what would do; the rest is filled.
 // SPDX-License-Identifier: MIT
-#include "Commands.h"
+#include "cli/Commands.h"
 
 #include <algorithm>
 #include <cctype>
@@ -9,11 +9,11 @@
 
 #include "CoreHFT.h"
 #include "DocModelHFT.h"
-#include "Field.h"
 #include "PIFrame.h"
 #include "ScreenViewHFT.h"
-#include "Session.h"
-#include "Text.h"
+#include "cli/Field.h"
+#include "cli/Session.h"
+#include "cli/Text.h"
 
 namespace jackdaw::cli {
 

@@ -3,11 +3,11 @@
 #include <cstdio>
 #include <cstring>
 
-#include "HostError.h"
-#include "Options.h"
 #include "PIFrame.h"
-#include "Session.h"
-#include "Startup.h"
+#include "app/Startup.h"
+#include "cli/Options.h"
+#include "cli/Session.h"
+#include "kernel/HostError.h"
 
 namespace {
 

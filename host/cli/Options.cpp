@@ -1,6 +1,6 @@
 // The options of the command line.
 // SPDX-License-Identifier: MIT
-#include "Options.h"
+#include "cli/Options.h"
 
 #include "Version.h"
 

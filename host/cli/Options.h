@@ -5,7 +5,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "Commands.h"
+#include "cli/Commands.h"
 
 namespace jackdaw::cli {
 

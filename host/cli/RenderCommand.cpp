@@ -1,6 +1,6 @@
 // `jackdaw render`: a page with its widgets as a picture.
 // SPDX-License-Identifier: MIT
-#include "Commands.h"
+#include "cli/Commands.h"
 
 #include <memory>
 
@@ -8,7 +8,7 @@
 #include "KernelSupportHFT.h"
 #include "PIFrame.h"
 #include "ScreenViewHFT.h"
-#include "Session.h"
+#include "cli/Session.h"
 
 namespace jackdaw::cli {
 

@@ -1,11 +1,11 @@
 // `jackdaw reset`: fields go back to their default values.
 // SPDX-License-Identifier: MIT
-#include "Commands.h"
+#include "cli/Commands.h"
 
-#include "Field.h"
 #include "PIFrame.h"
-#include "Session.h"
-#include "Text.h"
+#include "cli/Field.h"
+#include "cli/Session.h"
+#include "cli/Text.h"
 
 namespace jackdaw::cli {
 

@@ -1,6 +1,6 @@
 // Messages, documents and files of one command.
 // SPDX-License-Identifier: MIT
-#include "Session.h"
+#include "cli/Session.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -12,11 +12,11 @@
 #include <unistd.h>
 
 #include "DocModelHFT.h"
-#include "Field.h"
 #include "KernelSupportHFT.h"
 #include "PIFrame.h"
 #include "ScreenViewHFT.h"
-#include "Text.h"
+#include "cli/Field.h"
+#include "cli/Text.h"
 
 namespace jackdaw::cli {
 

@@ -1,6 +1,6 @@
 // Texts at the edge of the command line.
 // SPDX-License-Identifier: MIT
-#include "Text.h"
+#include "cli/Text.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
 // What makes a dictionary an action.
 // SPDX-License-Identifier: MIT
-#include "Actions.h"
+#include "doc/Actions.h"
 
-#include "Keys.h"
-#include "LexObjects.h"
+#include "doc/Keys.h"
+#include "lex/LexObjects.h"
 
 namespace jackdaw {
 

@@ -1,17 +1,17 @@
 // Annotations of a page, with the notifications around their changes.
 // SPDX-License-Identifier: MIT
-#include "Annots.h"
+#include "doc/Annots.h"
 
 #include <algorithm>
 #include <exception>
 
-#include "DocRecord.h"
-#include "HostError.h"
-#include "Keys.h"
-#include "LexApi.h"
-#include "LexObjects.h"
-#include "Notify.h"
-#include "Pages.h"
+#include "doc/DocRecord.h"
+#include "doc/Keys.h"
+#include "doc/Notify.h"
+#include "doc/Pages.h"
+#include "kernel/HostError.h"
+#include "lex/LexApi.h"
+#include "lex/LexObjects.h"
 
 namespace jackdaw {
 namespace {

@@ -12,9 +12,9 @@
 
 #include <sys/types.h>
 
-#include "Document.h"
-#include "Files.h"
-#include "PageList.h"
+#include "doc/Document.h"
+#include "doc/PageList.h"
+#include "kernel/Files.h"
 
 struct DMPageRec {
     DMDoc doc = nullptr;

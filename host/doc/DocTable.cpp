@@ -1,22 +1,22 @@
 // The slots of the table: each an edge around one function of this folder, or two lines of its own.
 // SPDX-License-Identifier: MIT
-#include "DocTable.h"
+#include "doc/DocTable.h"
 
 #include <algorithm>
 
-#include "Actions.h"
-#include "Annots.h"
-#include "Document.h"
-#include "FileSpecs.h"
-#include "HostError.h"
-#include "HostText.h"
-#include "LexObjects.h"
-#include "NameTree.h"
-#include "Notify.h"
-#include "PageEdit.h"
-#include "Pages.h"
-#include "Tables.h"
-#include "TextConvert.h"
+#include "doc/Actions.h"
+#include "doc/Annots.h"
+#include "doc/DocNameTree.h"
+#include "doc/Document.h"
+#include "doc/FileSpecs.h"
+#include "doc/HostText.h"
+#include "doc/Notify.h"
+#include "doc/PageEdit.h"
+#include "doc/Pages.h"
+#include "kernel/HostError.h"
+#include "kernel/Tables.h"
+#include "lex/LexObjects.h"
+#include "siblings/TextConvert.h"
 
 namespace jackdaw {
 namespace {

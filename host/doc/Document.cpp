@@ -1,19 +1,19 @@
 // The open documents, and what is done with each as a whole.
 // SPDX-License-Identifier: MIT
-#include "Document.h"
+#include "doc/Document.h"
 
 #include <algorithm>
 #include <exception>
 
 #include <sys/stat.h>
 
-#include "DocRecord.h"
-#include "HostError.h"
-#include "Keys.h"
-#include "LexApi.h"
-#include "LexObjects.h"
-#include "Notify.h"
-#include "Store.h"
+#include "doc/DocRecord.h"
+#include "doc/Keys.h"
+#include "doc/Notify.h"
+#include "kernel/HostError.h"
+#include "lex/LexApi.h"
+#include "lex/LexObjects.h"
+#include "lex/Store.h"
 
 namespace jackdaw {
 namespace {

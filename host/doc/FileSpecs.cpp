@@ -1,14 +1,14 @@
 // Which entry of a file specification speaks, and where it leads.
 // SPDX-License-Identifier: MIT
-#include "FileSpecs.h"
+#include "doc/FileSpecs.h"
 
 #include <algorithm>
 
-#include "Files.h"
-#include "HostError.h"
-#include "Keys.h"
-#include "LexObjects.h"
-#include "TextConvert.h"
+#include "doc/Keys.h"
+#include "kernel/Files.h"
+#include "kernel/HostError.h"
+#include "lex/LexObjects.h"
+#include "siblings/TextConvert.h"
 
 namespace jackdaw {
 namespace {

@@ -1,13 +1,13 @@
 // Conversion into buffers, and cutting at whole characters.
 // SPDX-License-Identifier: MIT
-#include "HostText.h"
+#include "doc/HostText.h"
 
 #include <algorithm>
 #include <cstring>
 #include <cwchar>
 
-#include "HostError.h"
-#include "TextConvert.h"
+#include "kernel/HostError.h"
+#include "siblings/TextConvert.h"
 
 namespace jackdaw {
 namespace {

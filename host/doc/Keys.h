@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Atoms.h"
+#include "kernel/Atoms.h"
 
 namespace jackdaw {
 

@@ -1,12 +1,12 @@
 // The walk keeps its own stack and a set of the nodes met, since a file nests and loops as it likes.
 // SPDX-License-Identifier: MIT
-#include "NameTreeWalk.h"
+#include "doc/NameTreeWalk.h"
 
 #include <algorithm>
 #include <unordered_set>
 
-#include "Keys.h"
-#include "LexObjects.h"
+#include "doc/Keys.h"
+#include "lex/LexObjects.h"
 
 namespace jackdaw {
 namespace {

@@ -1,12 +1,12 @@
 // Keeps who subscribed to what, and calls them.
 // SPDX-License-Identifier: MIT
-#include "Notify.h"
+#include "doc/Notify.h"
 
 #include <algorithm>
 #include <map>
 #include <vector>
 
-#include "HostError.h"
+#include "kernel/HostError.h"
 
 namespace jackdaw {
 namespace {

@@ -1,12 +1,12 @@
 // The copy works through a list of containers to be filled, since chains of references are as long as they like.
 // SPDX-License-Identifier: MIT
-#include "PageCopy.h"
+#include "doc/PageCopy.h"
 
-#include "Keys.h"
-#include "LexObjects.h"
-#include "LexStreams.h"
-#include "Pages.h"
-#include "Store.h"
+#include "doc/Keys.h"
+#include "doc/Pages.h"
+#include "lex/LexObjects.h"
+#include "lex/LexStreams.h"
+#include "lex/Store.h"
 
 namespace jackdaw {
 namespace {

@@ -12,7 +12,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "DocRecord.h"
+#include "doc/DocRecord.h"
 
 namespace jackdaw {
 

@@ -1,19 +1,19 @@
 // Page insertion and deletion: the copies are whole before the tree is touched.
 // SPDX-License-Identifier: MIT
-#include "PageEdit.h"
+#include "doc/PageEdit.h"
 
 #include <exception>
 #include <unordered_set>
 
-#include "DocRecord.h"
-#include "HostError.h"
-#include "Keys.h"
-#include "LexApi.h"
-#include "LexObjects.h"
-#include "Notify.h"
-#include "PageCopy.h"
-#include "Pages.h"
-#include "Store.h"
+#include "doc/DocRecord.h"
+#include "doc/Keys.h"
+#include "doc/Notify.h"
+#include "doc/PageCopy.h"
+#include "doc/Pages.h"
+#include "kernel/HostError.h"
+#include "lex/LexApi.h"
+#include "lex/LexObjects.h"
+#include "lex/Store.h"
 
 namespace jackdaw {
 namespace {

@@ -1,13 +1,13 @@
 // The walk of the page tree, without recursion: files nest as deep as they like.
 // SPDX-License-Identifier: MIT
-#include "PageList.h"
+#include "doc/PageList.h"
 
 #include <unordered_set>
 
-#include "Keys.h"
-#include "LexApi.h"
-#include "LexObjects.h"
-#include "Store.h"
+#include "doc/Keys.h"
+#include "lex/LexApi.h"
+#include "lex/LexObjects.h"
+#include "lex/Store.h"
 
 namespace jackdaw {
 namespace {

@@ -1,15 +1,15 @@
 // Page handles, inheritance and geometry.
 // SPDX-License-Identifier: MIT
-#include "Pages.h"
+#include "doc/Pages.h"
 
 #include <algorithm>
 #include <unordered_set>
 
-#include "DocRecord.h"
-#include "Fixed.h"
-#include "HostError.h"
-#include "Keys.h"
-#include "LexObjects.h"
+#include "doc/DocRecord.h"
+#include "doc/Keys.h"
+#include "kernel/Fixed.h"
+#include "kernel/HostError.h"
+#include "lex/LexObjects.h"
 
 namespace jackdaw {
 namespace {

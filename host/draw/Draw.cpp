@@ -1,6 +1,6 @@
 // Opens snapshots in the rendering module, draws them, and keeps them.
 // SPDX-License-Identifier: MIT
-#include "Draw.h"
+#include "draw/Draw.h"
 
 #include <dlfcn.h>
 #include <filesystem>
@@ -9,13 +9,13 @@
 #include <string>
 #include <tuple>
 
-#include "Document.h"
-#include "HostError.h"
-#include "LexApi.h"
-#include "LexObjects.h"
-#include "PageRenderer.h"
-#include "Pages.h"
-#include "Snapshot.h"
+#include "doc/Document.h"
+#include "doc/Pages.h"
+#include "draw/PageRenderer.h"
+#include "draw/Snapshot.h"
+#include "kernel/HostError.h"
+#include "lex/LexApi.h"
+#include "lex/LexObjects.h"
 
 namespace jackdaw {
 

@@ -1,11 +1,11 @@
 // The four upright placements of a page, and their use on points and rectangles.
 // SPDX-License-Identifier: MIT
-#include "PageGeometry.h"
+#include "draw/PageGeometry.h"
 
 #include <algorithm>
 
-#include "Fixed.h"
-#include "Pages.h"
+#include "doc/Pages.h"
+#include "kernel/Fixed.h"
 
 namespace jackdaw {
 

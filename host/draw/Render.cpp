@@ -1,6 +1,6 @@
 // Draws pages and annotations with cairo, and writes images.
 // SPDX-License-Identifier: MIT
-#include "Render.h"
+#include "draw/Render.h"
 
 #include <array>
 #include <cairo.h>
@@ -8,14 +8,14 @@
 #include <cmath>
 #include <string_view>
 
-#include "Annots.h"
-#include "Atoms.h"
-#include "Document.h"
-#include "Files.h"
-#include "Fixed.h"
-#include "HostError.h"
-#include "LexObjects.h"
-#include "Pages.h"
+#include "doc/Annots.h"
+#include "doc/Document.h"
+#include "doc/Pages.h"
+#include "kernel/Atoms.h"
+#include "kernel/Files.h"
+#include "kernel/Fixed.h"
+#include "kernel/HostError.h"
+#include "lex/LexObjects.h"
 
 namespace jackdaw {
 

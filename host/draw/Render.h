@@ -11,8 +11,8 @@
 #include <memory>
 #include <string>
 
-#include "Draw.h"
-#include "PageGeometry.h"
+#include "draw/Draw.h"
+#include "draw/PageGeometry.h"
 
 using cairo_surface_t = struct _cairo_surface;
 

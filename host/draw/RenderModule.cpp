@@ -1,6 +1,6 @@
 // The rendering module: pages drawn by poppler.
 // SPDX-License-Identifier: MIT
-#include "PageRenderer.h"
+#include "draw/PageRenderer.h"
 
 #include <memory>
 

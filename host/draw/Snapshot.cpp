@@ -8,7 +8,7 @@
 //    leads back into the document does not bring it along.
 // 3. The same objects give the same bytes: the caches compare outlines.
 // SPDX-License-Identifier: MIT
-#include "Snapshot.h"
+#include "draw/Snapshot.h"
 
 #include <cmath>
 #include <cstdio>
@@ -20,13 +20,13 @@
 #include <set>
 #include <vector>
 
-#include "Atoms.h"
-#include "Document.h"
-#include "HostError.h"
-#include "LexApi.h"
-#include "LexObjects.h"
-#include "Pages.h"
-#include "Store.h"
+#include "doc/Document.h"
+#include "doc/Pages.h"
+#include "kernel/Atoms.h"
+#include "kernel/HostError.h"
+#include "lex/LexApi.h"
+#include "lex/LexObjects.h"
+#include "lex/Store.h"
 
 namespace jackdaw {
 

@@ -3,7 +3,7 @@
 // 1. `temporary_` is not empty as long as the new file lies beside the target and has to be removed on failure.
 // 2. After commit() both `stream_` and `temporary_` are empty, and the destructor has nothing to do.
 // SPDX-License-Identifier: MIT
-#include "Files.h"
+#include "kernel/Files.h"
 
 #include <cerrno>
 #include <climits>
@@ -12,7 +12,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "HostError.h"
+#include "kernel/HostError.h"
 
 namespace jackdaw {
 

@@ -3,12 +3,12 @@
 // 1. `buckets` has a power of two of places and is at most half full; a place holds an atom or KRAtomNull.
 // 2. `hashes[atom]` is the hash of the atom's text without the slash.
 // SPDX-License-Identifier: MIT
-#include "Atoms.h"
+#include "kernel/Atoms.h"
 
 #include <deque>
 #include <vector>
 
-#include "HostError.h"
+#include "kernel/HostError.h"
 
 namespace jackdaw {
 

@@ -1,10 +1,10 @@
 // Callback thunks and whose they are.
 // SPDX-License-Identifier: MIT
-#include "Callbacks.h"
+#include "kernel/Callbacks.h"
 
 #include <unordered_map>
 
-#include "HostError.h"
+#include "kernel/HostError.h"
 
 namespace jackdaw {
 

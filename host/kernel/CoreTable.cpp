@@ -1,13 +1,13 @@
 // The core table: every slot of CoreHFT.h behind the host's edge.
 // SPDX-License-Identifier: MIT
-#include "Tables.h"
+#include "kernel/Tables.h"
 
-#include "Atoms.h"
-#include "Callbacks.h"
 #include "CoreHFT.h"
-#include "Frames.h"
-#include "HostError.h"
-#include "PlugIns.h"
+#include "kernel/Atoms.h"
+#include "kernel/Callbacks.h"
+#include "kernel/Frames.h"
+#include "kernel/HostError.h"
+#include "kernel/PlugIns.h"
 
 namespace jackdaw {
 

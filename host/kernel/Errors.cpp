@@ -1,12 +1,12 @@
 // Texts of the error codes, and codes that plug-ins register.
 // SPDX-License-Identifier: MIT
-#include "Errors.h"
+#include "kernel/Errors.h"
 
 #include <cstdint>
 #include <cstdio>
 #include <vector>
 
-#include "HostError.h"
+#include "kernel/HostError.h"
 
 namespace jackdaw {
 

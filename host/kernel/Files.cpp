@@ -1,6 +1,6 @@
 // File systems and files: the registry, path objects, and the default file system over POSIX.
 // SPDX-License-Identifier: MIT
-#include "Files.h"
+#include "kernel/Files.h"
 
 #include <cerrno>
 #include <cstring>
@@ -9,7 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "HostError.h"
+#include "kernel/HostError.h"
 
 namespace jackdaw {
 

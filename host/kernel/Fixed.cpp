@@ -1,6 +1,6 @@
 // 16.16 numbers. All arithmetic is done in 64 bits and brought back by SaturateFixed.
 // SPDX-License-Identifier: MIT
-#include "Fixed.h"
+#include "kernel/Fixed.h"
 
 #include <algorithm>
 #include <cmath>

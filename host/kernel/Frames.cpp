@@ -3,13 +3,13 @@
 // 1. A raise leaves the frame pushed: its owner pops it, on this road as on the other.
 // 2. The sentence noted for a code lives as long as that code is raised on; another code makes it void.
 // SPDX-License-Identifier: MIT
-#include "Frames.h"
+#include "kernel/Frames.h"
 
 #include <cstdio>
 #include <unistd.h>
 #include <vector>
 
-#include "Errors.h"
+#include "kernel/Errors.h"
 
 namespace jackdaw {
 

@@ -5,7 +5,7 @@
 #include <cstddef>
 
 #include "CoreHFT.h"
-#include "HostError.h"
+#include "kernel/HostError.h"
 
 namespace jackdaw {
 

@@ -1,15 +1,15 @@
 // Tables that plug-ins serve, and the replacement of slots in any table.
 // SPDX-License-Identifier: MIT
-#include "HFTServers.h"
+#include "kernel/HFTServers.h"
 
 #include <memory>
 #include <unordered_map>
 #include <vector>
 
-#include "Atoms.h"
-#include "Frames.h"
-#include "HostError.h"
-#include "Tables.h"
+#include "kernel/Atoms.h"
+#include "kernel/Frames.h"
+#include "kernel/HostError.h"
+#include "kernel/Tables.h"
 
 struct KRHFTServerRec {
     KRAtom name;

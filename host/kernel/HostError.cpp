@@ -1,13 +1,13 @@
 // From C++ exceptions to codes and back, and the sentence of the last error.
 // SPDX-License-Identifier: MIT
-#include "HostError.h"
+#include "kernel/HostError.h"
 
 #include <exception>
 #include <new>
 #include <vector>
 
-#include "Errors.h"
-#include "Frames.h"
+#include "kernel/Errors.h"
+#include "kernel/Frames.h"
 
 namespace jackdaw {
 

@@ -1,19 +1,19 @@
 // The kernel support table: every slot of KernelSupportHFT.h behind the host's edge.
 // SPDX-License-Identifier: MIT
-#include "Tables.h"
+#include "kernel/Tables.h"
 
 #include <algorithm>
 #include <cstring>
 
-#include "Atoms.h"
-#include "Errors.h"
-#include "Files.h"
-#include "Fixed.h"
-#include "HFTServers.h"
-#include "HostError.h"
 #include "KernelSupportHFT.h"
-#include "Memory.h"
-#include "Streams.h"
+#include "kernel/Atoms.h"
+#include "kernel/Errors.h"
+#include "kernel/Files.h"
+#include "kernel/Fixed.h"
+#include "kernel/HFTServers.h"
+#include "kernel/HostError.h"
+#include "kernel/Memory.h"
+#include "kernel/Streams.h"
 
 namespace jackdaw {
 

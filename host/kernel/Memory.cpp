@@ -1,11 +1,11 @@
 // The allocator that host and plug-ins share: the system's, with a tap for fault injection.
 // SPDX-License-Identifier: MIT
-#include "Memory.h"
+#include "kernel/Memory.h"
 
 #include <cstdlib>
 #include <cstring>
 
-#include "HostError.h"
+#include "kernel/HostError.h"
 
 namespace jackdaw {
 

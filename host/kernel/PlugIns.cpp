@@ -4,7 +4,7 @@
 // 2. `state` only ever grows, save that any state before Running may turn into Refused.
 // 3. A file whose code has run is never unmapped: its callbacks and static objects may be known elsewhere.
 // SPDX-License-Identifier: MIT
-#include "PlugIns.h"
+#include "kernel/PlugIns.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -14,10 +14,10 @@
 #include <map>
 #include <memory>
 
-#include "Atoms.h"
-#include "Callbacks.h"
-#include "HostError.h"
 #include "PIMain.h"
+#include "kernel/Atoms.h"
+#include "kernel/Callbacks.h"
+#include "kernel/HostError.h"
 
 struct KRExtensionRec {
     enum State { Loaded, Running, Refused };

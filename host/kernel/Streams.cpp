@@ -1,12 +1,12 @@
 // Streams of bytes, one small class a source.
 // SPDX-License-Identifier: MIT
-#include "Streams.h"
+#include "kernel/Streams.h"
 
 #include <algorithm>
 #include <cstring>
 
-#include "Files.h"
-#include "HostError.h"
+#include "kernel/Files.h"
+#include "kernel/HostError.h"
 
 namespace jackdaw {
 

@@ -1,14 +1,14 @@
 // The host's function tables: how they are filled, started and found.
 // SPDX-License-Identifier: MIT
-#include "Tables.h"
+#include "kernel/Tables.h"
 
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "Atoms.h"
-#include "HFTServers.h"
-#include "HostError.h"
+#include "kernel/Atoms.h"
+#include "kernel/HFTServers.h"
+#include "kernel/HostError.h"
 
 namespace jackdaw {
 

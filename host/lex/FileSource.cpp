@@ -1,6 +1,6 @@
 // The file under a document: blocks kept as they are read, and the failures of the system in the library's words.
 // SPDX-License-Identifier: MIT
-#include "FileSource.h"
+#include "lex/FileSource.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,12 +1,12 @@
 // Dictionaries and arrays: the operations of LexObjects.h that change containers or list them.
 // SPDX-License-Identifier: MIT
-#include "LexContainers.h"
+#include "lex/LexContainers.h"
 
 #include <algorithm>
 
-#include "HostError.h"
-#include "Limits.h"
-#include "Node.h"
+#include "kernel/HostError.h"
+#include "lex/Limits.h"
+#include "lex/Node.h"
 
 namespace jackdaw::lex {
 

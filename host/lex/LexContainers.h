@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "LexObjects.h"
+#include "lex/LexObjects.h"
 
 namespace jackdaw::lex {
 

@@ -1,16 +1,16 @@
 // Objects: making them, reading scalars, and what a document as a whole tells about itself.
 // SPDX-License-Identifier: MIT
-#include "LexObjects.h"
+#include "lex/LexObjects.h"
 
 #include <algorithm>
 #include <charconv>
 #include <limits>
 
-#include "Atoms.h"
-#include "Fixed.h"
-#include "HostError.h"
-#include "LexApi.h"
-#include "Node.h"
+#include "kernel/Atoms.h"
+#include "kernel/Fixed.h"
+#include "kernel/HostError.h"
+#include "lex/LexApi.h"
+#include "lex/Node.h"
 
 namespace jackdaw::lex {
 

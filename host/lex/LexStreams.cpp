@@ -1,6 +1,6 @@
 // Streams: data encoded on the way in, read raw or decoded up to a limit on the way out.
 // SPDX-License-Identifier: MIT
-#include "LexStreams.h"
+#include "lex/LexStreams.h"
 
 #include <algorithm>
 #include <limits>
@@ -9,12 +9,12 @@
 #include <qpdf/Pipeline.hh>
 #include <qpdf/Pl_Flate.hh>
 
-#include "Atoms.h"
-#include "HostError.h"
-#include "LexObjects.h"
-#include "Limits.h"
-#include "Node.h"
-#include "Streams.h"
+#include "kernel/Atoms.h"
+#include "kernel/HostError.h"
+#include "kernel/Streams.h"
+#include "lex/LexObjects.h"
+#include "lex/Limits.h"
+#include "lex/Node.h"
 
 namespace jackdaw::lex {
 

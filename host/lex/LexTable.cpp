@@ -1,17 +1,17 @@
 // The table Lex: each slot is an edge around an operation of the object layer.
 // SPDX-License-Identifier: MIT
-#include "LexTable.h"
+#include "lex/LexTable.h"
 
 #include <qpdf/QPDFExc.hh>
 #include <qpdf/QPDFSystemError.hh>
 
-#include "HostError.h"
-#include "LexContainers.h"
 #include "LexHFT.h"
-#include "LexObjects.h"
-#include "LexStreams.h"
-#include "Store.h"
-#include "Tables.h"
+#include "kernel/HostError.h"
+#include "kernel/Tables.h"
+#include "lex/LexContainers.h"
+#include "lex/LexObjects.h"
+#include "lex/LexStreams.h"
+#include "lex/Store.h"
 
 namespace jackdaw {
 

@@ -1,14 +1,14 @@
 // Nodes: made on demand, found again by number or memo, linked to what holds them, buried when destroyed.
 // SPDX-License-Identifier: MIT
-#include "Node.h"
+#include "lex/Node.h"
 
 #include <algorithm>
 #include <unordered_set>
 
-#include "Atoms.h"
-#include "HostError.h"
-#include "LexApi.h"
-#include "Limits.h"
+#include "kernel/Atoms.h"
+#include "kernel/HostError.h"
+#include "lex/LexApi.h"
+#include "lex/Limits.h"
 
 namespace jackdaw::lex {
 

@@ -27,7 +27,7 @@
 #include <qpdf/QPDFObjectHandle.hh>
 
 #include "KRTypes.h"
-#include "Store.h"
+#include "lex/Store.h"
 
 namespace jackdaw::lex {
 

@@ -1,6 +1,6 @@
 // Repairs by text search: a trailer or a startxref is put behind what the file still shows of its objects.
 // SPDX-License-Identifier: MIT
-#include "Repair.h"
+#include "lex/Repair.h"
 
 #include <cctype>
 #include <string_view>

@@ -1,6 +1,6 @@
 // Opening, with repairs when the first try fails; making, closing, and what a document's file allows.
 // SPDX-License-Identifier: MIT
-#include "Store.h"
+#include "lex/Store.h"
 
 #include <cerrno>
 #include <memory>
@@ -10,12 +10,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "FileSource.h"
-#include "Files.h"
-#include "HostError.h"
-#include "Limits.h"
-#include "Node.h"
-#include "Repair.h"
+#include "kernel/Files.h"
+#include "kernel/HostError.h"
+#include "lex/FileSource.h"
+#include "lex/Limits.h"
+#include "lex/Node.h"
+#include "lex/Repair.h"
 
 namespace jackdaw::lex {
 

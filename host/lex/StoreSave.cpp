@@ -1,16 +1,16 @@
 // Saving: the whole document written anew through a pipe into a file, another file system or a text.
 // SPDX-License-Identifier: MIT
-#include "Store.h"
+#include "lex/Store.h"
 
 #include <cerrno>
 
 #include <qpdf/Pipeline.hh>
 #include <qpdf/QPDFWriter.hh>
 
-#include "Atoms.h"
-#include "Files.h"
-#include "HostError.h"
-#include "Node.h"
+#include "kernel/Atoms.h"
+#include "kernel/Files.h"
+#include "kernel/HostError.h"
+#include "lex/Node.h"
 
 namespace jackdaw::lex {
 

@@ -1,14 +1,14 @@
 // The sibling "BaseTool": metrics of the fourteen base fonts, and text converters.
 // SPDX-License-Identifier: MIT
-#include "BaseTool.h"
+#include "siblings/BaseTool.h"
 
 #include <algorithm>
 #include <cstring>
 #include <iterator>
 
-#include "Converters.h"
-#include "HostError.h"
-#include "Tables.h"
+#include "kernel/HostError.h"
+#include "kernel/Tables.h"
+#include "siblings/Converters.h"
 
 namespace jackdaw {
 

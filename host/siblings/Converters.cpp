@@ -2,7 +2,7 @@
 //
 // "UCS-2BE" of iconv refuses what lies beyond the basic plane, on either road, which is just what the table promises.
 // SPDX-License-Identifier: MIT
-#include "Converters.h"
+#include "siblings/Converters.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -10,8 +10,8 @@
 #include <langinfo.h>
 #include <map>
 
-#include "HostError.h"
-#include "TextConvert.h"
+#include "kernel/HostError.h"
+#include "siblings/TextConvert.h"
 
 struct BaseToolConverterRec {
     /** Not open for PDFDocEncoding, which goes by the table. */

@@ -1,10 +1,10 @@
 // Text between the process's encoding, PDFDocEncoding and big-endian Unicode, with substitutes for what is lacking.
 // SPDX-License-Identifier: MIT
-#include "TextConvert.h"
+#include "siblings/TextConvert.h"
 
 #include <cerrno>
 
-#include "Converters.h"
+#include "siblings/Converters.h"
 
 namespace jackdaw {
 

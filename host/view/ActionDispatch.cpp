@@ -1,6 +1,6 @@
 // The registry of action handlers, chains of actions, and the copying of actions.
 // SPDX-License-Identifier: MIT
-#include "ActionDispatch.h"
+#include "view/ActionDispatch.h"
 
 #include <algorithm>
 #include <cstring>
@@ -11,16 +11,16 @@
 #include <utility>
 #include <vector>
 
-#include "Actions.h"
-#include "Atoms.h"
-#include "Document.h"
-#include "HostError.h"
-#include "LexObjects.h"
-#include "Memory.h"
-#include "PageView.h"
-#include "Registries.h"
-#include "ViewRecords.h"
-#include "Views.h"
+#include "doc/Actions.h"
+#include "doc/Document.h"
+#include "kernel/Atoms.h"
+#include "kernel/HostError.h"
+#include "kernel/Memory.h"
+#include "lex/LexObjects.h"
+#include "view/PageView.h"
+#include "view/Registries.h"
+#include "view/ViewRecords.h"
+#include "view/Views.h"
 
 /** Registered once a type; what is registered later for the type replaces the contents. */
 struct SCActionHandlerRec {

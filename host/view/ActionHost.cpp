@@ -2,15 +2,15 @@
 // SPDX-License-Identifier: MIT
 #include <string_view>
 
-#include "ActionDispatch.h"
-#include "Actions.h"
-#include "Atoms.h"
-#include "Document.h"
-#include "HostError.h"
-#include "LexObjects.h"
-#include "PageView.h"
-#include "Pages.h"
-#include "Views.h"
+#include "doc/Actions.h"
+#include "doc/Document.h"
+#include "doc/Pages.h"
+#include "kernel/Atoms.h"
+#include "kernel/HostError.h"
+#include "lex/LexObjects.h"
+#include "view/ActionDispatch.h"
+#include "view/PageView.h"
+#include "view/Views.h"
 
 namespace jackdaw {
 

@@ -1,8 +1,8 @@
 // Shows alerts through the platform, or writes and answers them.
 // SPDX-License-Identifier: MIT
-#include "Alerts.h"
+#include "view/Alerts.h"
 
-#include "ViewPlatform.h"
+#include "view/ViewPlatform.h"
 
 namespace jackdaw {
 

@@ -9,15 +9,15 @@
 #include <utility>
 #include <vector>
 
-#include "AnnotHandlers.h"
-#include "Annots.h"
-#include "Atoms.h"
-#include "Document.h"
-#include "HostError.h"
-#include "LexObjects.h"
-#include "LexStreams.h"
-#include "Pages.h"
-#include "ViewRecords.h"
+#include "doc/Annots.h"
+#include "doc/Document.h"
+#include "doc/Pages.h"
+#include "kernel/Atoms.h"
+#include "kernel/HostError.h"
+#include "lex/LexObjects.h"
+#include "lex/LexStreams.h"
+#include "view/AnnotHandlers.h"
+#include "view/ViewRecords.h"
 
 namespace jackdaw {
 

@@ -1,13 +1,13 @@
 // The registry of annotation handlers.
 // SPDX-License-Identifier: MIT
-#include "AnnotHandlers.h"
+#include "view/AnnotHandlers.h"
 
 #include <map>
 
-#include "Annots.h"
-#include "HostError.h"
-#include "Registries.h"
-#include "ViewRecords.h"
+#include "doc/Annots.h"
+#include "kernel/HostError.h"
+#include "view/Registries.h"
+#include "view/ViewRecords.h"
 
 namespace jackdaw {
 

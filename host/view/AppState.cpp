@@ -1,6 +1,6 @@
 // The application's memory, and its idle procedures.
 // SPDX-License-Identifier: MIT
-#include "AppState.h"
+#include "view/AppState.h"
 
 #include <algorithm>
 #include <atomic>
@@ -8,11 +8,11 @@
 #include <map>
 #include <vector>
 
-#include "Atoms.h"
-#include "HostError.h"
-#include "Registries.h"
-#include "ViewPlatform.h"
-#include "ViewRecords.h"
+#include "kernel/Atoms.h"
+#include "kernel/HostError.h"
+#include "view/Registries.h"
+#include "view/ViewPlatform.h"
+#include "view/ViewRecords.h"
 
 struct SCToolRec {
     KRAtom type;

@@ -4,8 +4,8 @@
 
 #include <type_traits>
 
-#include "HostError.h"
-#include "Tables.h"
+#include "kernel/HostError.h"
+#include "kernel/Tables.h"
 
 namespace jackdaw {
 

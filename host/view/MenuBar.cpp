@@ -1,17 +1,17 @@
 // The host's own menus: a table of items and what they do to the view in front.
 // SPDX-License-Identifier: MIT
-#include "Alerts.h"
-#include "AppState.h"
-#include "Document.h"
-#include "HostError.h"
-#include "MenuRecords.h"
-#include "Menus.h"
-#include "PageView.h"
-#include "Pages.h"
-#include "PlugIns.h"
-#include "Selection.h"
-#include "ViewPlatform.h"
-#include "Views.h"
+#include "doc/Document.h"
+#include "doc/Pages.h"
+#include "kernel/HostError.h"
+#include "kernel/PlugIns.h"
+#include "view/Alerts.h"
+#include "view/AppState.h"
+#include "view/MenuRecords.h"
+#include "view/Menus.h"
+#include "view/PageView.h"
+#include "view/Selection.h"
+#include "view/ViewPlatform.h"
+#include "view/Views.h"
 
 namespace jackdaw {
 

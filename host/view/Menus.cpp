@@ -1,13 +1,13 @@
 // Menus, their items, and the counting of both.
 // SPDX-License-Identifier: MIT
-#include "Menus.h"
+#include "view/Menus.h"
 
 #include <algorithm>
 #include <unordered_set>
 
-#include "HostError.h"
-#include "MenuRecords.h"
-#include "ViewPlatform.h"
+#include "kernel/HostError.h"
+#include "view/MenuRecords.h"
+#include "view/ViewPlatform.h"
 
 namespace jackdaw {
 

@@ -1,6 +1,6 @@
 // Going about in a view: pages, zoom, scrolling, history, destinations, and the telling of it.
 // SPDX-License-Identifier: MIT
-#include "PageView.h"
+#include "view/PageView.h"
 
 #include <algorithm>
 #include <cmath>
@@ -8,18 +8,18 @@
 #include <string_view>
 #include <utility>
 
-#include "Atoms.h"
-#include "Document.h"
-#include "Fixed.h"
-#include "HostError.h"
-#include "LexObjects.h"
-#include "NameTree.h"
-#include "Notify.h"
-#include "PageViewPlaces.h"
-#include "Pages.h"
-#include "Store.h"
-#include "ViewPlatform.h"
-#include "ViewRecords.h"
+#include "doc/DocNameTree.h"
+#include "doc/Document.h"
+#include "doc/Notify.h"
+#include "doc/Pages.h"
+#include "kernel/Atoms.h"
+#include "kernel/Fixed.h"
+#include "kernel/HostError.h"
+#include "lex/LexObjects.h"
+#include "lex/Store.h"
+#include "view/PageViewPlaces.h"
+#include "view/ViewPlatform.h"
+#include "view/ViewRecords.h"
 
 namespace jackdaw {
 

@@ -10,8 +10,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "PageGeometry.h"
 #include "ScreenViewHFT.h"
+#include "draw/PageGeometry.h"
 
 namespace jackdaw {
 

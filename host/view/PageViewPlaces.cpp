@@ -1,20 +1,20 @@
 // Where things are in a view: pages in their column, points, rectangles, annotations.
 // SPDX-License-Identifier: MIT
-#include "PageViewPlaces.h"
+#include "view/PageViewPlaces.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "Annots.h"
-#include "Atoms.h"
-#include "Document.h"
-#include "Fixed.h"
-#include "HostError.h"
-#include "LexObjects.h"
-#include "Pages.h"
-#include "Render.h"
-#include "ViewPlatform.h"
-#include "ViewRecords.h"
+#include "doc/Annots.h"
+#include "doc/Document.h"
+#include "doc/Pages.h"
+#include "draw/Render.h"
+#include "kernel/Atoms.h"
+#include "kernel/Fixed.h"
+#include "kernel/HostError.h"
+#include "lex/LexObjects.h"
+#include "view/ViewPlatform.h"
+#include "view/ViewRecords.h"
 
 namespace jackdaw {
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "PageView.h"
+#include "view/PageView.h"
 
 namespace jackdaw {
 

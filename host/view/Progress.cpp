@@ -1,6 +1,6 @@
 // Writes the progress line.
 // SPDX-License-Identifier: MIT
-#include "Progress.h"
+#include "view/Progress.h"
 
 #include <algorithm>
 #include <chrono>

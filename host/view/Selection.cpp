@@ -1,16 +1,16 @@
 // Selections and their servers.
 // SPDX-License-Identifier: MIT
-#include "Selection.h"
+#include "view/Selection.h"
 
 #include <vector>
 
-#include "AnnotHandlers.h"
-#include "Atoms.h"
-#include "HostError.h"
-#include "Memory.h"
-#include "Registries.h"
-#include "ViewRecords.h"
-#include "Views.h"
+#include "kernel/Atoms.h"
+#include "kernel/HostError.h"
+#include "kernel/Memory.h"
+#include "view/AnnotHandlers.h"
+#include "view/Registries.h"
+#include "view/ViewRecords.h"
+#include "view/Views.h"
 
 namespace jackdaw {
 

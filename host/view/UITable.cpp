@@ -1,12 +1,12 @@
 // The user interface table over the platform's procedures.
 // SPDX-License-Identifier: MIT
-#include "UITable.h"
+#include "view/UITable.h"
 
-#include "Bind.h"
 #include "ScreenViewUserInterfaceHFT.h"
-#include "ViewPlatform.h"
-#include "ViewRecords.h"
-#include "Views.h"
+#include "view/Bind.h"
+#include "view/ViewPlatform.h"
+#include "view/ViewRecords.h"
+#include "view/Views.h"
 
 namespace jackdaw {
 

@@ -1,17 +1,17 @@
 // The Unix table: folders, and what of the toolkit the platform has.
 // SPDX-License-Identifier: MIT
-#include "UnixTable.h"
+#include "view/UnixTable.h"
 
 #include <cstdlib>
 #include <pwd.h>
 #include <string>
 #include <unistd.h>
 
-#include "Bind.h"
-#include "Memory.h"
-#include "PlugIns.h"
 #include "UnixHFT.h"
-#include "ViewPlatform.h"
+#include "kernel/Memory.h"
+#include "kernel/PlugIns.h"
+#include "view/Bind.h"
+#include "view/ViewPlatform.h"
 
 namespace jackdaw {
 

@@ -1,6 +1,6 @@
 // Holds the one record of platform procedures.
 // SPDX-License-Identifier: MIT
-#include "ViewPlatform.h"
+#include "view/ViewPlatform.h"
 
 namespace jackdaw {
 

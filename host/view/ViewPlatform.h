@@ -7,8 +7,8 @@
 
 #include <string>
 
-#include "Alerts.h"
 #include "KRTypes.h"
+#include "view/Alerts.h"
 
 using cairo_t = struct _cairo;
 

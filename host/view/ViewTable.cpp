@@ -1,26 +1,26 @@
 // The screen view table: the functions of host/view in their slots, and the few that need fitting.
 // SPDX-License-Identifier: MIT
-#include "ViewTable.h"
+#include "view/ViewTable.h"
 
 #include <algorithm>
 #include <cstring>
 
-#include "ActionDispatch.h"
-#include "Alerts.h"
-#include "AnnotHandlers.h"
-#include "AppState.h"
-#include "Bind.h"
-#include "Menus.h"
-#include "Notify.h"
-#include "PageView.h"
-#include "Progress.h"
-#include "Registries.h"
-#include "Render.h"
 #include "ScreenViewHFT.h"
-#include "Selection.h"
-#include "ViewPlatform.h"
-#include "ViewRecords.h"
-#include "Views.h"
+#include "doc/Notify.h"
+#include "draw/Render.h"
+#include "view/ActionDispatch.h"
+#include "view/Alerts.h"
+#include "view/AnnotHandlers.h"
+#include "view/AppState.h"
+#include "view/Bind.h"
+#include "view/Menus.h"
+#include "view/PageView.h"
+#include "view/Progress.h"
+#include "view/Registries.h"
+#include "view/Selection.h"
+#include "view/ViewPlatform.h"
+#include "view/ViewRecords.h"
+#include "view/Views.h"
 
 namespace jackdaw {
 

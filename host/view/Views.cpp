@@ -1,18 +1,18 @@
 // The list of open views.
 // SPDX-License-Identifier: MIT
-#include "Views.h"
+#include "view/Views.h"
 
 #include <algorithm>
 #include <memory>
 
-#include "DocRecord.h"
-#include "Document.h"
-#include "Files.h"
-#include "HostError.h"
-#include "Notify.h"
-#include "Selection.h"
-#include "ViewPlatform.h"
-#include "ViewRecords.h"
+#include "doc/DocRecord.h"
+#include "doc/Document.h"
+#include "doc/Notify.h"
+#include "kernel/Files.h"
+#include "kernel/HostError.h"
+#include "view/Selection.h"
+#include "view/ViewPlatform.h"
+#include "view/ViewRecords.h"
 
 namespace jackdaw {
 

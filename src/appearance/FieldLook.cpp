@@ -4,25 +4,25 @@
 // define; such a name is bound on the field itself, to a base font or to a Helvetica that bears the name, so that the
 // name stays and something is drawn.
 // SPDX-License-Identifier: MIT
-#include "FieldLook.h"
+#include "appearance/FieldLook.h"
 
 #include <map>
 #include <utility>
 
-#include "BufCont.h"
+#include "Common/src/miUtils.h"
 #include "CoreHFT.h"
-#include "DMField.h"
-#include "DMFieldValue.h"
-#include "FontMgr.h"
-#include "FormStr.h"
 #include "KRErrors.h"
-#include "LexCopy.h"
-#include "LexUtil.h"
 #include "PIFrame.h"
-#include "Tessella.h"
-#include "TextLook.h"
-#include "miKanjiFont.h"
-#include "miUtils.h"
+#include "base/BufCont.h"
+#include "base/FormStr.h"
+#include "base/miKanjiFont.h"
+#include "model/DMField.h"
+#include "model/DMFieldValue.h"
+#include "objects/FontMgr.h"
+#include "objects/LexCopy.h"
+#include "objects/LexUtil.h"
+#include "objects/Tessella.h"
+#include "objects/TextLook.h"
 
 namespace {
 
@@ -98,7 +98,7 @@ bool IsHelveticaNamed(LexObj font, LexDoc doc, KRAtom name) {
  * was changed or went away with its document is not used again.
  */
 LexObj HelveticaNamed(DMDoc doc, KRAtom name) {
-    static constexpr std::size_t kMostCopies = 1024;
+    static constexpr std::size_t s_mostCopies = 1024;
     static std::map<std::pair<LexDoc, KRAtom>, LexObj> s_copies;
     const LexDoc lexDoc = DMDocGetLexDoc(doc);
     const auto earlier = s_copies.find({lexDoc, name});
@@ -108,7 +108,7 @@ LexObj HelveticaNamed(DMDoc doc, KRAtom name) {
     const LexObj copy = TSLexObjCopyWithPredicate(lexDoc, helvetica, &IsOtherObject, &helvetica);
     if (!IsDict(copy)) KRRaise(KRErrBadResource);
     LexDictPut(copy, Name_K, LexNewName(lexDoc, /*indirect*/ false, name));
-    if (s_copies.size() >= kMostCopies) s_copies.clear();
+    if (s_copies.size() >= s_mostCopies) s_copies.clear();
     s_copies[{lexDoc, name}] = copy;
     return copy;
 }

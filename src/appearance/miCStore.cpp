@@ -1,18 +1,18 @@
 // The content store's life, its print language and the plain drawing operations.
 // SPDX-License-Identifier: MIT
-#include "miCStore.h"
-#include "miCStoreParts.h"
+#include "appearance/miCStore.h"
+#include "appearance/miCStoreParts.h"
 
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
+#include "Common/src/miUtils.h"
 #include "CoreHFT.h"
-#include "FixedUtl.h"
 #include "KernelSupportHFT.h"
 #include "LexHFT.h"
-#include "miUtils.h"
+#include "objects/FixedUtl.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 // Borders: flat, dashed, raised, sunken and underlined, around rectangles and around circles.
 // SPDX-License-Identifier: MIT
-#include "miCStore.h"
-#include "miCStoreParts.h"
+#include "appearance/miCStore.h"
+#include "appearance/miCStoreParts.h"
 
-#include "ColorUtl.h"
 #include "KernelSupportHFT.h"
+#include "objects/ColorUtl.h"
 
 namespace {
 

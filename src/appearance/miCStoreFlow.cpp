@@ -3,16 +3,16 @@
 // A position is a byte index into the text. UCS-2 text is cut in units from position 2; the last of its two bytes of
 // zero ends it. A line end (CR, LF, or CR LF as one) is consumed and belongs to no line.
 // SPDX-License-Identifier: MIT
-#include "miCStore.h"
-#include "miCStoreParts.h"
+#include "appearance/miCStore.h"
+#include "appearance/miCStoreParts.h"
 
-#include "FormStr.h"
+#include "Common/src/miEStr.h"
+#include "Common/src/miKanji.h"
+#include "Common/src/miUtils.h"
 #include "KernelSupportHFT.h"
 #include "PIFrame.h"
-#include "miEStr.h"
-#include "miKanji.h"
-#include "miKanjiFont.h"
-#include "miUtils.h"
+#include "base/FormStr.h"
+#include "base/miKanjiFont.h"
 
 namespace {
 

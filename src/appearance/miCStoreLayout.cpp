@@ -1,16 +1,16 @@
 // Captions with icons, and the thin layout entries that widgets and other plug-ins use.
 // SPDX-License-Identifier: MIT
-#include "miCStore.h"
-#include "miCStoreParts.h"
+#include "appearance/miCStore.h"
+#include "appearance/miCStoreParts.h"
 
 #include <cstring>
 
-#include "AnnotUtl.h"
-#include "FormStr.h"
+#include "Common/src/miEStr.h"
+#include "Common/src/miUtils.h"
 #include "KernelSupportHFT.h"
 #include "LexHFT.h"
-#include "miEStr.h"
-#include "miUtils.h"
+#include "base/FormStr.h"
+#include "objects/AnnotUtl.h"
 
 namespace {
 

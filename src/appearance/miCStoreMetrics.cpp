@@ -1,17 +1,17 @@
 // Font metrics and the widths of texts.
 // SPDX-License-Identifier: MIT
-#include "miCStore.h"
-#include "miCStoreParts.h"
+#include "appearance/miCStore.h"
+#include "appearance/miCStoreParts.h"
 
 #include <iterator>
 #include <unordered_map>
 
+#include "Common/src/miKanji.h"
 #include "CoreHFT.h"
-#include "FormStr.h"
 #include "KernelSupportHFT.h"
 #include "SiblingHFTs.h"
-#include "miKanji.h"
-#include "miKanjiFont.h"
+#include "base/FormStr.h"
+#include "base/miKanjiFont.h"
 
 namespace {
 

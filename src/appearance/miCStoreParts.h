@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <string>
 
-#include "FixedUtl.h"
-#include "miCStore.h"
+#include "appearance/miCStore.h"
+#include "objects/FixedUtl.h"
 
 /** Appearance streams of at most so many bytes stay uncompressed: they gain nothing and read well. */
 inline constexpr std::int32_t CStorePlainLimit = 256;

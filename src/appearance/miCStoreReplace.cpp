@@ -4,20 +4,20 @@
 // passes the old stream out up to the opening marker, then the new text, then what stands behind the old EMC. Known
 // and kept: the search for EMC does not understand strings, so an EMC between blanks inside a literal ends the part.
 // SPDX-License-Identifier: MIT
-#include "miCStore.h"
-#include "miCStoreParts.h"
+#include "appearance/miCStore.h"
+#include "appearance/miCStoreParts.h"
 
 #include <cstring>
 
-#include "FixedUtl.h"
-#include "FontMgr.h"
-#include "FormStr.h"
 #include "KernelSupportHFT.h"
-#include "LexCopy.h"
 #include "LexHFT.h"
-#include "LexUtil.h"
 #include "PIFrame.h"
 #include "PIMain.h"
+#include "base/FormStr.h"
+#include "objects/FixedUtl.h"
+#include "objects/FontMgr.h"
+#include "objects/LexCopy.h"
+#include "objects/LexUtil.h"
 
 namespace {
 

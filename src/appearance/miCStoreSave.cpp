@@ -1,15 +1,15 @@
 // The content store as a form XObject, and back.
 // SPDX-License-Identifier: MIT
-#include "miCStore.h"
-#include "miCStoreParts.h"
+#include "appearance/miCStore.h"
+#include "appearance/miCStoreParts.h"
 
-#include "FontMgr.h"
-#include "FormStr.h"
+#include "Common/src/miUtils.h"
 #include "KernelSupportHFT.h"
 #include "LexHFT.h"
-#include "LexUtil.h"
 #include "PIFrame.h"
-#include "miUtils.h"
+#include "base/FormStr.h"
+#include "objects/FontMgr.h"
+#include "objects/LexUtil.h"
 
 namespace {
 

@@ -1,16 +1,16 @@
 // One line of text, and blocks of lines.
 // SPDX-License-Identifier: MIT
-#include "miCStore.h"
-#include "miCStoreParts.h"
+#include "appearance/miCStore.h"
+#include "appearance/miCStoreParts.h"
 
 #include <cstring>
 
-#include "BufCont.h"
+#include "Common/src/miEStr.h"
 #include "KernelSupportHFT.h"
 #include "PIFrame.h"
-#include "TextLook.h"
-#include "miEStr.h"
-#include "miKanjiFont.h"
+#include "base/BufCont.h"
+#include "base/miKanjiFont.h"
+#include "objects/TextLook.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
 // A growing text buffer of at most 65,535 bytes, which reports by result code.
 // SPDX-License-Identifier: MIT
-#include "BufCont.h"
+#include "base/BufCont.h"
 
 #include <cstring>
 
+#include "Common/src/miUtils.h"
 #include "KernelSupportHFT.h"
-#include "miUtils.h"
 
 namespace {
 

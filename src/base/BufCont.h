@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "NameStr.h"
+#include "base/NameStr.h"
 
 /** `length` stays below `size` except when the buffer is full; what lies behind it is zero. */
 struct BufControl {

@@ -1,6 +1,6 @@
 // The atoms of the words that the plug-in uses, and the entries that the form model tracks.
 // SPDX-License-Identifier: MIT
-#include "FormStr.h"
+#include "base/FormStr.h"
 
 #include "CoreHFT.h"
 

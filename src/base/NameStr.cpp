@@ -1,15 +1,15 @@
 // NameStr: a field name with inline storage up to 6 bytes.
 // SPDX-License-Identifier: MIT
-#include "NameStr.h"
+#include "base/NameStr.h"
 
 #include <algorithm>
 #include <cstring>
 #include <string>
 
+#include "Common/src/miUtils.h"
 #include "DocModelHFT.h"
 #include "KernelSupportHFT.h"
 #include "LexHFT.h"
-#include "miUtils.h"
 
 namespace {
 

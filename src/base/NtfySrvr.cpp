@@ -1,12 +1,12 @@
 // Notification servers: a list of observers with safe failure.
 // SPDX-License-Identifier: MIT
-#include "NtfySrvr.h"
+#include "base/NtfySrvr.h"
 
 #include <limits>
 #include <memory>
 
+#include "Common/src/miUtils.h"
 #include "PIFrame.h"
-#include "miUtils.h"
 
 namespace {
 

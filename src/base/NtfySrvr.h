@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "CFArray.h"
+#include "Common/src/CFArray.h"
 #include "FormsTypes.h"
 
 struct NotificationServer {

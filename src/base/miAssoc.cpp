@@ -1,12 +1,12 @@
 // A process-wide store of blocks by a key of three parts.
 // SPDX-License-Identifier: MIT
-#include "miAssoc.h"
+#include "base/miAssoc.h"
 
 #include <cstring>
 #include <memory>
 
+#include "Common/src/miUtils.h"
 #include "KernelSupportHFT.h"
-#include "miUtils.h"
 
 namespace {
 

@@ -1,15 +1,15 @@
 // Text whose encoding depends on the font that shows it.
 // SPDX-License-Identifier: MIT
-#include "miKanjiFont.h"
+#include "base/miKanjiFont.h"
 
 #include <algorithm>
 #include <cstring>
 #include <string>
 
+#include "Common/src/miEStr.h"
+#include "Common/src/miUtils.h"
 #include "DocModelHFT.h"
-#include "FormStr.h"
-#include "miEStr.h"
-#include "miUtils.h"
+#include "base/FormStr.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
 // What can be asked of a field's record without changing anything.
 // SPDX-License-Identifier: MIT
-#include "DMField.h"
+#include "model/DMField.h"
 
-#include "FormStr.h"
-#include "LexUtil.h"
-#include "NameStr.h"
 #include "PIFrame.h"
-#include "Tessella.h"
+#include "base/FormStr.h"
+#include "base/NameStr.h"
+#include "objects/LexUtil.h"
+#include "objects/Tessella.h"
 
 bool DictIsWidget(LexObj dict) {
     KRAtom subtype = KRAtomNull;

@@ -4,19 +4,19 @@
 //  2. Whatever is raised while a record is built undefines it; TSDMFieldFromLexObj turns that into "no field".
 //  3. A widget under a dotted title is listed in `moving` while it has neither title nor parent.
 // SPDX-License-Identifier: MIT
-#include "DMField.h"
+#include "model/DMField.h"
 
 #include <string>
 #include <string_view>
 
-#include "DMFieldValue.h"
-#include "FormStr.h"
-#include "LexCopy.h"
-#include "LexField.h"
-#include "LexUtil.h"
-#include "NameHash.h"
 #include "PIFrame.h"
-#include "Tessella.h"
+#include "base/FormStr.h"
+#include "model/DMFieldValue.h"
+#include "model/LexField.h"
+#include "model/NameHash.h"
+#include "objects/LexCopy.h"
+#include "objects/LexUtil.h"
+#include "objects/Tessella.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
 // Reading a field's keys as forms inherit them.
 // SPDX-License-Identifier: MIT
-#include "DMField.h"
+#include "model/DMField.h"
 
-#include "DMFieldValue.h"
-#include "FormStr.h"
-#include "LexUtil.h"
-#include "NameHash.h"
-#include "Tessella.h"
+#include "base/FormStr.h"
+#include "model/DMFieldValue.h"
+#include "model/NameHash.h"
+#include "objects/LexUtil.h"
+#include "objects/Tessella.h"
 
 namespace {
 

@@ -1,28 +1,28 @@
 // Flag words, type and default value of a field.
 // SPDX-License-Identifier: MIT
-#include "DMFieldValue.h"
+#include "model/DMFieldValue.h"
 
 #include <optional>
 #include <unordered_map>
 
-#include "DMField.h"
-#include "DMFieldValueParts.h"
 #include "DocModelHFT.h"
-#include "FieldArray.h"
-#include "FormStr.h"
-#include "LexCopy.h"
-#include "LexField.h"
-#include "LexUtil.h"
-#include "NameHash.h"
 #include "PIFrame.h"
-#include "Tessella.h"
-#include "miCalc.h"
+#include "base/FormStr.h"
+#include "model/DMField.h"
+#include "model/DMFieldValueParts.h"
+#include "model/FieldArray.h"
+#include "model/LexField.h"
+#include "model/NameHash.h"
+#include "model/miCalc.h"
+#include "objects/LexCopy.h"
+#include "objects/LexUtil.h"
+#include "objects/Tessella.h"
 
 namespace {
 
-constexpr std::uint32_t kAnnotHidden = 0x2;
+constexpr std::uint32_t s_annotHidden = 0x2;
 /** The field flags that mean the same for every type. */
-constexpr std::uint32_t kFlagsOfAllTypes = 0xFFF;
+constexpr std::uint32_t s_flagsOfAllTypes = 0xFFF;
 
 enum Word : std::int32_t { AnnotWord = 0, FieldWord = 1 };
 
@@ -65,7 +65,7 @@ void TakeNeedAppearances(DMField *field) {
 
 void SetAnnotFlags(DMField *field, std::uint32_t value) {
     if (!TSDMFieldIsAnnot(field)) return;
-    const bool shown = (field->flags[AnnotWord] & kAnnotHidden) && !(value & kAnnotHidden);
+    const bool shown = (field->flags[AnnotWord] & s_annotHidden) && !(value & s_annotHidden);
     const LexObj dict = field->obj;
     DMAnnotSetFlags(TSDMFieldGetDMAnnot(field), value);
     if (!DMFieldIsAlive(field, dict)) return;
@@ -195,7 +195,7 @@ std::int32_t TSDMFieldSetType(DMField *field, KRAtom type) {
     if (const KRErrorCode code = StoreType(field, type)) return code;
     if (!DMFieldIsAlive(field, dict)) return 1;
     field->type = type;
-    TSDMFieldSetFlags(field, FieldWord, field->flags[FieldWord] & kFlagsOfAllTypes);
+    TSDMFieldSetFlags(field, FieldWord, field->flags[FieldWord] & s_flagsOfAllTypes);
     TSDMFieldAppearanceWasUpdated(field);
     return 0;
 }

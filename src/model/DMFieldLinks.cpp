@@ -1,10 +1,10 @@
 // The links between records: parents and children, and what follows from names along them.
 // SPDX-License-Identifier: MIT
-#include "DMField.h"
+#include "model/DMField.h"
 
-#include "FormStr.h"
-#include "LexUtil.h"
-#include "NameHash.h"
+#include "base/FormStr.h"
+#include "model/NameHash.h"
+#include "objects/LexUtil.h"
 
 namespace {
 

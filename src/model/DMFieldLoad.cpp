@@ -1,17 +1,17 @@
 // Finding fields: by name, by dictionary, all of them. Nothing is loaded before someone asks.
 // SPDX-License-Identifier: MIT
-#include "DMField.h"
+#include "model/DMField.h"
 
 #include <string_view>
 #include <utility>
 
-#include "DocData.h"
-#include "FormStr.h"
-#include "LexObjSet.h"
-#include "LexUtil.h"
-#include "NameHash.h"
 #include "PIFrame.h"
-#include "Tessella.h"
+#include "base/FormStr.h"
+#include "model/DocData.h"
+#include "model/LexObjSet.h"
+#include "model/NameHash.h"
+#include "objects/LexUtil.h"
+#include "objects/Tessella.h"
 
 namespace {
 

@@ -1,20 +1,20 @@
 // The `MK` dictionary of a widget and the rotation that it holds.
 // SPDX-License-Identifier: MIT
-#include "DMFieldValue.h"
+#include "model/DMFieldValue.h"
 
 #include <cstdint>
 
 #include "DocModelHFT.h"
-#include "FormStr.h"
-#include "LexUtil.h"
+#include "base/FormStr.h"
+#include "objects/LexUtil.h"
 
 namespace {
 
-constexpr std::int32_t kFullTurn = 360;
+constexpr std::int32_t s_fullTurn = 360;
 
 /** 0 to 359 for every angle. */
 std::int32_t Normalized(std::int64_t degrees) {
-    return static_cast<std::int32_t>((degrees % kFullTurn + kFullTurn) % kFullTurn);
+    return static_cast<std::int32_t>((degrees % s_fullTurn + s_fullTurn) % s_fullTurn);
 }
 
 LexObj DictUnder(LexObj holder, KRAtom key) {

@@ -1,15 +1,15 @@
 // Full names: what a title stands for, and how the titles of a path make a name.
 // SPDX-License-Identifier: MIT
-#include "DMField.h"
+#include "model/DMField.h"
 
 #include <cstring>
 #include <string_view>
 
-#include "FormStr.h"
-#include "LexUtil.h"
-#include "NameStr.h"
+#include "Common/src/miEStr.h"
 #include "PIFrame.h"
-#include "miEStr.h"
+#include "base/FormStr.h"
+#include "base/NameStr.h"
+#include "objects/LexUtil.h"
 
 namespace {
 

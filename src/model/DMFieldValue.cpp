@@ -1,17 +1,17 @@
 // Values: setting, resetting, options.
 // SPDX-License-Identifier: MIT
-#include "DMFieldValue.h"
+#include "model/DMFieldValue.h"
 
-#include "DMField.h"
-#include "DMFieldValueParts.h"
-#include "FieldArray.h"
-#include "FormStr.h"
-#include "LexField.h"
-#include "LexUtil.h"
-#include "OnKey.h"
+#include "Common/src/miEStr.h"
 #include "PIFrame.h"
-#include "Tessella.h"
-#include "miEStr.h"
+#include "base/FormStr.h"
+#include "model/DMField.h"
+#include "model/DMFieldValueParts.h"
+#include "model/FieldArray.h"
+#include "model/LexField.h"
+#include "model/OnKey.h"
+#include "objects/LexUtil.h"
+#include "objects/Tessella.h"
 
 namespace {
 

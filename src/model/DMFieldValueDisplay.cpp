@@ -1,20 +1,20 @@
 // From a field's value to what its widget shows.
 // SPDX-License-Identifier: MIT
-#include "DMFieldValue.h"
+#include "model/DMFieldValue.h"
 
-#include "AnnotUtl.h"
-#include "DMField.h"
-#include "DMFieldValueParts.h"
-#include "FormStr.h"
-#include "LexUtil.h"
+#include "Common/src/miEStr.h"
 #include "PIFrame.h"
-#include "Tessella.h"
-#include "WidgetReg.h"
-#include "miEStr.h"
+#include "base/FormStr.h"
+#include "model/DMField.h"
+#include "model/DMFieldValueParts.h"
+#include "model/WidgetReg.h"
+#include "objects/AnnotUtl.h"
+#include "objects/LexUtil.h"
+#include "objects/Tessella.h"
 
 namespace {
 
-constexpr std::uint32_t kAnnotHidden = 0x2;
+constexpr std::uint32_t s_annotHidden = 0x2;
 
 /** What is shown for a value: the text of the option with this export value, the value itself for any other. */
 LexObj ShownValue(const DMField *field, LexObj value) {
@@ -63,7 +63,7 @@ void WriteDisplay(DMField *field, SCWidgetHandler *handler, LexObj value, KRAtom
 void TSDMFieldProduceDisplayFromValue(DMField *field, LexObj value) {
     if (!TSDMFieldIsValid(field) || !TSDMFieldCanDisplay(field)) return;
     const bool looksAreStates = field->type == Btn_K || field->type == Sig_K;
-    if ((field->flags[0] & kAnnotHidden) && !looksAreStates) {
+    if ((field->flags[0] & s_annotHidden) && !looksAreStates) {
         LexDictRemove(field->obj, Appearance_K);
         return;
     }

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "DMField.h"
-#include "FormStr.h"
 #include "LexHFT.h"
+#include "base/FormStr.h"
+#include "model/DMField.h"
 
 /** The atom of a name object; KRAtomNull for any other. */
 inline KRAtom LexNameOrNull(LexObj obj) {

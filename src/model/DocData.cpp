@@ -1,11 +1,11 @@
 // The script records of the open documents.
 // SPDX-License-Identifier: MIT
-#include "DocData.h"
+#include "model/DocData.h"
 
 #include <memory>
 
 #include "ScreenViewHFT.h"
-#include "miCalc.h"
+#include "model/miCalc.h"
 
 TJSDocSeams gDocSeams{};
 

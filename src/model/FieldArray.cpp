@@ -5,14 +5,14 @@
 //  2. Names are only hints: an element is asked for its present name before it counts, since titles change while an
 //     element keeps its place.
 // SPDX-License-Identifier: MIT
-#include "FieldArray.h"
+#include "model/FieldArray.h"
 
 #include <algorithm>
 
-#include "DMField.h"
-#include "LexUtil.h"
-#include "NameHash.h"
 #include "PIFrame.h"
+#include "model/DMField.h"
+#include "model/NameHash.h"
+#include "objects/LexUtil.h"
 
 namespace {
 

@@ -16,7 +16,7 @@
 #include <vector>
 
 #include "LexHFT.h"
-#include "LexObjSet.h"
+#include "model/LexObjSet.h"
 
 /** The elements of a `Fields` array by full name, for a form that is being assembled. */
 struct FieldArrayNames {

@@ -1,22 +1,22 @@
 // Defining fields: hanging a dictionary into the tree under a full name.
 // SPDX-License-Identifier: MIT
-#include "LexField.h"
+#include "model/LexField.h"
 
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "DMField.h"
-#include "DMFieldValue.h"
-#include "DMFieldValueParts.h"
 #include "DocModelHFT.h"
-#include "FieldArray.h"
-#include "FormStr.h"
-#include "LexFieldParts.h"
-#include "LexUtil.h"
-#include "NameHash.h"
 #include "PIFrame.h"
-#include "Tessella.h"
+#include "base/FormStr.h"
+#include "model/DMField.h"
+#include "model/DMFieldValue.h"
+#include "model/DMFieldValueParts.h"
+#include "model/FieldArray.h"
+#include "model/LexFieldParts.h"
+#include "model/NameHash.h"
+#include "objects/LexUtil.h"
+#include "objects/Tessella.h"
 
 namespace {
 

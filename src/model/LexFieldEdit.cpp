@@ -1,22 +1,22 @@
 // Locking, removing and copying fields.
 // SPDX-License-Identifier: MIT
-#include "LexField.h"
+#include "model/LexField.h"
 
-#include "AnnotUtl.h"
-#include "DMField.h"
-#include "DMFieldValue.h"
-#include "DMFieldValueParts.h"
 #include "DocModelHFT.h"
-#include "FieldArray.h"
-#include "FormStr.h"
-#include "LexCopy.h"
-#include "LexFieldParts.h"
-#include "LexUtil.h"
-#include "NameHash.h"
-#include "OnKey.h"
 #include "PIFrame.h"
-#include "Tessella.h"
-#include "WidgetReg.h"
+#include "base/FormStr.h"
+#include "model/DMField.h"
+#include "model/DMFieldValue.h"
+#include "model/DMFieldValueParts.h"
+#include "model/FieldArray.h"
+#include "model/LexFieldParts.h"
+#include "model/NameHash.h"
+#include "model/OnKey.h"
+#include "model/WidgetReg.h"
+#include "objects/AnnotUtl.h"
+#include "objects/LexCopy.h"
+#include "objects/LexUtil.h"
+#include "objects/Tessella.h"
 
 namespace {
 

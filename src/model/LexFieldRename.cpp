@@ -1,29 +1,29 @@
 // Renaming a field: out of the tree under the old name, into it under the new one, with what hung on it.
 // SPDX-License-Identifier: MIT
-#include "LexField.h"
+#include "model/LexField.h"
 
 #include <array>
 #include <string>
 #include <string_view>
 
-#include "DMField.h"
-#include "DMFieldValue.h"
-#include "DMFieldValueParts.h"
+#include "Common/src/miEStr.h"
 #include "DocModelHFT.h"
-#include "FormStr.h"
-#include "LexCopy.h"
-#include "LexUtil.h"
-#include "NameHash.h"
 #include "PIFrame.h"
-#include "miAction.h"
-#include "miCalc.h"
-#include "miEStr.h"
+#include "base/FormStr.h"
+#include "model/DMField.h"
+#include "model/DMFieldValue.h"
+#include "model/DMFieldValueParts.h"
+#include "model/NameHash.h"
+#include "model/miAction.h"
+#include "model/miCalc.h"
+#include "objects/LexCopy.h"
+#include "objects/LexUtil.h"
 
 namespace {
 
-constexpr std::size_t kEventCount = 4;
+constexpr std::size_t s_eventCount = 4;
 
-std::array<KRAtom, kEventCount> Events() {
+std::array<KRAtom, s_eventCount> Events() {
     return {Keystroke_K, Format_K, Validate_K, Calculate_K};
 }
 
@@ -33,7 +33,7 @@ struct Luggage {
     KRAtom type;
     std::uint32_t flags[2];
     LexObj defRes, origHeight, quadding, textApp, defaultValue, userName;
-    std::array<DMAction, kEventCount> actions;
+    std::array<DMAction, s_eventCount> actions;
     /** Place in the calculation order for the new name; -1 for none. */
     std::int32_t calcIndex;
 };
@@ -50,7 +50,7 @@ Luggage Pack(DMField *field) {
     luggage.textApp = TSDMFieldGetObj(field, textApp_K);
     luggage.defaultValue = TSDMFieldGetObj(field, default_K);
     luggage.userName = TSDMFieldGetObj(field, UserName_K);
-    for (std::size_t i = 0; i < kEventCount; ++i) luggage.actions[i] = TSDMFieldGetAction(field, Events()[i]);
+    for (std::size_t i = 0; i < s_eventCount; ++i) luggage.actions[i] = TSDMFieldGetAction(field, Events()[i]);
     return luggage;
 }
 
@@ -83,7 +83,7 @@ void Unpack(DMField *field, const Luggage &luggage) {
     // Observers of a type's change or of a display may have taken the field away.
     if (!DMFieldIsAlive(field, luggage.dict)) return;
     TSDMFieldSetFlags(field, /*which*/ 1, luggage.flags[1]);
-    for (std::size_t i = 0; i < kEventCount; ++i)
+    for (std::size_t i = 0; i < s_eventCount; ++i)
         if (LexObjGetType(DMActionGetLexObj(luggage.actions[i])) != LexNull)
             TSDMFieldSetAction(field, Events()[i], luggage.actions[i]);
     RestoreEntry(field, TSEntryOH, luggage.origHeight);

@@ -5,22 +5,22 @@
 //  2. On a long array the index by full name finds the last such element. It stands beside the search and answers the
 //     same, since a true sibling's full name is the place's name and its title.
 // SPDX-License-Identifier: MIT
-#include "LexField.h"
+#include "model/LexField.h"
 
 #include <cstring>
 #include <unordered_set>
 
-#include "DMField.h"
-#include "FieldArray.h"
-#include "FormStr.h"
-#include "LexFieldParts.h"
-#include "LexUtil.h"
 #include "PIFrame.h"
+#include "base/FormStr.h"
+#include "model/DMField.h"
+#include "model/FieldArray.h"
+#include "model/LexFieldParts.h"
+#include "objects/LexUtil.h"
 
 namespace {
 
 /** Below this length there is no index; the search is as quick. */
-constexpr std::int32_t kLongArray = 64;
+constexpr std::int32_t s_longArray = 64;
 
 /** The titles stand for the same part of a name, whatever their encodings. */
 bool SameTitle(LexObj a, LexObj b) {
@@ -33,7 +33,7 @@ bool SameTitle(LexObj a, LexObj b) {
 /** The search as it is defined. A holder of kids is entered once, however often it is listed. */
 class TitleSearch {
 public:
-    TitleSearch(LexObj title, bool trueSiblings) : m_title(title), m_trueSiblings(trueSiblings) {}
+    TitleSearch(LexObj title, bool trueSiblings) : title_(title), trueSiblings_(trueSiblings) {}
 
     /** True when the search is over; `*field` is then the result. `place` is what holds the array. */
     bool In(LexObj array, LexObj place, int depth, DMField **field) {
@@ -43,12 +43,12 @@ public:
             if (LexObjGetType(element) != LexDict) continue;
             const LexObj own = LexDictGet(element, T_K);
             if (LexObjGetType(own) == LexString) {
-                if (!SameTitle(own, m_title) || !Counts(element, place)) continue;
+                if (!SameTitle(own, title_) || !Counts(element, place)) continue;
                 *field = TSDMFieldFromLexObj(element);
                 return true;
             }
             const LexObj kids = TSLexDictGetOfType(element, Kids_K, LexArray);
-            const bool enters = LexObjGetType(kids) == LexArray && m_entered.insert(kids.node).second;
+            const bool enters = LexObjGetType(kids) == LexArray && entered_.insert(kids.node).second;
             if (enters && In(kids, element, depth + 1, field)) return true;
         }
         return false;
@@ -56,12 +56,12 @@ public:
 
 private:
     bool Counts(LexObj element, LexObj place) const {
-        return !m_trueSiblings || LexObjEqual(TSLexDictGetOfType(element, parent_K, LexDict), place);
+        return !trueSiblings_ || LexObjEqual(TSLexDictGetOfType(element, parent_K, LexDict), place);
     }
 
-    LexObj m_title;
-    bool m_trueSiblings;
-    std::unordered_set<KRWord> m_entered;
+    LexObj title_;
+    bool trueSiblings_;
+    std::unordered_set<KRWord> entered_;
 };
 
 KRBool TakeKey(LexObj key, LexObj, void *clientData) {
@@ -80,7 +80,7 @@ DMField *TSDMFieldInHierarchyFromName(LexObj array, LexObj title) {
 
 DMField *FieldSiblingFind(DMDoc doc, DMField *at, LexObj array, LexObj title, const std::string &fullName) {
     if (LexObjGetType(array) != LexArray) return nullptr;
-    if (LexArrayLength(array) >= kLongArray) {
+    if (LexArrayLength(array) >= s_longArray) {
         LexObj last = LexNullObj;
         const KRErrorCode code = Protect([&] { last = FieldArrayLastNamed(array, fullName); });
         if (LexObjGetType(last) == LexDict && SameTitle(LexDictGet(last, T_K), title)) return TSDMFieldFromLexObj(last);

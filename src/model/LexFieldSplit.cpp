@@ -1,15 +1,15 @@
 // A second widget under one name: the single field becomes a group, or the group takes one more.
 // SPDX-License-Identifier: MIT
-#include "LexField.h"
+#include "model/LexField.h"
 
-#include "DMField.h"
-#include "DMFieldValueParts.h"
-#include "FieldArray.h"
-#include "FormStr.h"
-#include "LexUtil.h"
+#include "Common/src/miEStr.h"
 #include "PIFrame.h"
-#include "Tessella.h"
-#include "miEStr.h"
+#include "base/FormStr.h"
+#include "model/DMField.h"
+#include "model/DMFieldValueParts.h"
+#include "model/FieldArray.h"
+#include "objects/LexUtil.h"
+#include "objects/Tessella.h"
 
 namespace {
 

@@ -4,15 +4,15 @@
 //  2. What can fail while a record is entered is done before the first link is changed.
 //  3. Whatever frees a record or an entry first moves the running enumerations past it.
 // SPDX-License-Identifier: MIT
-#include "NameHash.h"
+#include "model/NameHash.h"
 
 #include <string>
 #include <utility>
 
-#include "FormStr.h"
-#include "LexUtil.h"
 #include "PIFrame.h"
-#include "Tessella.h"
+#include "base/FormStr.h"
+#include "objects/LexUtil.h"
+#include "objects/Tessella.h"
 
 DocHashControl *OpenDocsHashControls = nullptr;
 
@@ -266,7 +266,7 @@ void FieldRemoval::Undefine(DMField *field) {
     if (!field || LexObjGetType(field->obj) != LexDict || !LexObjIsIndirect(field->obj)) return;
     DocHashControl *control = TSLexDocGetHashHead(LexObjGetDoc(field->obj));
     if (!control) return;
-    LeaveNames(control, field, &m_kept);
+    LeaveNames(control, field, &kept_);
     while (field->firstChild) DMFieldUnlinkChild(field->firstChild);
     const std::unique_ptr<DMField> freed(field);
     const DMField *parent = field->parent;
@@ -278,21 +278,21 @@ void FieldRemoval::Undefine(DMField *field) {
         if (parent) LexDictRemove(field->obj, parent_K);
         NoteLeaving(parent ? parent->obj : TSLexObjGetTessella(field->obj), parent ? Kids_K : formFields_K, field->obj);
     });
-    if (code != KRErrNone) m_kept = code;
+    if (code != KRErrNone) kept_ = code;
 }
 
 void FieldRemoval::NoteLeaving(LexObj owner, KRAtom key, LexObj dict) {
     const std::int32_t id = LexObjGetID(owner);
-    const auto [first, last] = m_byOwner.equal_range(id);
+    const auto [first, last] = byOwner_.equal_range(id);
     for (auto it = first; it != last; ++it) {
-        Leaving &leaving = m_leaving[it->second];
+        Leaving &leaving = leaving_[it->second];
         if (leaving.key != key || !LexObjEqual(leaving.owner, owner)) continue;
         leaving.dicts.Add(dict);
         return;
     }
-    m_byOwner.emplace(id, m_leaving.size());
-    m_leaving.push_back({owner, key, {}});
-    m_leaving.back().dicts.Add(dict);
+    byOwner_.emplace(id, leaving_.size());
+    leaving_.push_back({owner, key, {}});
+    leaving_.back().dicts.Add(dict);
 }
 
 void FieldRemoval::LeaveArray(const Leaving &leaving) {
@@ -308,15 +308,15 @@ void FieldRemoval::LeaveArray(const Leaving &leaving) {
 
 void FieldRemoval::Finish() {
     // Parents that are left without kids follow them, and so on upward.
-    while (!m_leaving.empty()) {
-        const std::vector<Leaving> round = std::exchange(m_leaving, {});
-        m_byOwner.clear();
+    while (!leaving_.empty()) {
+        const std::vector<Leaving> round = std::exchange(leaving_, {});
+        byOwner_.clear();
         for (const Leaving &leaving : round) {
             const KRErrorCode code = Protect([&] { LeaveArray(leaving); });
-            if (code != KRErrNone) m_kept = code;
+            if (code != KRErrNone) kept_ = code;
         }
     }
-    RaiseIf(std::exchange(m_kept, KRErrNone));
+    RaiseIf(std::exchange(kept_, KRErrNone));
 }
 
 void TSDMFieldUndefine(DMField *field) {

@@ -14,11 +14,11 @@
 #include <unordered_map>
 #include <vector>
 
-#include "DMField.h"
-#include "FieldArray.h"
 #include "KRErrors.h"
-#include "LexObjSet.h"
-#include "NameStr.h"
+#include "base/NameStr.h"
+#include "model/DMField.h"
+#include "model/FieldArray.h"
+#include "model/LexObjSet.h"
 
 /** All fields of one full name. `name` comes first: a field's `name` pointer is its entry's address. */
 struct NameEntry {
@@ -161,10 +161,10 @@ private:
     void NoteLeaving(LexObj owner, KRAtom key, LexObj dict);
     void LeaveArray(const Leaving &leaving);
 
-    std::vector<Leaving> m_leaving;
-    /** Places in `m_leaving` by the owner's object number. */
-    std::unordered_multimap<std::int32_t, std::size_t> m_byOwner;
-    KRErrorCode m_kept = KRErrNone;
+    std::vector<Leaving> leaving_;
+    /** Places in `leaving_` by the owner's object number. */
+    std::unordered_multimap<std::int32_t, std::size_t> byOwner_;
+    KRErrorCode kept_ = KRErrNone;
 };
 
 /**

@@ -1,17 +1,17 @@
 // The on-state, read from the appearance or held aside while that is rebuilt.
 // SPDX-License-Identifier: MIT
-#include "OnKey.h"
+#include "model/OnKey.h"
 
+#include "Common/unix/mdMessages.h"
 #include "CoreHFT.h"
 #include "DocModelHFT.h"
-#include "FormStr.h"
-#include "LexUtil.h"
-#include "mdMessages.h"
+#include "base/FormStr.h"
+#include "objects/LexUtil.h"
 
 namespace {
 
 /** Catalogue number of the on-state of a button that has no appearance yet. */
-constexpr std::int32_t kDefaultOnKey = 125;
+constexpr std::int32_t s_defaultOnKey = 125;
 
 KRBool TakeFirstOnKey(LexObj key, LexObj, void *clientData) {
     const KRAtom state = LexNameValue(key);
@@ -36,7 +36,7 @@ KRAtom WButtonGetOnKey(DMAnnot annot) {
     const KRAtom key = WButtonGetOnKeyEx(annot);
     if (key != KRAtomNull) return key;
     char text[64] = "";
-    mdGetString(kDefaultOnKey, text, sizeof text);
+    mdGetString(s_defaultOnKey, text, sizeof text);
     return KRAtomFromString(text);
 }
 

@@ -1,18 +1,18 @@
 // The handlers of the widget types, and which type a widget is.
 // SPDX-License-Identifier: MIT
-#include "WidgetReg.h"
+#include "model/WidgetReg.h"
 
 #include <algorithm>
 #include <vector>
 
-#include "DMField.h"
-#include "DMFieldValue.h"
 #include "DocModelHFT.h"
-#include "FormStr.h"
 #include "KernelSupportHFT.h"
-#include "LexUtil.h"
 #include "PIFrame.h"
 #include "ScreenViewHFT.h"
+#include "base/FormStr.h"
+#include "model/DMField.h"
+#include "model/DMFieldValue.h"
+#include "objects/LexUtil.h"
 
 namespace {
 

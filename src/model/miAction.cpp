@@ -1,20 +1,20 @@
 // Actions by key, and their script text.
 // SPDX-License-Identifier: MIT
-#include "miAction.h"
+#include "model/miAction.h"
 
-#include "DMField.h"
+#include "Common/src/miEStr.h"
 #include "DocModelHFT.h"
-#include "FormStr.h"
 #include "KernelSupportHFT.h"
-#include "LexCopy.h"
-#include "LexUtil.h"
 #include "PIFrame.h"
-#include "miEStr.h"
+#include "base/FormStr.h"
+#include "model/DMField.h"
+#include "objects/LexCopy.h"
+#include "objects/LexUtil.h"
 
 namespace {
 
 /** Script text from this length on goes into a compressed stream. */
-constexpr std::size_t kShortestStream = 257;
+constexpr std::size_t s_shortestStream = 257;
 
 /** Events of a field, not of a widget: inherited, and shared by the widgets of a group. */
 bool IsFieldEvent(KRAtom key) {
@@ -50,7 +50,7 @@ LexObj PageObj(DMPage page) {
 LexObj ScriptObj(LexDoc doc, const EStr *text) {
     const char *bytes = EStrGetBytes(text);
     const std::size_t length = EStrGetLen(text);
-    if (length < kShortestStream)
+    if (length < s_shortestStream)
         return LexNewString(doc, /*indirect*/ false, bytes, static_cast<std::int32_t>(length));
     const LexObj attributes = LexNewDict(doc, /*indirect*/ false, 2);
     LexArrayPut(TSLexArrayEnsure(attributes, Filter_K, /*indirect*/ false), 0,

@@ -1,19 +1,19 @@
 // The calculation order: the list of names, its form in the file, and how it follows fields that come and go.
 // SPDX-License-Identifier: MIT
-#include "miCalc.h"
+#include "model/miCalc.h"
 
 #include <algorithm>
 #include <memory>
 #include <utility>
 #include <vector>
 
-#include "DMField.h"
-#include "DocData.h"
-#include "FormStr.h"
-#include "LexUtil.h"
 #include "PIFrame.h"
-#include "Tessella.h"
-#include "miAction.h"
+#include "base/FormStr.h"
+#include "model/DMField.h"
+#include "model/DocData.h"
+#include "model/miAction.h"
+#include "objects/LexUtil.h"
+#include "objects/Tessella.h"
 
 namespace {
 

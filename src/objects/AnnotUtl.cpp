@@ -1,10 +1,10 @@
 // An annotation's highlight, appearance and state, and the walk over all annotations.
 // SPDX-License-Identifier: MIT
-#include "AnnotUtl.h"
+#include "objects/AnnotUtl.h"
 
-#include "FormStr.h"
-#include "LexUtil.h"
 #include "PIFrame.h"
+#include "base/FormStr.h"
+#include "objects/LexUtil.h"
 
 namespace {
 

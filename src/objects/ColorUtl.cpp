@@ -1,24 +1,24 @@
 // Colours.
 // SPDX-License-Identifier: MIT
-#include "ColorUtl.h"
+#include "objects/ColorUtl.h"
 
 #include <algorithm>
 #include <cstring>
 
-#include "FixedUtl.h"
 #include "KernelSupportHFT.h"
-#include "LexUtil.h"
+#include "objects/FixedUtl.h"
+#include "objects/LexUtil.h"
 
 namespace {
 
 // 0.3, 0.59 and 0.11.
-constexpr std::uint32_t kRedWeight = 19659, kGreenWeight = 38660, kBlueWeight = 7208;
+constexpr std::uint32_t s_redWeight = 19659, s_greenWeight = 38660, s_blueWeight = 7208;
 
 /** The weighted sum as the low word of its products. */
 KRFixed Luminance(KRFixed red, KRFixed green, KRFixed blue) {
-    return static_cast<KRFixed>(kRedWeight * static_cast<std::uint32_t>(red) +
-                                kGreenWeight * static_cast<std::uint32_t>(green) +
-                                kBlueWeight * static_cast<std::uint32_t>(blue));
+    return static_cast<KRFixed>(s_redWeight * static_cast<std::uint32_t>(red) +
+                                s_greenWeight * static_cast<std::uint32_t>(green) +
+                                s_blueWeight * static_cast<std::uint32_t>(blue));
 }
 
 KRFixed OneLess(KRFixed value) {
@@ -131,7 +131,7 @@ void TSDMColorLoad(LexObj obj, KRAtom key, DMColorValue *color) {
 }
 
 void TSDMColorGetCString(const DMColorValue *color, bool fill, char *buffer) {
-    static constexpr const char *kOperators[][2] = {{"G ", "g "}, {"RG ", "rg "}, {"K ", "k "}};
+    static constexpr const char *s_operators[][2] = {{"G ", "g "}, {"RG ", "rg "}, {"K ", "k "}};
     std::memset(buffer, 0, TSDMColorTextSize);
     const std::int32_t count = TSColorComponents(color->space);
     if (count == 0) return;
@@ -141,5 +141,5 @@ void TSDMColorGetCString(const DMColorValue *color, bool fill, char *buffer) {
         end += std::strlen(end);
         *end++ = ' ';
     }
-    std::strcpy(end, kOperators[color->space][fill ? 1 : 0]);
+    std::strcpy(end, s_operators[color->space][fill ? 1 : 0]);
 }

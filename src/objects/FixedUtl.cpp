@@ -1,12 +1,12 @@
 // Rectangles and matrices of fixed numbers.
 // SPDX-License-Identifier: MIT
-#include "FixedUtl.h"
+#include "objects/FixedUtl.h"
 
 #include <algorithm>
 
-#include "FormStr.h"
 #include "KernelSupportHFT.h"
-#include "LexUtil.h"
+#include "base/FormStr.h"
+#include "objects/LexUtil.h"
 
 void TSFixedRectSet(KRFixedRect *rect, KRFixed left, KRFixed bottom, KRFixed right, KRFixed top) {
     *rect = {.left = left, .top = top, .right = right, .bottom = bottom};

@@ -1,18 +1,18 @@
 // The fonts of a form and their dictionaries.
 // SPDX-License-Identifier: MIT
-#include "FontMgr.h"
+#include "objects/FontMgr.h"
 
 #include <algorithm>
 #include <cctype>
 #include <iterator>
 
+#include "Common/src/miUtils.h"
 #include "CoreHFT.h"
-#include "FontTables.h"
-#include "FormStr.h"
-#include "LexUtil.h"
 #include "PIFrame.h"
-#include "miKanjiFont.h"
-#include "miUtils.h"
+#include "base/FormStr.h"
+#include "base/miKanjiFont.h"
+#include "objects/FontTables.h"
+#include "objects/LexUtil.h"
 
 namespace {
 
@@ -50,9 +50,9 @@ struct KanjiFont {
     char panose[13];
     const std::int16_t *widths;
 };
-constexpr KanjiFont kGothic{
+constexpr KanjiFont s_gothic{
     752, 737, -221, 4, {-92, -250, 1010, 922}, 114, 553, "\x08\x01\x02\x0B\x06\0\0\0\0\0\0\0", gothicWidths};
-constexpr KanjiFont kMincho{
+constexpr KanjiFont s_mincho{
     723, 709, -241, 6, {-123, -257, 1001, 910}, 69, 450, "\x01\x05\x02\x02\x04\0\0\0\0\0\0\0", minchoWidths};
 
 LexObj NewWidths(LexDoc doc, const std::int16_t *widths) {
@@ -219,7 +219,7 @@ LexObj TSLexDocGetPDFDocEncoding(LexDoc doc) {
 }
 
 LexObj GetDescendantFontArray(LexDoc doc, KRAtom baseFont) {
-    const KanjiFont &kind = baseFont == KanjiGothic_K ? kGothic : kMincho;
+    const KanjiFont &kind = baseFont == KanjiGothic_K ? s_gothic : s_mincho;
     const KRAtom name = DescendantFontOf(baseFont);
     const LexObj font = LexNewDict(doc, /*indirect*/ false, /*sizeHint*/ 7);
     PutName(doc, font, Type_K, Font_K);

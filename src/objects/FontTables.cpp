@@ -1,6 +1,6 @@
 // The tables behind the fonts: glyph names of PDFDocEncoding, and the widths of the two Japanese fonts.
 // SPDX-License-Identifier: MIT
-#include "FontTables.h"
+#include "objects/FontTables.h"
 
 // clang-format off
 const char *const glyphNames[] = {

@@ -1,13 +1,13 @@
 // Deep copies of objects.
 // SPDX-License-Identifier: MIT
-#include "LexCopy.h"
+#include "objects/LexCopy.h"
 
 #include <cstddef>
 
-#include "FormStr.h"
 #include "KernelSupportHFT.h"
-#include "LexUtil.h"
 #include "PIFrame.h"
+#include "base/FormStr.h"
+#include "objects/LexUtil.h"
 
 namespace {
 

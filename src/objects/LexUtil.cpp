@@ -1,6 +1,6 @@
 // Typed access to objects.
 // SPDX-License-Identifier: MIT
-#include "LexUtil.h"
+#include "objects/LexUtil.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -8,18 +8,18 @@
 #include <unordered_set>
 
 #include "CoreHFT.h"
-#include "FormStr.h"
 #include "KernelSupportHFT.h"
 #include "PIFrame.h"
+#include "base/FormStr.h"
 
 namespace {
 
 /** Levels of arrays within arrays that are compared. */
-constexpr int kMaxEquivalentDepth = 64;
+constexpr int s_maxEquivalentDepth = 64;
 /** Pairs of indirect arrays that one comparison takes on: a bound for files that are made to cost time. */
-constexpr std::size_t kMaxEquivalentPairs = 100'000;
+constexpr std::size_t s_maxEquivalentPairs = 100'000;
 /** Ancestors that are asked for an inherited value; a chain of `Parent` that is longer is a circle. */
-constexpr int kMaxAncestors = 1024;
+constexpr int s_maxAncestors = 1024;
 
 /** Pairs under comparison or already found alike, as two object numbers, which hold still within one comparison. */
 using PairSet = std::unordered_set<std::uint64_t>;
@@ -34,14 +34,14 @@ bool EquivalentStrings(LexObj a, LexObj b) {
 bool Equivalent(LexObj a, LexObj b, int depth, PairSet &seen);
 
 bool EquivalentArrays(LexObj a, LexObj b, int depth, PairSet &seen) {
-    if (depth >= kMaxEquivalentDepth) return false;
+    if (depth >= s_maxEquivalentDepth) return false;
     const std::int32_t length = LexArrayLength(a);
     if (length != LexArrayLength(b)) return false;
     if (LexObjIsIndirect(a) && LexObjIsIndirect(b)) {
         const auto numberA = static_cast<std::uint32_t>(LexObjGetID(a));
         const auto numberB = static_cast<std::uint32_t>(LexObjGetID(b));
         if (!seen.insert(std::uint64_t{numberA} << 32 | numberB).second) return true;
-        if (seen.size() > kMaxEquivalentPairs) return false;
+        if (seen.size() > s_maxEquivalentPairs) return false;
     }
     for (std::int32_t i = length - 1; i >= 0; --i) {
         if (!Equivalent(LexArrayGet(a, i), LexArrayGet(b, i), depth + 1, seen)) return false;
@@ -277,7 +277,7 @@ bool TSLexObjEquivalent(LexObj a, LexObj b) {
 }
 
 LexObj TSLexObjInheritedValue(LexObj obj, KRAtom key) {
-    for (int i = 0; i < kMaxAncestors && TSLexObjIsDictLike(obj); ++i) {
+    for (int i = 0; i < s_maxAncestors && TSLexObjIsDictLike(obj); ++i) {
         const LexObj value = LexDictGet(obj, key);
         if (LexObjGetType(value) != LexNull) return value;
         obj = LexDictGet(obj, parent_K);

@@ -1,13 +1,13 @@
 // The name trees of a document and what is done with them.
 // SPDX-License-Identifier: MIT
-#include "NameTree.h"
+#include "objects/NameTree.h"
 
+#include "Common/src/miEStr.h"
 #include "CoreHFT.h"
-#include "FormStr.h"
 #include "KRErrors.h"
-#include "LexUtil.h"
-#include "NameTreeNode.h"
-#include "miEStr.h"
+#include "base/FormStr.h"
+#include "objects/LexUtil.h"
+#include "objects/NameTreeNode.h"
 
 namespace {
 

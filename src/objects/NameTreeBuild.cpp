@@ -1,11 +1,11 @@
 // The balanced shape of a new name tree, and how its leaves are filled.
 // SPDX-License-Identifier: MIT
-#include "NameTreeNode.h"
+#include "objects/NameTreeNode.h"
 
 #include <algorithm>
 
-#include "FormStr.h"
-#include "LexUtil.h"
+#include "base/FormStr.h"
+#include "objects/LexUtil.h"
 
 namespace {
 

@@ -1,20 +1,20 @@
 // The walks over the nodes of one name tree.
 // SPDX-License-Identifier: MIT
-#include "NameTreeNode.h"
+#include "objects/NameTreeNode.h"
 
 #include <unordered_set>
 
 #include "CoreHFT.h"
-#include "FormStr.h"
 #include "KRErrors.h"
-#include "LexCopy.h"
-#include "LexUtil.h"
-#include "NameTree.h"
+#include "base/FormStr.h"
+#include "objects/LexCopy.h"
+#include "objects/LexUtil.h"
+#include "objects/NameTree.h"
 
 namespace {
 
 /** Levels of nodes; a tree of two entries a node would hold more than any file does. */
-constexpr int kMaxTreeDepth = 64;
+constexpr int s_maxTreeDepth = 64;
 
 /** Object numbers of the indirect nodes that a walk has come through. */
 using SeenNodes = std::unordered_set<std::int32_t>;
@@ -32,7 +32,7 @@ bool IsArray(LexObj obj) {
 }
 
 void CheckDepth(int depth) {
-    if (depth > kMaxTreeDepth) KRRaise(KRErrBadParam);
+    if (depth > s_maxTreeDepth) KRRaise(KRErrBadParam);
 }
 
 /** True once for every node of a walk: a node reached twice belongs to a circle or to two parents. */

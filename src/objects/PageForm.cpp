@@ -1,16 +1,16 @@
 // A form XObject made of a whole page.
 // SPDX-License-Identifier: MIT
-#include "PageForm.h"
+#include "objects/PageForm.h"
 
 #include <algorithm>
 
-#include "FixedUtl.h"
-#include "FormStr.h"
 #include "KernelSupportHFT.h"
-#include "LexCopy.h"
-#include "LexUtil.h"
 #include "PIFrame.h"
 #include "PIMain.h"
+#include "base/FormStr.h"
+#include "objects/FixedUtl.h"
+#include "objects/LexCopy.h"
+#include "objects/LexUtil.h"
 
 namespace {
 

@@ -7,31 +7,31 @@
 // What is neither is passed over. Components are told by their first character: "." and "0" start a number, "1" is 1.0
 // whatever follows; those that begin otherwise do not count.
 // SPDX-License-Identifier: MIT
-#include "TextLook.h"
+#include "objects/TextLook.h"
 
 #include <array>
 #include <cstdio>
 #include <cstring>
 #include <string>
 
-#include "BufCont.h"
-#include "ColorUtl.h"
+#include "Common/src/miUtils.h"
 #include "CoreHFT.h"
-#include "FontMgr.h"
-#include "FormStr.h"
 #include "KRErrors.h"
 #include "KernelSupportHFT.h"
-#include "miUtils.h"
+#include "base/BufCont.h"
+#include "base/FormStr.h"
+#include "objects/ColorUtl.h"
+#include "objects/FontMgr.h"
 
 namespace {
 
-constexpr int kMaxTokens = 30;
-constexpr KRFixed kFullScale = 100 * KRFixedOne;
+constexpr int s_maxTokens = 30;
+constexpr KRFixed s_fullScale = 100 * KRFixedOne;
 
 struct Tokens {
     /** The string with a NUL behind each token. */
     std::string text;
-    std::array<const char *, kMaxTokens> starts;
+    std::array<const char *, s_maxTokens> starts;
     int count = 0;
 
     /** Empty past the end. */
@@ -53,7 +53,7 @@ bool Split(LexObj string, Tokens &tokens) {
             c = '\0';
             between = true;
         } else if (between) {
-            if (tokens.count == kMaxTokens) return false;
+            if (tokens.count == s_maxTokens) return false;
             tokens.starts[static_cast<std::size_t>(tokens.count++)] = &c;
             between = false;
         }
@@ -205,7 +205,7 @@ void AppendColor(std::string &text, const DMColorValue *color, bool fill) {
 
 TextAppearance TextAppearanceDefault() {
     TextAppearance look{};
-    look.hScale = kFullScale;
+    look.hScale = s_fullScale;
     look.matrix = KRFixedMatrixIdentity;
     look.baseFont = Helvetica_K;
     look.fontResource = KRAtomNull;
@@ -243,7 +243,7 @@ std::int32_t TextAppearanceSTRM(TextAppearance *look, BufControl *buffer) {
     AppendNumber(text, look->size, " Tf ");
     if (look->charSpacing != 0) AppendNumber(text, look->charSpacing, " Tc ");
     if (look->wordSpacing != 0) AppendNumber(text, look->wordSpacing, " Tw ");
-    if (look->hScale != kFullScale) AppendNumber(text, look->hScale, " Tz ");
+    if (look->hScale != s_fullScale) AppendNumber(text, look->hScale, " Tz ");
     if (look->leading != 0) AppendNumber(text, look->leading, " TL ");
     if (look->rise != 0) AppendNumber(text, look->rise, " Ts ");
     if (look->renderMode != 0) {

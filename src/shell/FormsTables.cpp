@@ -1,27 +1,28 @@
 // The tables that other plug-ins call: each slot bound to the operation behind it.
 // SPDX-License-Identifier: MIT
-#include "FormsTables.h"
+#include "shell/FormsTables.h"
 
 #include <type_traits>
 
 #include "CoreHFT.h"
-#include "DMField.h"
-#include "DMFieldValue.h"
-#include "DMWidget.h"
-#include "FieldLook.h"
 #include "FormsAuthoringHFT.h"
 #include "FormsHFT.h"
 #include "KRErrors.h"
 #include "KernelSupportHFT.h"
-#include "LexField.h"
-#include "NameTree.h"
-#include "OnKey.h"
 #include "PIFrame.h"
 #include "PIMain.h"
-#include "PageForm.h"
-#include "Tessella.h"
-#include "WidgetReg.h"
-#include "miCStore.h"
+#include "appearance/FieldLook.h"
+#include "appearance/miCStore.h"
+#include "life/TessellaClean.h"
+#include "model/DMField.h"
+#include "model/DMFieldValue.h"
+#include "model/LexField.h"
+#include "model/OnKey.h"
+#include "model/WidgetReg.h"
+#include "objects/NameTree.h"
+#include "objects/PageForm.h"
+#include "objects/Tessella.h"
+#include "widgets/DMWidget.h"
 
 namespace {
 

@@ -1,28 +1,25 @@
 // The plug-in's shell: the handshake, and the one list of what is started in which order.
 // SPDX-License-Identifier: MIT
-#include "miPI.h"
-
 #include <new>
 
+#include "Common/unix/mdUtils.h"
 #include "CoreHFT.h"
-#include "Cursors.h"
-#include "DMFieldLife.h"
-#include "FontMgr.h"
-#include "FormStr.h"
-#include "FormsTables.h"
-#include "LexFieldHooks.h"
-#include "MenuItems.h"
 #include "PIFrame.h"
 #include "PIMain.h"
 #include "ScreenViewHFT.h"
 #include "ScreenViewUserInterfaceHFT.h"
 #include "SiblingHFTs.h"
-#include "Tessella.h"
-#include "WidgetHandlers.h"
-#include "mdPI.h"
-#include "mdUtils.h"
-
-TSPlugInData *gData = nullptr;
+#include "base/FormStr.h"
+#include "life/DMFieldLife.h"
+#include "life/LexFieldHooks.h"
+#include "objects/FontMgr.h"
+#include "objects/Tessella.h"
+#include "services/Cursors.h"
+#include "services/PlugInData.h"
+#include "shell/AboutItem.h"
+#include "shell/FormsTables.h"
+#include "unix/src/mdPI.h"
+#include "widgets/WidgetHandlers.h"
 
 namespace {
 

@@ -1,24 +1,24 @@
 // What a widget is: its type, names, geometry, border, colours, and the entries of `MK`.
 // SPDX-License-Identifier: MIT
-#include "DMWidget.h"
+#include "widgets/DMWidget.h"
 
 #include <algorithm>
 #include <cstring>
 
-#include "AnnotUtl.h"
-#include "ColorUtl.h"
+#include "Common/src/miUtils.h"
 #include "CoreHFT.h"
-#include "DMField.h"
-#include "DMFieldValue.h"
-#include "FixedUtl.h"
-#include "FormStr.h"
 #include "KRErrors.h"
 #include "KernelSupportHFT.h"
-#include "LexUtil.h"
 #include "PIFrame.h"
-#include "WidgetReg.h"
-#include "miKanjiFont.h"
-#include "miUtils.h"
+#include "base/FormStr.h"
+#include "base/miKanjiFont.h"
+#include "model/DMField.h"
+#include "model/DMFieldValue.h"
+#include "model/WidgetReg.h"
+#include "objects/AnnotUtl.h"
+#include "objects/ColorUtl.h"
+#include "objects/FixedUtl.h"
+#include "objects/LexUtil.h"
 
 namespace {
 

@@ -11,10 +11,10 @@
 #include <string>
 #include <vector>
 
+#include "Common/src/miEStr.h"
 #include "FormsTypes.h"
 #include "LexHFT.h"
-#include "miCStore.h"
-#include "miEStr.h"
+#include "appearance/miCStore.h"
 
 // What a widget is (DMWidget.cpp).
 

@@ -1,27 +1,27 @@
 // The record of a widget's data: acquired, compared across a selection, validated and written back.
 // SPDX-License-Identifier: MIT
-#include "DMWidget.h"
+#include "widgets/DMWidget.h"
 
 #include <cstdlib>
 #include <cstring>
 
-#include "ColorUtl.h"
-#include "DMField.h"
-#include "DMFieldValue.h"
+#include "Common/src/miUtils.h"
+#include "Common/unix/mdMessages.h"
 #include "DocModelHFT.h"
-#include "FieldLook.h"
-#include "FormStr.h"
 #include "KRErrors.h"
-#include "LexField.h"
-#include "LexUtil.h"
 #include "PIFrame.h"
-#include "SCUtils.h"
-#include "Tessella.h"
-#include "TextLook.h"
-#include "WidgetReg.h"
-#include "mdMessages.h"
-#include "miKanjiFont.h"
-#include "miUtils.h"
+#include "appearance/FieldLook.h"
+#include "base/FormStr.h"
+#include "base/miKanjiFont.h"
+#include "life/SCUtils.h"
+#include "model/DMField.h"
+#include "model/DMFieldValue.h"
+#include "model/LexField.h"
+#include "model/WidgetReg.h"
+#include "objects/ColorUtl.h"
+#include "objects/LexUtil.h"
+#include "objects/Tessella.h"
+#include "objects/TextLook.h"
 
 namespace {
 

@@ -1,17 +1,17 @@
 // How a widget comes by its appearance: the frame, the font that it can be drawn in, the face that is set.
 // SPDX-License-Identifier: MIT
-#include "DMWidget.h"
+#include "widgets/DMWidget.h"
 
 #include <string_view>
 
-#include "AnnotUtl.h"
-#include "ColorUtl.h"
 #include "CoreHFT.h"
-#include "DMField.h"
-#include "FieldLook.h"
-#include "FontMgr.h"
-#include "FormStr.h"
-#include "miKanjiFont.h"
+#include "appearance/FieldLook.h"
+#include "base/FormStr.h"
+#include "base/miKanjiFont.h"
+#include "model/DMField.h"
+#include "objects/AnnotUtl.h"
+#include "objects/ColorUtl.h"
+#include "objects/FontMgr.h"
 
 namespace {
 

@@ -1,16 +1,16 @@
 // The four scripts of a widget's field: keystroke, format, validate, calculate.
 // SPDX-License-Identifier: MIT
-#include "DMWidget.h"
+#include "widgets/DMWidget.h"
 
 #include <cstring>
 
 #include "CoreHFT.h"
-#include "DMField.h"
-#include "DocData.h"
-#include "FormStr.h"
 #include "PIFrame.h"
-#include "miAction.h"
-#include "miCalc.h"
+#include "base/FormStr.h"
+#include "model/DMField.h"
+#include "model/DocData.h"
+#include "model/miAction.h"
+#include "model/miCalc.h"
 
 namespace {
 

@@ -1,18 +1,18 @@
 // Values and choices of a widget, and the small numbers of its field.
 // SPDX-License-Identifier: MIT
-#include "DMWidget.h"
+#include "widgets/DMWidget.h"
 
 #include <algorithm>
 #include <cstring>
 
+#include "Common/src/miUtils.h"
 #include "CoreHFT.h"
-#include "DMField.h"
-#include "DMFieldValue.h"
-#include "FormStr.h"
 #include "KRErrors.h"
-#include "LexUtil.h"
-#include "WidgetReg.h"
-#include "miUtils.h"
+#include "base/FormStr.h"
+#include "model/DMField.h"
+#include "model/DMFieldValue.h"
+#include "model/WidgetReg.h"
+#include "objects/LexUtil.h"
 
 namespace {
 

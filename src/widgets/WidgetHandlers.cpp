@@ -1,6 +1,6 @@
 // The list of the built-in widget handlers.
 // SPDX-License-Identifier: MIT
-#include "WidgetHandlers.h"
+#include "widgets/WidgetHandlers.h"
 
 void TSSCAppInstallBuiltInWidgetHandlers() {
     WText_Init();

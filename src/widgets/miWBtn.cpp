@@ -1,26 +1,26 @@
 // The handler of push buttons: its data, and the normal, down and rollover faces.
 // SPDX-License-Identifier: MIT
-#include "miWBtn.h"
+#include "widgets/miWBtn.h"
 
 #include <memory>
 
-#include "AnnotUtl.h"
+#include "Common/src/miUtils.h"
+#include "Common/unix/mdMessages.h"
 #include "CoreHFT.h"
-#include "DMField.h"
-#include "DMFieldValue.h"
-#include "FormStr.h"
-#include "LexUtil.h"
-#include "OnKey.h"
 #include "PIFrame.h"
 #include "PIMain.h"
-#include "SCUtils.h"
 #include "ScreenViewHFT.h"
-#include "WidgetHandlers.h"
-#include "WidgetReg.h"
-#include "mdMessages.h"
-#include "miAction.h"
-#include "miUtils.h"
-#include "miWFace.h"
+#include "base/FormStr.h"
+#include "life/SCUtils.h"
+#include "model/DMField.h"
+#include "model/DMFieldValue.h"
+#include "model/OnKey.h"
+#include "model/WidgetReg.h"
+#include "model/miAction.h"
+#include "objects/AnnotUtl.h"
+#include "objects/LexUtil.h"
+#include "widgets/WidgetHandlers.h"
+#include "widgets/miWFace.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "DMWidget.h"
+#include "widgets/DMWidget.h"
 
 /** Captions and icons of a button by face. */
 enum WButtonSlot : std::int32_t { WButtonNormal = 0, WButtonRollover = 1, WButtonDown = 2, WButtonSlots = 3 };

@@ -1,12 +1,12 @@
 // The handler of check boxes: a mark in a square frame.
 // SPDX-License-Identifier: MIT
-#include "miWChkBx.h"
+#include "widgets/miWChkBx.h"
 
-#include "FormStr.h"
+#include "Common/unix/mdMessages.h"
 #include "PIFrame.h"
 #include "PIMain.h"
-#include "WidgetHandlers.h"
-#include "mdMessages.h"
+#include "base/FormStr.h"
+#include "widgets/WidgetHandlers.h"
 
 namespace {
 

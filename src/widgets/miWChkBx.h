@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "miWToggle.h"
+#include "widgets/miWToggle.h"
 
 TSWidgetData *WCheckBox_AcquireData(DMAnnot annot);
 void WCheckBox_WriteData(DMAnnot annot, TSWidgetData *data);

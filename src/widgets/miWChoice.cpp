@@ -1,16 +1,16 @@
 // The data of combo boxes and list boxes.
 // SPDX-License-Identifier: MIT
-#include "miWChoice.h"
+#include "widgets/miWChoice.h"
 
 #include <memory>
 
-#include "DMField.h"
-#include "DMFieldValue.h"
-#include "FormStr.h"
-#include "LexUtil.h"
 #include "PIFrame.h"
 #include "PIMain.h"
-#include "WidgetReg.h"
+#include "base/FormStr.h"
+#include "model/DMField.h"
+#include "model/DMFieldValue.h"
+#include "model/WidgetReg.h"
+#include "objects/LexUtil.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "DMWidget.h"
+#include "widgets/DMWidget.h"
 
 /** Behind the TSWidgetData of a choice field. */
 struct TSChoiceData {

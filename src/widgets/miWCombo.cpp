@@ -1,13 +1,13 @@
 // The handler of combo boxes.
 // SPDX-License-Identifier: MIT
-#include "miWCombo.h"
+#include "widgets/miWCombo.h"
 
-#include "FormStr.h"
+#include "Common/unix/mdMessages.h"
 #include "PIFrame.h"
 #include "PIMain.h"
-#include "WidgetHandlers.h"
-#include "mdMessages.h"
-#include "miWValueFace.h"
+#include "base/FormStr.h"
+#include "widgets/WidgetHandlers.h"
+#include "widgets/miWValueFace.h"
 
 namespace {
 

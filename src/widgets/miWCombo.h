@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "miWChoice.h"
+#include "widgets/miWChoice.h"
 
 TSWidgetData *WComboBox_AcquireData(DMAnnot annot);
 void WComboBox_WriteData(DMAnnot annot, TSWidgetData *data);

@@ -1,14 +1,14 @@
 // Faces drawn from a frame and a content.
 // SPDX-License-Identifier: MIT
-#include "miWFace.h"
+#include "widgets/miWFace.h"
 
-#include "DMField.h"
-#include "DMFieldValue.h"
-#include "FixedUtl.h"
-#include "FormStr.h"
-#include "LexUtil.h"
-#include "TextLook.h"
-#include "miKanjiFont.h"
+#include "base/FormStr.h"
+#include "base/miKanjiFont.h"
+#include "model/DMField.h"
+#include "model/DMFieldValue.h"
+#include "objects/FixedUtl.h"
+#include "objects/LexUtil.h"
+#include "objects/TextLook.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 
 #include <memory>
 
-#include "DMWidget.h"
-#include "miCStore.h"
+#include "appearance/miCStore.h"
+#include "widgets/DMWidget.h"
 
 using CStorePtr = std::unique_ptr<CStore, CStoreDeleter>;
 

@@ -1,18 +1,18 @@
 // The handler of list boxes.
 // SPDX-License-Identifier: MIT
-#include "miWLstBx.h"
+#include "widgets/miWLstBx.h"
 
 #include <algorithm>
 
-#include "ColorUtl.h"
-#include "DMField.h"
-#include "DMFieldValue.h"
-#include "FormStr.h"
+#include "Common/unix/mdMessages.h"
 #include "PIFrame.h"
 #include "PIMain.h"
-#include "WidgetHandlers.h"
-#include "mdMessages.h"
-#include "miWValueFace.h"
+#include "base/FormStr.h"
+#include "model/DMField.h"
+#include "model/DMFieldValue.h"
+#include "objects/ColorUtl.h"
+#include "widgets/WidgetHandlers.h"
+#include "widgets/miWValueFace.h"
 
 namespace {
 

@@ -1,13 +1,13 @@
 // The handler of radio buttons: round faces when the mark is a circle. That one of a group is on at a time comes
 // from the field's value, which is one widget's key.
 // SPDX-License-Identifier: MIT
-#include "miWRadio.h"
+#include "widgets/miWRadio.h"
 
-#include "FormStr.h"
+#include "Common/unix/mdMessages.h"
 #include "PIFrame.h"
 #include "PIMain.h"
-#include "WidgetHandlers.h"
-#include "mdMessages.h"
+#include "base/FormStr.h"
+#include "widgets/WidgetHandlers.h"
 
 namespace {
 

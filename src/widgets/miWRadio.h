@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "miWToggle.h"
+#include "widgets/miWToggle.h"
 
 TSWidgetData *WRadioButton_AcquireData(DMAnnot annot);
 void WRadioButton_WriteData(DMAnnot annot, TSWidgetData *data);

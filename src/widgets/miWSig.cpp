@@ -1,25 +1,25 @@
 // The handler of signature fields.
 // SPDX-License-Identifier: MIT
-#include "miWSig.h"
+#include "widgets/miWSig.h"
 
 #include <memory>
 
-#include "AnnotUtl.h"
-#include "DMField.h"
-#include "DMFieldValue.h"
-#include "FormStr.h"
-#include "LexCopy.h"
-#include "LexUtil.h"
+#include "Common/unix/mdMessages.h"
 #include "PIFrame.h"
 #include "PIMain.h"
-#include "SCUtils.h"
 #include "ScreenViewHFT.h"
 #include "ScreenViewUserInterfaceHFT.h"
-#include "WidgetHandlers.h"
-#include "WidgetReg.h"
-#include "mdMessages.h"
-#include "miAction.h"
-#include "miWFace.h"
+#include "base/FormStr.h"
+#include "life/SCUtils.h"
+#include "model/DMField.h"
+#include "model/DMFieldValue.h"
+#include "model/WidgetReg.h"
+#include "model/miAction.h"
+#include "objects/AnnotUtl.h"
+#include "objects/LexCopy.h"
+#include "objects/LexUtil.h"
+#include "widgets/WidgetHandlers.h"
+#include "widgets/miWFace.h"
 
 namespace {
 

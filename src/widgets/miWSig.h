@@ -2,7 +2,7 @@
 // the widget's rectangle changes. Signing itself belongs to another plug-in. SPDX-License-Identifier: MIT
 #pragma once
 
-#include "DMWidget.h"
+#include "widgets/DMWidget.h"
 
 /** Behind the TSWidgetData of a signature field. */
 struct TSSignatureData {

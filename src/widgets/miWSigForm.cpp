@@ -1,20 +1,20 @@
 // Streams and forms of signature appearances: made from lines, wrapped, recognised and fitted.
 // SPDX-License-Identifier: MIT
-#include "miWSig.h"
+#include "widgets/miWSig.h"
 
 #include <algorithm>
 #include <charconv>
 #include <sstream>
 
 #include "CoreHFT.h"
-#include "FixedUtl.h"
-#include "FormStr.h"
 #include "KernelSupportHFT.h"
-#include "LexCopy.h"
-#include "LexUtil.h"
 #include "PIFrame.h"
-#include "miCStoreParts.h"
-#include "miWSigMark.h"
+#include "appearance/miCStoreParts.h"
+#include "base/FormStr.h"
+#include "objects/FixedUtl.h"
+#include "objects/LexCopy.h"
+#include "objects/LexUtil.h"
+#include "widgets/miWSigMark.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // The mark of a signature field: a fixed path in a box of 100 by 100, as lines of a content stream.
 // SPDX-License-Identifier: MIT
-#include "miWSigMark.h"
+#include "widgets/miWSigMark.h"
 
 const char *const thumper[] = {
     "q",

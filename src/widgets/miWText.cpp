@@ -1,20 +1,20 @@
 // The handler of text fields.
 // SPDX-License-Identifier: MIT
-#include "miWText.h"
+#include "widgets/miWText.h"
 
 #include <memory>
 
-#include "DMField.h"
-#include "DMFieldValue.h"
-#include "FormStr.h"
-#include "LexUtil.h"
+#include "Common/src/miUtils.h"
+#include "Common/unix/mdMessages.h"
 #include "PIFrame.h"
 #include "PIMain.h"
-#include "WidgetHandlers.h"
-#include "WidgetReg.h"
-#include "mdMessages.h"
-#include "miUtils.h"
-#include "miWValueFace.h"
+#include "base/FormStr.h"
+#include "model/DMField.h"
+#include "model/DMFieldValue.h"
+#include "model/WidgetReg.h"
+#include "objects/LexUtil.h"
+#include "widgets/WidgetHandlers.h"
+#include "widgets/miWValueFace.h"
 
 namespace {
 

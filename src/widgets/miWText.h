@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "DMWidget.h"
+#include "widgets/DMWidget.h"
 
 /** Behind a text field's TSWidgetData. */
 struct TSTextData {

@@ -1,25 +1,25 @@
 // Check boxes and radio buttons: their common data, and the on and off faces.
 // SPDX-License-Identifier: MIT
-#include "miWToggle.h"
+#include "widgets/miWToggle.h"
 
 #include <algorithm>
 #include <memory>
 
-#include "AnnotUtl.h"
+#include "Common/src/miUtils.h"
+#include "Common/unix/mdMessages.h"
 #include "CoreHFT.h"
-#include "DMField.h"
-#include "DMFieldValue.h"
-#include "FixedUtl.h"
-#include "FormStr.h"
 #include "KernelSupportHFT.h"
-#include "LexUtil.h"
-#include "OnKey.h"
 #include "PIFrame.h"
 #include "PIMain.h"
-#include "WidgetReg.h"
-#include "mdMessages.h"
-#include "miUtils.h"
-#include "miWBtn.h"
+#include "base/FormStr.h"
+#include "model/DMField.h"
+#include "model/DMFieldValue.h"
+#include "model/OnKey.h"
+#include "model/WidgetReg.h"
+#include "objects/AnnotUtl.h"
+#include "objects/FixedUtl.h"
+#include "objects/LexUtil.h"
+#include "widgets/miWBtn.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "DMWidget.h"
-#include "miWFace.h"
+#include "widgets/DMWidget.h"
+#include "widgets/miWFace.h"
 
 /** Behind the TSWidgetData of a check box or radio button. */
 struct TSToggleData {

@@ -1,13 +1,13 @@
 // Faces that show a field's value.
 // SPDX-License-Identifier: MIT
-#include "miWValueFace.h"
+#include "widgets/miWValueFace.h"
 
-#include "AnnotUtl.h"
-#include "DMField.h"
-#include "DMFieldValue.h"
-#include "FormStr.h"
-#include "LexUtil.h"
-#include "Tessella.h"
+#include "base/FormStr.h"
+#include "model/DMField.h"
+#include "model/DMFieldValue.h"
+#include "objects/AnnotUtl.h"
+#include "objects/LexUtil.h"
+#include "objects/Tessella.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 
 #include <functional>
 
-#include "DMWidget.h"
-#include "miWFace.h"
+#include "widgets/DMWidget.h"
+#include "widgets/miWFace.h"
 
 /** A value's face under way. */
 struct WValueFace {

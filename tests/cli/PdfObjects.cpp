@@ -1,6 +1,6 @@
 // Compares PDF files: pairs of objects wait in a list, so that depth costs no stack.
 // SPDX-License-Identifier: MIT
-#include "PdfObjects.h"
+#include "tests/cli/PdfObjects.h"
 
 #include <map>
 #include <set>

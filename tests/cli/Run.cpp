@@ -1,6 +1,6 @@
 // Runs programs: output into files, so that no pipe can fill up.
 // SPDX-License-Identifier: MIT
-#include "Run.h"
+#include "tests/cli/Run.h"
 
 #include <csignal>
 #include <cstdlib>
@@ -13,7 +13,7 @@
 
 #include <gtest/gtest.h>
 
-#include "PdfText.h"
+#include "tests/support/PdfText.h"
 
 namespace {
 

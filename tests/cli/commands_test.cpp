@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "PdfText.h"
-#include "Run.h"
+#include "tests/cli/Run.h"
+#include "tests/support/PdfText.h"
 
 namespace {
 

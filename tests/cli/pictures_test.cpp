@@ -8,8 +8,8 @@
 #include <cairo.h>
 #include <gtest/gtest.h>
 
-#include "PdfText.h"
-#include "Run.h"
+#include "tests/cli/Run.h"
+#include "tests/support/PdfText.h"
 
 namespace {
 

@@ -7,9 +7,9 @@
 
 #include <gtest/gtest.h>
 
-#include "PdfObjects.h"
-#include "PdfText.h"
-#include "Run.h"
+#include "tests/cli/PdfObjects.h"
+#include "tests/cli/Run.h"
+#include "tests/support/PdfText.h"
 
 namespace {
 

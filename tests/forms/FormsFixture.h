@@ -6,15 +6,15 @@
 #include <string>
 #include <vector>
 
-#include "AnnotUtl.h"
-#include "FixedUtl.h"
 #include "KernelSupportHFT.h"
-#include "LexUtil.h"
-#include "ModelFixture.h"
-#include "TextLook.h"
-#include "WidgetHandlers.h"
-#include "miCStore.h"
-#include "miCStoreParts.h"
+#include "appearance/miCStore.h"
+#include "appearance/miCStoreParts.h"
+#include "objects/AnnotUtl.h"
+#include "objects/FixedUtl.h"
+#include "objects/LexUtil.h"
+#include "objects/TextLook.h"
+#include "tests/forms/ModelFixture.h"
+#include "widgets/WidgetHandlers.h"
 
 /** Other tests put handlers of their own in front; these come back for each test. */
 class BuiltInWidgets : public testing::Test {

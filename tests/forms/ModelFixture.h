@@ -7,20 +7,20 @@
 #include <string>
 #include <vector>
 
+#include "Common/src/miEStr.h"
 #include "CoreHFT.h"
-#include "DMField.h"
-#include "DMFieldLife.h"
-#include "DMFieldValue.h"
 #include "DocModelHFT.h"
-#include "FontMgr.h"
-#include "FormStr.h"
-#include "HostFixture.h"
-#include "LexFieldHooks.h"
 #include "LexHFT.h"
 #include "PIFrame.h"
-#include "Tessella.h"
-#include "WidgetReg.h"
-#include "miEStr.h"
+#include "base/FormStr.h"
+#include "life/DMFieldLife.h"
+#include "life/LexFieldHooks.h"
+#include "model/DMField.h"
+#include "model/DMFieldValue.h"
+#include "model/WidgetReg.h"
+#include "objects/FontMgr.h"
+#include "objects/Tessella.h"
+#include "tests/support/HostFixture.h"
 
 /** Atoms, servers, hooks: what start-up does for the model. */
 inline void StartModel() {
@@ -90,16 +90,16 @@ protected:
 class Observer {
 public:
     Observer(TSServer server, TSNotifyProc proc, void *clientData = nullptr)
-        : m_server(server), m_id(TessellaRegisterObserver(server, proc, nullptr, clientData)) {}
+        : server_(server), id_(TessellaRegisterObserver(server, proc, nullptr, clientData)) {}
     ~Observer() {
-        TessellaUnregisterObserver(m_server, m_id);
+        TessellaUnregisterObserver(server_, id_);
     }
     Observer(const Observer &) = delete;
     Observer &operator=(const Observer &) = delete;
 
 private:
-    TSServer m_server;
-    std::int32_t m_id;
+    TSServer server_;
+    std::int32_t id_;
 };
 
 inline DMField *FieldOf(const TestDoc &doc, const char *name) {

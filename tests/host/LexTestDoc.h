@@ -6,11 +6,11 @@
 #include <sstream>
 #include <string>
 
-#include "Atoms.h"
-#include "HostError.h"
-#include "HostFixture.h"
-#include "LexObjects.h"
-#include "Store.h"
+#include "kernel/Atoms.h"
+#include "kernel/HostError.h"
+#include "lex/LexObjects.h"
+#include "lex/Store.h"
+#include "tests/support/HostFixture.h"
 
 namespace lextest {
 

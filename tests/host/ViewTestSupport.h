@@ -8,11 +8,11 @@
 #include <utility>
 #include <vector>
 
-#include "HostFixture.h"
 #include "KernelSupportHFT.h"
 #include "LexHFT.h"
 #include "PIFrame.h"
 #include "ScreenViewHFT.h"
+#include "tests/support/HostFixture.h"
 
 namespace viewtest {
 

@@ -8,13 +8,13 @@
 #include <gtest/gtest.h>
 
 #include "DocModelHFT.h"
-#include "Document.h"
-#include "HostError.h"
-#include "HostFixture.h"
 #include "KernelSupportHFT.h"
 #include "LexHFT.h"
-#include "Notify.h"
 #include "PIFrame.h"
+#include "doc/Document.h"
+#include "doc/Notify.h"
+#include "kernel/HostError.h"
+#include "tests/support/HostFixture.h"
 
 namespace {
 

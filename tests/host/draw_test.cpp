@@ -1,24 +1,24 @@
 // Our drawing of annotated pages against the drawing library's own of the same file, and what is left out of it.
 // SPDX-License-Identifier: MIT
-#include "Draw.h"
+#include "draw/Draw.h"
 
 #include <cairo.h>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <poppler.h>
 
-#include "Annots.h"
-#include "Atoms.h"
-#include "Document.h"
-#include "Files.h"
-#include "HostError.h"
-#include "HostFixture.h"
-#include "LexApi.h"
-#include "LexObjects.h"
-#include "LexStreams.h"
-#include "Pages.h"
-#include "Render.h"
-#include "Snapshot.h"
+#include "doc/Annots.h"
+#include "doc/Document.h"
+#include "doc/Pages.h"
+#include "draw/Render.h"
+#include "draw/Snapshot.h"
+#include "kernel/Atoms.h"
+#include "kernel/Files.h"
+#include "kernel/HostError.h"
+#include "lex/LexApi.h"
+#include "lex/LexObjects.h"
+#include "lex/LexStreams.h"
+#include "tests/support/HostFixture.h"
 
 using namespace jackdaw;
 

@@ -10,13 +10,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "Files.h"
-#include "Frames.h"
-#include "HostError.h"
-#include "HostFixture.h"
 #include "KernelSupportHFT.h"
 #include "PIFrame.h"
-#include "Streams.h"
+#include "kernel/Files.h"
+#include "kernel/Frames.h"
+#include "kernel/HostError.h"
+#include "kernel/Streams.h"
+#include "tests/support/HostFixture.h"
 
 using namespace jackdaw;
 namespace fs = std::filesystem;

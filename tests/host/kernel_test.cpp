@@ -10,16 +10,16 @@
 #include <stdexcept>
 #include <string>
 
-#include "Atoms.h"
-#include "Callbacks.h"
 #include "CoreHFT.h"
-#include "Fixed.h"
-#include "Frames.h"
-#include "HostError.h"
 #include "KernelSupportHFT.h"
-#include "Memory.h"
 #include "PIFrame.h"
-#include "Tables.h"
+#include "kernel/Atoms.h"
+#include "kernel/Callbacks.h"
+#include "kernel/Fixed.h"
+#include "kernel/Frames.h"
+#include "kernel/HostError.h"
+#include "kernel/Memory.h"
+#include "kernel/Tables.h"
 
 using namespace jackdaw;
 

@@ -1,6 +1,6 @@
 // The document store: what opens, what is refused, and what a save keeps.
 // SPDX-License-Identifier: MIT
-#include "Store.h"
+#include "lex/Store.h"
 
 #include <filesystem>
 #include <functional>
@@ -11,13 +11,13 @@
 #include <qpdf/QPDFObjectHandle.hh>
 #include <qpdf/QPDFWriter.hh>
 
-#include "Files.h"
 #include "KernelSupportHFT.h"
-#include "LexApi.h"
 #include "LexHFT.h"
-#include "LexStreams.h"
-#include "LexTestDoc.h"
 #include "PIFrame.h"
+#include "kernel/Files.h"
+#include "lex/LexApi.h"
+#include "lex/LexStreams.h"
+#include "tests/host/LexTestDoc.h"
 
 using namespace jackdaw;
 using namespace lextest;

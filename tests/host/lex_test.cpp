@@ -1,20 +1,20 @@
 // The object layer: identity, nulls, refusals, changes, streams, and the documents that hold it all.
 // SPDX-License-Identifier: MIT
-#include "LexObjects.h"
+#include "lex/LexObjects.h"
 
 #include <gtest/gtest.h>
 
-#include "Atoms.h"
-#include "HostError.h"
-#include "HostFixture.h"
 #include "KernelSupportHFT.h"
-#include "LexApi.h"
 #include "LexHFT.h"
-#include "LexStreams.h"
-#include "LexTestDoc.h"
-#include "Limits.h"
 #include "PIFrame.h"
-#include "Store.h"
+#include "kernel/Atoms.h"
+#include "kernel/HostError.h"
+#include "lex/LexApi.h"
+#include "lex/LexStreams.h"
+#include "lex/Limits.h"
+#include "lex/Store.h"
+#include "tests/host/LexTestDoc.h"
+#include "tests/support/HostFixture.h"
 
 using namespace jackdaw;
 using namespace lextest;

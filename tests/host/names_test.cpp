@@ -9,10 +9,10 @@
 #include <gtest/gtest.h>
 
 #include "DocModelHFT.h"
-#include "Document.h"
-#include "HostFixture.h"
 #include "LexHFT.h"
 #include "PIFrame.h"
+#include "doc/Document.h"
+#include "tests/support/HostFixture.h"
 
 namespace {
 

@@ -8,12 +8,12 @@
 #include <gtest/gtest.h>
 
 #include "DocModelHFT.h"
-#include "Document.h"
-#include "HostFixture.h"
 #include "LexHFT.h"
-#include "Notify.h"
 #include "PIFrame.h"
-#include "Pages.h"
+#include "doc/Document.h"
+#include "doc/Notify.h"
+#include "doc/Pages.h"
+#include "tests/support/HostFixture.h"
 
 namespace {
 

@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "CoreHFT.h"
-#include "HostFixture.h"
 #include "PIFrame.h"
-#include "PlugIns.h"
+#include "kernel/PlugIns.h"
+#include "tests/support/HostFixture.h"
 
 using namespace jackdaw;
 namespace fs = std::filesystem;

@@ -8,7 +8,7 @@
 #include "CoreHFT.h"
 #include "PIFrame.h"
 #include "SiblingHFTs.h"
-#include "TextConvert.h"
+#include "siblings/TextConvert.h"
 
 using namespace jackdaw;
 using std::string_literals::operator""s;

@@ -8,8 +8,8 @@
 #include <filesystem>
 
 #include "CoreHFT.h"
-#include "HostFixture.h"
-#include "Startup.h"
+#include "app/Startup.h"
+#include "tests/support/HostFixture.h"
 
 using namespace jackdaw;
 

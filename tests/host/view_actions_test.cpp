@@ -1,10 +1,10 @@
 // Chains of actions, ways about a document, and copies into another one.
 // SPDX-License-Identifier: MIT
-#include "ActionDispatch.h"
+#include "view/ActionDispatch.h"
 
 #include <gtest/gtest.h>
 
-#include "ViewTestSupport.h"
+#include "tests/host/ViewTestSupport.h"
 
 using namespace jackdaw;
 using namespace viewtest;

@@ -1,10 +1,10 @@
 // Menus as data: plug-ins' items, hidden ones, circles, and handles that are gone.
 // SPDX-License-Identifier: MIT
-#include "Menus.h"
+#include "view/Menus.h"
 
 #include <gtest/gtest.h>
 
-#include "ViewTestSupport.h"
+#include "tests/host/ViewTestSupport.h"
 
 using namespace jackdaw;
 using namespace viewtest;

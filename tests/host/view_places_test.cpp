@@ -1,11 +1,11 @@
 // Device and page places, the column of pages, and the telling of changes.
 // SPDX-License-Identifier: MIT
-#include "PageView.h"
+#include "view/PageView.h"
 
 #include <gtest/gtest.h>
 
-#include "ViewPlatform.h"
-#include "ViewTestSupport.h"
+#include "tests/host/ViewTestSupport.h"
+#include "view/ViewPlatform.h"
 
 using namespace jackdaw;
 using namespace viewtest;

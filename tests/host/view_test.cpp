@@ -1,18 +1,18 @@
 // Views without a window: what is told when, the selection, and the application around them.
 // SPDX-License-Identifier: MIT
-#include "Views.h"
+#include "view/Views.h"
 
 #include <cstdio>
 #include <gtest/gtest.h>
 
-#include "Alerts.h"
-#include "AppState.h"
-#include "HostError.h"
-#include "Progress.h"
 #include "ScreenViewUserInterfaceHFT.h"
 #include "UnixHFT.h"
-#include "ViewPlatform.h"
-#include "ViewTestSupport.h"
+#include "kernel/HostError.h"
+#include "tests/host/ViewTestSupport.h"
+#include "view/Alerts.h"
+#include "view/AppState.h"
+#include "view/Progress.h"
+#include "view/ViewPlatform.h"
 
 using namespace jackdaw;
 using namespace viewtest;

@@ -1,6 +1,6 @@
 // A second plug-in beside Forms: its start, its checks and its view of objects.
 // SPDX-License-Identifier: MIT
-#include "Observer.h"
+#include "tests/plugin/Observer.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 // Cases on single fields: values by type, choices and defaults, flags and types, enumeration.
 // SPDX-License-Identifier: MIT
-#include "Observer.h"
+#include "tests/plugin/Observer.h"
 
 namespace observer {
 

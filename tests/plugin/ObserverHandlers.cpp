@@ -1,6 +1,6 @@
 // Cases on the registry of widget handlers, and on the data records that handlers give out.
 // SPDX-License-Identifier: MIT
-#include "Observer.h"
+#include "tests/plugin/Observer.h"
 
 #include <cstring>
 #include <utility>

@@ -1,6 +1,6 @@
 // Cases on what fields look like: text looks, borders and colours, appearance streams of the plug-in's own.
 // SPDX-License-Identifier: MIT
-#include "Observer.h"
+#include "tests/plugin/Observer.h"
 
 #include <cstring>
 

@@ -1,6 +1,6 @@
 // Cases on the notification servers: who is told what in which order, and what observers may do about it.
 // SPDX-License-Identifier: MIT
-#include "Observer.h"
+#include "tests/plugin/Observer.h"
 
 #include <deque>
 #include <vector>

@@ -1,6 +1,6 @@
 // Cases on the tables themselves and on what stands in no widget: versions, absent modules, name trees.
 // SPDX-License-Identifier: MIT
-#include "Observer.h"
+#include "tests/plugin/Observer.h"
 
 #include <cctype>
 

@@ -1,6 +1,6 @@
 // Cases on the tree of fields: defining, grouping, renaming, removing, copying.
 // SPDX-License-Identifier: MIT
-#include "Observer.h"
+#include "tests/plugin/Observer.h"
 
 #include <vector>
 

@@ -1,6 +1,6 @@
 // Cases on what goes on around a form in use: observers that pull it down, saves, a second document, odd arguments.
 // SPDX-License-Identifier: MIT
-#include "Observer.h"
+#include "tests/plugin/Observer.h"
 
 #include <cstdlib>
 #include <utility>

@@ -10,7 +10,7 @@
 #include <sys/wait.h>
 #include <vector>
 
-#include "HostFixture.h"
+#include "tests/support/HostFixture.h"
 
 namespace fs = std::filesystem;
 

@@ -1,6 +1,6 @@
 // A host without plug-ins for in-process tests.
 // SPDX-License-Identifier: MIT
-#include "HostFixture.h"
+#include "tests/support/HostFixture.h"
 
 #include <sstream>
 
@@ -11,7 +11,7 @@
 #include "KernelSupportHFT.h"
 #include "LexHFT.h"
 #include "ScreenViewHFT.h"
-#include "Startup.h"
+#include "app/Startup.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "KRTypes.h"
-#include "PdfText.h"
+#include "tests/support/PdfText.h"
 
 /** A document opened in a view without a window, closed with the object. */
 class TestDoc {

@@ -1,6 +1,6 @@
 // Documents written as text.
 // SPDX-License-Identifier: MIT
-#include "PdfText.h"
+#include "tests/support/PdfText.h"
 
 #include <cstdio>
 #include <filesystem>

@@ -1,15 +1,15 @@
 // Starts the plug-in by hand, as its own start-up would.
 // SPDX-License-Identifier: MIT
-#include "StartForms.h"
+#include "tests/support/StartForms.h"
 
-#include "DMFieldLife.h"
-#include "FontMgr.h"
-#include "FormStr.h"
-#include "LexFieldHooks.h"
-#include "Startup.h"
-#include "Tessella.h"
-#include "WidgetHandlers.h"
-#include "mdPI.h"
+#include "app/Startup.h"
+#include "base/FormStr.h"
+#include "life/DMFieldLife.h"
+#include "life/LexFieldHooks.h"
+#include "objects/FontMgr.h"
+#include "objects/Tessella.h"
+#include "unix/src/mdPI.h"
+#include "widgets/WidgetHandlers.h"
 
 void StartForms() {
     static bool s_started = false;

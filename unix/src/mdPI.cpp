@@ -1,8 +1,8 @@
 // Start and stop of the platform layer.
 // SPDX-License-Identifier: MIT
-#include "mdPI.h"
+#include "unix/src/mdPI.h"
 
-#include "mdUtils.h"
+#include "Common/unix/mdUtils.h"
 
 void mdInit() {
     void *shell = mdInitUtils();

@@ -1,10 +1,10 @@
 // A list of pointers that it does not own, with an enumerator.
 // SPDX-License-Identifier: MIT
-#include "ObjList.h"
+#include "Common/SCTE/src/ObjList.h"
 
 #include <algorithm>
 
-#include "miUtils.h"
+#include "Common/src/miUtils.h"
 
 ObjList *ObjListNew() {
     return static_cast<ObjList *>(KRSureCalloc(1, sizeof(ObjList)));

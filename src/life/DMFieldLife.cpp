@@ -1,0 +1,168 @@
+// The handlers that let a document's form come alive, be saved and go.
+// SPDX-License-Identifier: MIT
+#include "life/DMFieldLife.h"
+
+#include "PIFrame.h"
+#include "PIMain.h"
+#include "ScreenViewHFT.h"
+#include "ScreenViewNotify.h"
+#include "base/FormStr.h"
+#include "life/TessellaClean.h"
+#include "model/DMField.h"
+#include "model/DMFieldValue.h"
+#include "model/DocData.h"
+#include "model/NameHash.h"
+#include "model/miCalc.h"
+#include "objects/AnnotUtl.h"
+#include "objects/LexUtil.h"
+#include "objects/Tessella.h"
+
+namespace {
+
+constexpr std::uint32_t PermissionChange = 8;
+constexpr std::uint32_t PermissionFillIn = 32;
+constexpr std::uint32_t PermissionAll = 0x8000;
+
+template <class Proc>
+void Subscribe(std::int32_t notification, Proc *proc) {
+    Proc *callback = PICallback(gExtensionID, proc);
+    SCAppRegisterNotification(notification, gExtensionID, reinterpret_cast<KRProc>(callback), /*clientData*/ nullptr);
+}
+
+/** Brings the display of a field that is due up to its value. */
+void ShowValue(DMField *field) {
+    const LexObj value = TSDMFieldGetEntry(field, TSEntryV);
+    if (LexObjGetType(value) != LexNull)
+        TSDMFieldProduceDisplayFromValue(field, value);
+    else
+        TSDMFieldReset(field);
+}
+
+/** Makes all appearances if the form asks for it, and takes the request back. A request that is no boolean raises. */
+void ServeNeedAppearances(DMDoc doc, LexObj form) {
+    if (!LexDictKnown(form, docID_K)) return;
+    bool wanted = false;
+    if (TSLexDictLoad<LexBoolean>(form, docID_K, &wanted) == 0 && wanted)
+        TSDMDocEnumAnnots(doc, Widget_K, &createAP, /*data*/ nullptr);
+    if (LexBooleanValue(LexDictGet(form, docID_K))) LexDictRemove(form, docID_K);
+}
+
+struct ViewSearch {
+    SCDoc view;
+    bool found;
+};
+
+KRBool isThisView(SCDoc view, void *clientData) {
+    auto *search = static_cast<ViewSearch *>(clientData);
+    search->found = view == search->view;
+    return !search->found;
+}
+
+bool IsOpen(SCDoc view) {
+    ViewSearch search{view, false};
+    SCAppEnumDocs(&isThisView, &search);
+    return search.found;
+}
+
+void PrepareSave(DMDoc doc, const DMDocSaveRecord *save) {
+    const bool renumbers = save && save->flags & DMDocSaveFull;
+    JSDocWillSaveEx(doc, save);
+    const LexObj form = TSDMDocGetTessella(doc);
+    if (TessellaIsValid(form)) TessellaOptimize(form);
+    const SCDoc active = SCAppGetActiveDoc();
+    if (active && SCDocGetDMDoc(active) == doc) SCDocClearSelection(active, /*highlight*/ true);
+    if (renumbers) DocFreeLex(doc, /*closing*/ false);
+    DocHashControl *control = TSLexDocGetHashHead(DMDocGetLexDoc(doc));
+    if (!control) return;
+    control->editOK = false;
+    if (!renumbers) return;
+    control->loaded = false;
+    // The clean-up enumerated the fields, which counts as a load; but it was one of records that are gone now.
+    if (TJSDocData *data = TJSFindData(doc)) data->needLoadFields = true;
+}
+
+} // namespace
+
+bool NameHashInit() {
+    Subscribe(SCDocDidOpen, &frm_DocDidOpen);
+    Subscribe(DMDocWillSave, &frm_DocWillSave);
+    Subscribe(DMDocDidSave, &frm_DocDidSave);
+    Subscribe(SCDocWillClose, &frm_DocWillClose);
+    Subscribe(SCDocDidClose, &frm_DocDidClose);
+    TessellaRegisterObserver(TSFormEntryDidChange, &tessellaChanged, /*failure*/ nullptr, /*clientData*/ nullptr);
+    return true;
+}
+
+void frm_DocDidOpen(SCDoc view, KRErrorCode error, void *) {
+    const DMDoc doc = error == KRErrNone && view ? SCDocGetDMDoc(view) : nullptr;
+    if (!doc) return;
+    LexObj form = LexNullObj;
+    DocHashControl *control = TSLexDocGetHashHead(DMDocGetLexDoc(doc));
+    if (control && control->editOK) {
+        form = TSDMDocGetTessella(doc);
+        control->closing = false;
+    }
+    const bool hasForm = TessellaIsValid(form);
+    if (hasForm) ServeNeedAppearances(doc, form);
+    TJSDocInit(view);
+    if (hasForm && gDocSeams.formDidOpen) gDocSeams.formDidOpen(view);
+}
+
+void frm_DocWillSave(DMDoc doc, const DMDocSaveRecord *save, void *) {
+    // A form that cannot be put in order is saved as it is.
+    Protect([&] { PrepareSave(doc, save); });
+}
+
+void frm_DocDidSave(DMDoc doc, KRErrorCode, void *) {
+    if (DocHashControl *control = TSDMDocFindHashHead(doc)) control->editOK = true;
+}
+
+void frm_DocWillClose(SCDoc view, void *) {
+    if (!IsOpen(view)) return;
+    const DMDoc doc = SCDocGetDMDoc(view);
+    if (gDocSeams.formWillClose) gDocSeams.formWillClose(view);
+    TJSDocTerm(view, /*saveCalcArray*/ false);
+    DocFreeLex(doc, /*closing*/ true);
+}
+
+void frm_DocDidClose(SCDoc, void *) {
+    CleanUpOpenDocsHashControls();
+}
+
+bool createAP(DMAnnot annot, DMPage, void *) {
+    // A widget that cannot be shown does not keep the others from it.
+    Protect([&] {
+        DMField *field = TSDMAnnotGetField(annot);
+        if (!TSDMFieldCanDisplay(field)) return;
+        TSDMFieldAppearanceWasUpdated(field);
+        ShowValue(field);
+    });
+    return true;
+}
+
+void tessellaChanged(void *record, void *) {
+    auto *change = static_cast<TSFieldNotifyRec *>(record);
+    TSDMDocEnumDMFields(change->doc, /*terminalOnly*/ true, /*firstOfNameOnly*/ false, &fieldUpdate, &change->entries);
+}
+
+KRBool fieldUpdate(DMField *field, void *mask) {
+    if (!TSDMFieldCanDisplay(field)) return true;
+    const std::uint32_t changed = *static_cast<const std::uint32_t *>(mask);
+    const LexObj form = TSDMFieldGetTessella(field);
+    for (std::uint32_t entry = TSEntryVT; entry >= TSEntryDV; entry >>= 1) {
+        if (changed & entry && LexObjEqual(TSDMFieldGetEntry(field, entry), TessellaGetEntry(form, entry)))
+            TSDMFieldAppearanceWasUpdated(field);
+    }
+    if (TSDMFieldWasAppearanceUpdated(field)) ShowValue(field);
+    return true;
+}
+
+bool TSDMDocMakerIsOK(DMDoc doc) {
+    const std::uint32_t permissions = doc ? DMDocGetPermissions(doc) : 0;
+    constexpr std::uint32_t both = PermissionChange | PermissionFillIn;
+    return permissions & PermissionAll || (permissions & both) == both;
+}
+
+bool TSDMDocFillerIsOK(DMDoc doc) {
+    return doc && DMDocGetPermissions(doc) & (PermissionChange | PermissionFillIn | PermissionAll);
+}

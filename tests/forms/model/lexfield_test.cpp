@@ -1,0 +1,352 @@
+// The shape of the field tree: defining, grouping, removing, copying and renaming fields.
+// SPDX-License-Identifier: MIT
+#include "model/LexField.h"
+
+#include <ctime>
+
+#include "KRErrors.h"
+#include "model/miAction.h"
+#include "model/miCalc.h"
+#include "objects/LexUtil.h"
+#include "tests/forms/ModelFixture.h"
+
+namespace {
+
+class LexField : public Model {};
+
+std::string NameAt(const TestDoc &doc, const std::string &path) {
+    const char *name = TSDMFieldGetName(TSDMFieldFromLexObj(doc.At(path)));
+    return name ? name : "(none)";
+}
+
+void CountBroadcast(void *record, void *clientData) {
+    ++*static_cast<int *>(clientData);
+    EXPECT_NE(static_cast<TSFieldNotifyRec *>(record)->field, nullptr);
+}
+
+void Reject(void *record, void *) {
+    static_cast<TSFieldNotifyRec *>(record)->reject = 1;
+}
+
+TEST_F(LexField, DefiningADottedNameMakesItsNodes) {
+    TestDoc doc(FormObjects({}));
+    DMField *leaf = TSLexDictDefineField(NewWidget(doc), "a.b.c");
+    ASSERT_NE(leaf, nullptr);
+    EXPECT_STREQ(TSDMFieldGetName(leaf), "a.b.c");
+    EXPECT_EQ(Text(doc.At("Tessella/Fields/0/T")), "a");
+    EXPECT_EQ(Text(doc.At("Tessella/Fields/0/Kids/0/T")), "b");
+    EXPECT_EQ(Text(doc.At("Tessella/Fields/0/Kids/0/Kids/0/T")), "c");
+    EXPECT_FALSE(TSDMFieldIsTerminal(FieldOf(doc, "a.b")));
+    // Trailing dots do not count; what is there is used again.
+    EXPECT_STREQ(TSDMFieldGetName(TSLexDictDefineField(NewWidget(doc), "a.d...")), "a.d");
+    EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 1);
+    EXPECT_EQ(TSLexDictDefineField(NewWidget(doc), "..."), nullptr);
+    EXPECT_EQ(TSLexDictDefineField(NewWidget(doc), (std::string(250, 'x') + ".12345").c_str()), nullptr);
+}
+
+TEST_F(LexField, NothingHangsBelowATerminalField) {
+    TestDoc doc(FormObjects({"/FT /Tx /T (a) /V (kept)"}));
+    for (const char *name : {"a.b", "a.b.c"}) {
+        const LexObj widget = NewWidget(doc);
+        EXPECT_EQ(TSLexDictDefineField(widget, name), nullptr) << name;
+        EXPECT_FALSE(LexDictKnown(widget, T_K));
+        EXPECT_FALSE(LexDictKnown(widget, parent_K));
+    }
+    EXPECT_TRUE(TSDMFieldIsTerminal(FieldOf(doc, "a")));
+    EXPECT_EQ(Text(TSDMFieldGetValue(FieldOf(doc, "a"))), "kept");
+    EXPECT_FALSE(LexDictKnown(doc.At("Tessella/Fields/0"), Kids_K));
+    // Nor below a group of widgets.
+    ASSERT_NE(TSLexDictDefineField(NewWidget(doc), "a"), nullptr);
+    EXPECT_EQ(TSLexDictDefineField(NewWidget(doc), "a.b"), nullptr);
+    EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields/0/Kids")), 2);
+}
+
+TEST_F(LexField, ASecondWidgetMakesAGroup) {
+    TestDoc doc(FormObjects({"/FT /Tx /T (a) /V (v) /DV (d) /Ff 2 /TU (tip) /Q 1 "
+                             "/AA << /K << /S /JavaScript /JS (k) >> /E << /S /JavaScript /JS (e) >> >>"}));
+    const LexObj old = doc.At("Tessella/Fields/0");
+    const LexObj added = NewWidget(doc);
+    LexDictPut(added, FT_K, Name(doc, "Tx"));
+    LexDictPut(added, value_K, Str(doc, "other"));
+    LexDictPut(added, UserName_K, Str(doc, "other tip"));
+    const LexObj events = TSLexDictEnsure(added, AA_K);
+    LexDictPut(events, Keystroke_K, LexNewDict(doc.lex, false, 1));
+    int splits = 0;
+    const Observer observer(TSFieldDidSplit, &CountBroadcast, &splits);
+    DMField *field = TSLexDictDefineField(added, "a");
+    ASSERT_TRUE(TSDMFieldIsValid(field));
+    EXPECT_EQ(splits, 1);
+
+    ASSERT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 1);
+    const std::string top = "Tessella/Fields/0/";
+    for (const auto &[key, text] : {std::pair{"T", "a"}, {"FT", "/Tx"}, {"V", "v"}, {"DV", "d"}, {"TU", "tip"}})
+        EXPECT_EQ(Text(doc.At(top + key)), text) << key;
+    EXPECT_TRUE(LexObjEqual(doc.At(top + "Kids/0"), old));
+    EXPECT_TRUE(LexObjEqual(doc.At(top + "Kids/1"), added));
+    for (const LexObj kid : {old, added}) {
+        for (const KRAtom key : {T_K, FT_K, value_K, default_K, flagsF_K, UserName_K, quadding_K})
+            EXPECT_FALSE(LexDictKnown(kid, key)) << KRAtomGetString(key);
+        EXPECT_STREQ(TSDMFieldGetName(TSDMFieldFromLexObj(kid)), "a");
+    }
+    // The events of the value rule from the top, those of the widget stay; an emptied AA goes.
+    EXPECT_EQ(LexObjGetType(doc.At(top + "AA/K")), LexDict);
+    EXPECT_EQ(LexObjGetType(doc.At(top + "Kids/0/AA/E")), LexDict);
+    EXPECT_EQ(LexObjGetType(doc.At(top + "Kids/0/AA/K")), LexNull);
+    EXPECT_FALSE(LexDictKnown(added, AA_K));
+    DMField *head = FieldOf(doc, "a");
+    EXPECT_NE(head->firstChild, nullptr);
+    EXPECT_TRUE(TSDMFieldIsTerminal(head));
+    EXPECT_EQ(TSDMFieldGetFlags(field, 1), 2u);
+
+    // A third one only joins.
+    const LexObj third = NewWidget(doc);
+    ASSERT_NE(TSLexDictDefineField(third, "a"), nullptr);
+    EXPECT_EQ(splits, 1);
+    EXPECT_EQ(LexArrayLength(doc.At(top + "Kids")), 3);
+    EXPECT_TRUE(LexObjEqual(doc.At(top + "Kids/2"), third));
+}
+
+TEST_F(LexField, AGroupBelowANodeTakesItsPlaceThere) {
+    TestDoc doc(FormObjects({}));
+    const LexObj first = NewWidget(doc);
+    ASSERT_NE(TSLexDictDefineField(first, "n.a"), nullptr);
+    ASSERT_NE(TSLexDictDefineField(NewWidget(doc), "n.b"), nullptr);
+    DMField *second = TSLexDictDefineField(NewWidget(doc), "n.a");
+    ASSERT_TRUE(TSDMFieldIsValid(second));
+    EXPECT_STREQ(TSDMFieldGetName(second), "n.a");
+    EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields/0/Kids")), 2);
+    EXPECT_EQ(NameAt(doc, "Tessella/Fields/0/Kids/1"), "n.a");
+    EXPECT_EQ(second->parent->parent, FieldOf(doc, "n"));
+    EXPECT_TRUE(TSDMFieldIsTerminal(second->parent));
+}
+
+TEST_F(LexField, TypesUnderOneNameMustAgree) {
+    TestDoc doc(FormObjects({"/FT /Tx /T (a)"}));
+    const LexObj widget = NewWidget(doc);
+    LexDictPut(widget, FT_K, Name(doc, "Btn"));
+    EXPECT_EQ(TSLexDictDefineField(widget, "a"), nullptr);
+    EXPECT_EQ(Text(LexDictGet(widget, FT_K)), "/Btn");
+    EXPECT_FALSE(LexDictKnown(doc.At("Tessella/Fields/0"), Kids_K));
+    EXPECT_FALSE(FieldOf(doc, "a")->state & DMFieldSharesName);
+}
+
+TEST_F(LexField, ARejectedSplitStandsButCountsAsFailure) {
+    TestDoc doc(FormObjects({"/FT /Tx /T (a) /V (v)"}));
+    const LexObj widget = NewWidget(doc);
+    const Observer observer(TSFieldDidSplit, &Reject);
+    EXPECT_EQ(TSLexDictDefineField(widget, "a"), nullptr);
+    EXPECT_FALSE(LexDictKnown(widget, parent_K));
+    EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields/0/Kids")), 1);
+    EXPECT_EQ(Text(TSDMFieldGetValue(FieldOf(doc, "a"))), "v");
+}
+
+TEST_F(LexField, ANodeTakesNoWidgets) {
+    TestDoc doc(FormObjects({}));
+    ASSERT_NE(TSLexDictDefineField(NewWidget(doc), "a.b"), nullptr);
+    const LexObj widget = NewWidget(doc);
+    EXPECT_EQ(Protect([&] { TSLexDictDefineField(widget, "a"); }), KRErrBadParam);
+    EXPECT_FALSE(LexDictKnown(widget, T_K));
+}
+
+TEST_F(LexField, DefiningAFieldAgainKeepsOrMovesIt) {
+    TestDoc doc(FormObjects({"/FT /Tx /T (a)", "/FT /Tx /T (b)"}));
+    const LexObj dict = doc.At("Tessella/Fields/0");
+    DMField *field = FieldOf(doc, "a");
+    EXPECT_EQ(TSLexDictDefineField(dict, "a"), field);
+    EXPECT_EQ(TSDMAnnotDefineField(DMAnnotFromLexObj(dict), "other"), field);
+    EXPECT_EQ(TSDMAnnotDefineField(DMAnnotFromLexObj(doc.At("Pages")), "other"), nullptr);
+    EXPECT_EQ(TSDMAnnotDefineField(DMAnnotFromLexObj(NewWidget(doc)), ""), nullptr);
+    // A node cannot leave the fields below it.
+    ASSERT_NE(TSLexDictDefineField(NewWidget(doc), "n.d"), nullptr);
+    EXPECT_EQ(TSLexDictDefineField(FieldOf(doc, "n")->obj, "m"), nullptr);
+    EXPECT_TRUE(TSDMFieldIsValid(FieldOf(doc, "n.d")));
+    DMField *moved = TSLexDictDefineField(dict, "c");
+    ASSERT_NE(moved, nullptr);
+    EXPECT_EQ(FieldOf(doc, "a"), nullptr);
+    EXPECT_EQ(FieldOf(doc, "c"), moved);
+    EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 3);
+}
+
+TEST_F(LexField, SearchRunsFromTheLastAndThroughUntitledNodes) {
+    auto objects = FormObjects({"/FT /Tx /T (a)", "/FT /Tx /T (b)"});
+    objects.push_back("<< /Kids [7 0 R 6 0 R] >>"); // object 6: holds itself
+    objects.push_back("<< /T (deep) /FT /Tx >>");
+    TestDoc doc(objects);
+    const LexObj fields = doc.At("Tessella/Fields");
+    const LexObj twin = LexNewDict(doc.lex, true, 2);
+    LexDictPut(twin, T_K, Str(doc, "a"));
+    LexDictPut(twin, FT_K, Name(doc, "Tx"));
+    LexArrayInsert(fields, 9, twin);
+    EXPECT_TRUE(LexObjEqual(TSDMFieldGetLexObj(TSDMFieldInHierarchyFromName(fields, Str(doc, "a"))), twin));
+    EXPECT_EQ(TSDMFieldInHierarchyFromName(fields, Str(doc, "none")), nullptr);
+    EXPECT_EQ(TSDMFieldInHierarchyFromName(fields, LexNullObj), nullptr);
+    EXPECT_EQ(TSDMFieldInHierarchyFromName(doc.At("Tessella"), Str(doc, "a")), nullptr);
+
+    const LexObj parts = FullNameArrayObj(doc.lex, "x..y.");
+    ASSERT_EQ(LexArrayLength(parts), 3);
+    EXPECT_EQ(Text(LexArrayGet(parts, 1)), "");
+    EXPECT_EQ(Text(LexArrayGet(parts, 2)), "y");
+    EXPECT_EQ(LexObjGetType(FullNameArrayObj(doc.lex, "..")), LexNull);
+}
+
+TEST_F(LexField, RemovingAFieldLeavesTheAnnotation) {
+    TestDoc doc(FormObjects({"/FT /Tx /T (a) /V (v)", "/FT /Tx /T (b) /V (w)"}));
+    const LexObj a = doc.At("Tessella/Fields/0");
+    const LexObj b = doc.At("Tessella/Fields/1");
+    const DMPage page = DMDocAcquirePage(doc.doc, 0);
+    TSDMAnnotLockField(DMAnnotFromLexObj(a), true);
+    TSDMAnnotRemoveField(DMAnnotFromLexObj(a), page, false, false);
+    EXPECT_NE(FieldOf(doc, "a"), nullptr);
+    TSDMAnnotLockField(DMAnnotFromLexObj(a), false);
+    TSDMAnnotRemoveField(DMAnnotFromLexObj(a), page, false, false);
+    EXPECT_EQ(FieldOf(doc, "a"), nullptr);
+    for (const KRAtom key : {T_K, parent_K, value_K}) EXPECT_FALSE(LexDictKnown(a, key));
+    EXPECT_EQ(DMPageGetNumAnnots(page), 2);
+
+    TSDMAnnotRemoveField(DMAnnotFromLexObj(b), page, false, /*keepValue*/ true);
+    DMField *kept = FieldOf(doc, "b");
+    ASSERT_NE(kept, nullptr);
+    EXPECT_FALSE(LexObjEqual(kept->obj, b));
+    EXPECT_FALSE(TSDMFieldIsAnnot(kept));
+    EXPECT_EQ(Text(TSDMFieldGetValue(kept)), "w");
+    EXPECT_FALSE(LexDictKnown(b, T_K));
+    DMPageRelease(page);
+}
+
+TEST_F(LexField, CopiesKeepWhatTheSourceInherits) {
+    auto objects = FormObjects({});
+    objects[0] = "<< /Type /Catalog /Pages 2 0 R /AcroForm << /Fields [4 0 R] >> >>";
+    objects.push_back("<< /T (n) /Ff 1 /Q 2 /Kids [5 0 R] >>");
+    objects.push_back("<< /T (a) /FT /Tx /Parent 4 0 R /Type /Annot /Subtype /Widget /Rect [0 0 9 9] /V (v) "
+                      "/MK << /CA (c) >> /A << /S /Named /N /Print >> >>");
+    TestDoc source(objects);
+    TestDoc target(FormObjects({}));
+    DMField *field = FieldOf(source, "n.a");
+    ASSERT_NE(field, nullptr);
+
+    const LexObj plain = NewWidget(target);
+    DMField *copy = TSLexDictCopyField(plain, field, nullptr, /*fresh*/ false, /*noActions*/ false);
+    ASSERT_TRUE(TSDMFieldIsValid(copy));
+    EXPECT_STREQ(TSDMFieldGetName(copy), "n.a");
+    EXPECT_EQ(copy->type, Tx_K);
+    EXPECT_EQ(TSDMFieldGetFlags(copy, 1), 1u);
+    EXPECT_EQ(Text(TSDMFieldGetValue(copy)), "v");
+    EXPECT_EQ(LexObjGetType(LexDictGet(plain, A_K)), LexDict);
+    EXPECT_FALSE(LexDictKnown(plain, Kids_K));
+
+    const LexObj fresh = NewWidget(source);
+    copy = TSLexDictCopyField(fresh, field, "m", /*fresh*/ true, /*noActions*/ true);
+    ASSERT_TRUE(TSDMFieldIsValid(copy));
+    EXPECT_FALSE(LexDictKnown(fresh, value_K));
+    EXPECT_FALSE(LexDictKnown(fresh, A_K));
+    EXPECT_FALSE(LexDictKnown(fresh, Appearance_K));
+    EXPECT_EQ(Text(LexDictGet(LexDictGet(fresh, MakerDict_K), KRAtomFromString("CA"))), "c");
+    ASSERT_FALSE(DrawnLog().empty());
+    EXPECT_EQ(DrawnLog().back().field, "m");
+    EXPECT_EQ(TSLexDictCopyField(LexNewDict(source.lex, false, 1), field, "x", false, false), nullptr);
+}
+
+TEST_F(LexField, RenamingResetsAndKeepsTheRest) {
+    TestDoc doc(FormObjects({"/FT /Tx /T (a) /V (v) /DV (d) /Ff 4097 /TU (tip) /DA (/Helv 9 Tf) "
+                             "/AA << /C << /S /JavaScript /JS (1) >> >>",
+                             "/FT /Tx /T (b) /AA << /C << /S /JavaScript /JS (2) >> >>"},
+                            "/CO [4 0 R 5 0 R]"));
+    DMField *field = FieldOf(doc, "a");
+    EXPECT_EQ(TSDMFieldRename(field, "a"), field);
+    DMField *renamed = TSDMFieldRename(field, "n.c");
+    ASSERT_TRUE(TSDMFieldIsValid(renamed));
+    EXPECT_EQ(FieldOf(doc, "a"), nullptr);
+    EXPECT_STREQ(TSDMFieldGetName(renamed), "n.c");
+    EXPECT_EQ(Text(TSDMFieldGetValue(renamed)), "d");
+    EXPECT_EQ(TSDMFieldGetFlags(renamed, 1), 4097u);
+    EXPECT_EQ(Text(TSDMFieldGetObj(renamed, UserName_K)), "tip");
+    EXPECT_EQ(TSCalcArrayGetFieldIndex(TJSGetCalcArray(doc.doc), "n.c"), 0);
+    EXPECT_EQ(TSCalcArrayGetNumEntries(TJSGetCalcArray(doc.doc)), 2);
+
+    // Refused with nothing changed.
+    DMField *b = FieldOf(doc, "b");
+    for (const char *name : {"", "..", "n", "n.c.d"})
+        EXPECT_EQ(Protect([&] { TSDMFieldRename(b, name); }), KRErrBadParam) << name;
+    EXPECT_EQ(FieldOf(doc, "b"), b);
+    EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 2);
+}
+
+TEST_F(LexField, RenamingTakesAWidgetOutOfItsGroup) {
+    TestDoc doc(FormObjects({"/FT /Tx /T (a) /V (v)"}));
+    const LexObj old = doc.At("Tessella/Fields/0");
+    ASSERT_NE(TSLexDictDefineField(NewWidget(doc), "a"), nullptr);
+    EXPECT_EQ(Protect([&] { TSDMFieldRename(FieldOf(doc, "a"), "b"); }), KRErrBadParam);
+    DMField *renamed = TSDMFieldRename(TSDMFieldFromLexObj(old), "b");
+    ASSERT_TRUE(TSDMFieldIsValid(renamed));
+    EXPECT_EQ(renamed->type, Tx_K);
+    EXPECT_EQ(Text(TSDMFieldGetValue(renamed)), "null");
+    EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 2);
+    EXPECT_EQ(Text(TSDMFieldGetValue(FieldOf(doc, "a"))), "v");
+    // And into another one.
+    DMField *back = TSDMFieldRename(renamed, "a");
+    EXPECT_EQ(back->name, FieldOf(doc, "a")->name);
+    EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 1);
+}
+
+TEST_F(LexField, CutOffDictionariesShareNothing) {
+    auto objects = FormObjects({"/FT /Tx /T (a) /MK 5 0 R /X 4 0 R"});
+    objects.push_back("<< /CA (c) >>");
+    TestDoc doc(objects);
+    const LexObj dict = doc.At("Tessella/Fields/0");
+    const LexObj maker = LexDictGet(dict, MakerDict_K);
+    const LexObj page = LexDictGet(dict, PageFromAnnot_K);
+    TSLexDictReplaceIndirects(dict);
+    EXPECT_FALSE(LexObjEqual(LexDictGet(dict, MakerDict_K), maker));
+    EXPECT_EQ(Text(LexDictGet(LexDictGet(dict, MakerDict_K), KRAtomFromString("CA"))), "c");
+    // Pages and widgets are no one's own.
+    EXPECT_TRUE(LexObjEqual(LexDictGet(dict, PageFromAnnot_K), page));
+    EXPECT_TRUE(LexObjEqual(LexDictGet(dict, KRAtomFromString("X")), dict));
+}
+
+TEST_F(LexField, WidgetsUnderDottedTitlesDoNotMeetEachOther) {
+    // While a.x moves into the tree it still stands in Fields, titled x by then.
+    TestDoc doc(FormObjects({"/FT /Tx /T (x.y)", "/FT /Tx /T (a.x)", "/FT /Tx /T (a.x)"}));
+    for (const char *name : {"x.y", "a.x"}) {
+        ASSERT_TRUE(TSDMFieldIsValid(FieldOf(doc, name))) << name;
+        EXPECT_TRUE(TSDMFieldIsTerminal(FieldOf(doc, name)));
+    }
+    EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 2);
+    EXPECT_EQ(LexArrayLength(LexDictGet(FieldOf(doc, "a.x")->obj, Kids_K)), 2);
+}
+
+void RemoveField(void *record, void *) {
+    const LexObj dict = static_cast<TSFieldNotifyRec *>(record)->field->obj;
+    TSDMAnnotRemoveField(DMAnnotFromLexObj(dict), nullptr, /*flag*/ false, /*keepValue*/ false);
+}
+
+TEST_F(LexField, AFieldThatItsFirstDisplayRemovesIsNoResult) {
+    TestDoc doc(FormObjects({"/FT /Tx /T (a) /V (v)", "/FT /Tx /T (s) /V (v)"}));
+    DMField *field = FieldOf(doc, "a");
+    DMField *source = FieldOf(doc, "s");
+    const Observer observer(TSFieldWillDisplay, &RemoveField);
+    const LexObj widget = NewWidget(doc);
+    LexDictPut(widget, FT_K, Name(doc, "Tx"));
+    EXPECT_EQ(TSDMAnnotDefineField(DMAnnotFromLexObj(widget), "n"), nullptr);
+    EXPECT_EQ(TSLexDictCopyField(NewWidget(doc), source, "m", /*fresh*/ false, /*noActions*/ false), nullptr);
+    EXPECT_EQ(TSDMFieldRename(field, "b"), nullptr);
+    EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 1);
+}
+
+/** Processor time: the machine may be busy. */
+double SecondsToDefine(int count, const std::string &prefix) {
+    TestDoc doc(FormObjects({}));
+    const std::clock_t start = std::clock();
+    for (int i = 0; i < count; ++i)
+        EXPECT_NE(TSLexDictDefineField(NewWidget(doc), (prefix + std::to_string(i)).c_str()), nullptr);
+    return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+}
+
+TEST_F(LexField, DefiningManyFieldsCostsTheSameForEach) {
+    for (const char *prefix : {"f", "node."}) {
+        const double few = SecondsToDefine(500, prefix);
+        const double many = SecondsToDefine(4000, prefix);
+        EXPECT_LT(many, 8 * 3 * few) << prefix;
+    }
+}
+
+} // namespace

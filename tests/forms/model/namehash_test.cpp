@@ -1,0 +1,470 @@
+// Field records and the name index: names, loading, order, links, and the life of a document's form around saves.
+// SPDX-License-Identifier: MIT
+#include "model/NameHash.h"
+
+#include <set>
+
+#include "KRErrors.h"
+#include "KernelSupportHFT.h"
+#include "ScreenViewHFT.h"
+#include "model/DocData.h"
+#include "model/FieldArray.h"
+#include "model/LexField.h"
+#include "objects/FontMgr.h"
+#include "objects/LexUtil.h"
+#include "tests/forms/ModelFixture.h"
+
+namespace {
+
+class NameHash : public Model {
+protected:
+    void SetUp() override {
+        Model::SetUp();
+        FontMgrInit();
+    }
+};
+
+/** A document with a form that lists `roots`; objects 4 and on are `objects`. */
+std::vector<std::string> TreeObjects(const std::string &roots, const std::vector<std::string> &objects,
+                                     const std::string &formExtra = "") {
+    std::vector<std::string> all = {
+        "<< /Type /Catalog /Pages 2 0 R /AcroForm << /Fields [" + roots + "] " + formExtra + " >> >>",
+        "<< /Type /Pages /Kids [3 0 R] /Count 1 >>", "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 612 792] >>"};
+    all.insert(all.end(), objects.begin(), objects.end());
+    return all;
+}
+
+std::string Widget(const std::string &entries) {
+    return "<< /Type /Annot /Subtype /Widget /Rect [0 0 10 10] " + entries + " >>";
+}
+
+KRBool Collect(DMField *field, void *names) {
+    static_cast<std::vector<std::string> *>(names)->push_back(TSDMFieldGetName(field));
+    return true;
+}
+
+std::vector<std::string> Names(const TestDoc &doc, bool terminalOnly = true, bool firstOfNameOnly = false) {
+    std::vector<std::string> names;
+    TSDMDocEnumDMFields(doc.doc, terminalOnly, firstOfNameOnly, &Collect, &names);
+    return names;
+}
+
+void CountBroadcast(void *, void *count) {
+    ++*static_cast<int *>(count);
+}
+
+TEST_F(NameHash, BucketsAreThoseThatFilesWereOrderedBy) {
+    EXPECT_EQ(StrGetBucket("a", 1), 18u);
+    EXPECT_EQ(StrGetBucket("", 0), 0u);
+    EXPECT_EQ(StrGetBucket("ab", 2), 0u);
+    EXPECT_EQ(StrGetBucket("\xE4", 1), (0xE4u * 8 + 1) % 23);
+    const std::string longer(257, 'a');
+    EXPECT_EQ(StrGetBucket(longer.data(), longer.size()), 18u);
+}
+
+TEST_F(NameHash, EnumeratesBucketsAndChainsFromTheirEnds) {
+    // "a" and "x" fall into bucket 18, "b" into 3, "ab" into 0. Loading goes from the last root to the first.
+    ASSERT_EQ(StrGetBucket("x", 1), StrGetBucket("a", 1));
+    ASSERT_EQ(StrGetBucket("b", 1), 3u);
+    TestDoc doc(FormObjects({"/FT /Tx /T (a)", "/FT /Tx /T (ab)", "/FT /Tx /T (b)", "/FT /Tx /T (x)"}));
+    EXPECT_EQ(Names(doc), (std::vector<std::string>{"a", "x", "b", "ab"}));
+}
+
+TEST_F(NameHash, AKidWithoutATitleBelongsToItsParent) {
+    TestDoc doc(TreeObjects("4 0 R", {"<< /T (g) /FT /Tx /V (v) /Kids [5 0 R 6 0 R] >>", Widget("/Parent 4 0 R"),
+                                      Widget("/Parent 4 0 R")}));
+    // One kid is asked for: the group is there as a whole, its top in front.
+    DMField *kid = TSDMFieldFromLexObj(doc.At("Tessella/Fields/0/Kids/1"));
+    ASSERT_TRUE(TSDMFieldIsValid(kid));
+    EXPECT_STREQ(TSDMFieldGetName(kid), "g");
+    DMField *top = FieldOf(doc, "g");
+    EXPECT_EQ(top, TSDMFieldFromLexObj(doc.At("Tessella/Fields/0")));
+    EXPECT_TRUE(top->nextSameName && top->nextSameName->nextSameName && !top->nextSameName->nextSameName->nextSameName);
+    EXPECT_TRUE(TSDMFieldIsTerminal(top));
+    EXPECT_TRUE(TSDMFieldIsTocayo(kid));
+    EXPECT_FALSE(TSDMFieldIsAnnot(top));
+    EXPECT_EQ(TSDMFieldDrillToAnnot(top), top->firstChild);
+    EXPECT_EQ(Text(TSDMFieldGetEntry(kid, TSEntryV)), "v");
+    EXPECT_EQ(Names(doc).size(), 2u);
+    EXPECT_EQ(Names(doc, /*terminalOnly*/ true, /*firstOfNameOnly*/ true).size(), 1u);
+    EXPECT_EQ(Names(doc, /*terminalOnly*/ false, /*firstOfNameOnly*/ false).size(), 3u);
+    // A kid of another name joins: no field of its own any more, and that stays.
+    const LexObj other = NewWidget(doc);
+    LexDictPut(other, T_K, Str(doc, "k"));
+    LexDictPut(other, parent_K, top->obj);
+    ASSERT_NE(TSDMFieldFromLexObj(other), nullptr);
+    EXPECT_FALSE(TSDMFieldIsTerminal(top));
+    EXPECT_EQ(TSDMFieldDrillToAnnot(top), nullptr);
+}
+
+TEST_F(NameHash, NamesEndAt254Bytes) {
+    const std::string p(100, 'p'), fits(153, 'k'), tooLong(154, 'k'), root(300, 'r');
+    TestDoc doc(TreeObjects(
+        "4 0 R 7 0 R", {"<< /T (" + p + ") /Kids [5 0 R 6 0 R] >>", Widget("/FT /Tx /Parent 4 0 R /T (" + fits + ")"),
+                        Widget("/FT /Tx /Parent 4 0 R /T (" + tooLong + ")"), Widget("/FT /Tx /T (" + root + ")")}));
+    EXPECT_NE(FieldOf(doc, (p + "." + fits).c_str()), nullptr);
+    EXPECT_EQ(TSDMFieldFromLexObj(doc.At("Tessella/Fields/0/Kids/1")), nullptr);
+    EXPECT_NE(FieldOf(doc, root.substr(0, 253).c_str()), nullptr);
+    EXPECT_EQ(FieldOf(doc, std::string(70000, 'x').c_str()), nullptr);
+}
+
+TEST_F(NameHash, TitlesInUCS2AreNamesLikeOthers) {
+    TestDoc doc(TreeObjects("4 0 R", {"<< /T <FEFF00610064> /Kids [5 0 R 6 0 R 7 0 R] >>",
+                                      Widget("/FT /Tx /Parent 4 0 R /T <FEFF006E00E4>"),
+                                      Widget("/FT /Tx /Parent 4 0 R /T <FEFF65E5>"),
+                                      Widget("/FT /Tx /Parent 4 0 R /T <FEFF0061002E0062>")}));
+    EXPECT_NE(FieldOf(doc, "ad.n\xE4"), nullptr);
+    EXPECT_NE(FieldOf(doc, "ad.\xE6\x97\xA5"), nullptr) << "beyond PDFDocEncoding a name is UTF-8";
+    EXPECT_EQ(TSDMFieldFromLexObj(doc.At("Tessella/Fields/0/Kids/2")), nullptr) << "a dot in a kid's title";
+    // A new field joins the node that has its path, however that node's title is written.
+    EXPECT_NE(TSLexDictDefineField(NewWidget(doc), "ad.new"), nullptr);
+    EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 1);
+}
+
+TEST_F(NameHash, UndefiningTheLastKidTakesThePathWithIt) {
+    TestDoc doc(TreeObjects("4 0 R 7 0 R", {"<< /T (a) /Kids [5 0 R] >>", "<< /T (b) /Parent 4 0 R /Kids [6 0 R] >>",
+                                            Widget("/FT /Tx /T (c) /Parent 5 0 R"), Widget("/FT /Tx /T (z)")}));
+    DMField *leaf = FieldOf(doc, "a.b.c");
+    ASSERT_NE(leaf, nullptr);
+    const LexObj dict = leaf->obj;
+    TSDMFieldUndefine(leaf);
+    EXPECT_EQ(FieldOf(doc, "a"), nullptr);
+    EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 1);
+    EXPECT_FALSE(LexDictKnown(dict, parent_K));
+    EXPECT_EQ(Names(doc), std::vector<std::string>{"z"});
+    EXPECT_EQ(TSLexDocFindHashHead(doc.lex)->fieldCount, 1u);
+    TSDMFieldUndefine(nullptr);
+}
+
+TEST_F(NameHash, OneOfTwoWidgetsGoes) {
+    TestDoc doc(TreeObjects("4 0 R 5 0 R", {Widget("/FT /Tx /T (w)"), Widget("/FT /Tx /T (w)")}));
+    DMField *first = TSDMFieldFromLexObj(doc.At("Tessella/Fields/0"));
+    DMField *second = TSDMFieldFromLexObj(doc.At("Tessella/Fields/1"));
+    ASSERT_TRUE(first && second);
+    EXPECT_TRUE(first->state & second->state & DMFieldSharesName);
+    int joined = 0;
+    const Observer observer(TSFieldDidJoin, &CountBroadcast, &joined);
+    TSDMFieldUndefine(first);
+    EXPECT_EQ(joined, 1);
+    EXPECT_EQ(FieldOf(doc, "w"), second);
+    EXPECT_FALSE(second->state & DMFieldSharesName);
+}
+
+KRBool UndefineAll(DMField *field, void *count) {
+    ++*static_cast<int *>(count);
+    // What comes next goes with it.
+    if (field->nextSameName) TSDMFieldUndefine(field->nextSameName);
+    TSDMFieldUndefine(field);
+    return true;
+}
+
+TEST_F(NameHash, AnEnumerationSurvivesWhatItsCallsDo) {
+    TestDoc doc(TreeObjects("4 0 R 5 0 R 6 0 R 7 0 R", {Widget("/FT /Tx /T (w)"), Widget("/FT /Tx /T (w)"),
+                                                        Widget("/FT /Tx /T (a)"), Widget("/FT /Tx /T (x)")}));
+    int count = 0;
+    TSDMDocEnumDMFields(doc.doc, true, false, &UndefineAll, &count);
+    EXPECT_EQ(count, 3);
+    EXPECT_TRUE(Names(doc).empty());
+    EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 0);
+}
+
+TEST_F(NameHash, ManyFieldsLeaveTheirArraysTogether) {
+    std::vector<std::string> objects = {"<< /T (g) /Kids ["};
+    std::string roots = "4 0 R ";
+    for (int i = 0; i < 20; ++i) {
+        const std::string number = std::to_string(i);
+        objects[0] += std::to_string(5 + i) + " 0 R ";
+        objects.push_back(Widget("/FT /Tx /Parent 4 0 R /T (k" + number + ")"));
+        roots += std::to_string(25 + i) + " 0 R ";
+    }
+    objects[0] += "] >>";
+    for (int i = 0; i < 20; ++i) objects.push_back(Widget("/FT /Tx /T (r" + std::to_string(i) + ")"));
+    TestDoc doc(TreeObjects(roots, objects));
+    FieldRemoval removal;
+    for (int i = 0; i < 20; ++i) {
+        removal.Undefine(FieldOf(doc, ("g.k" + std::to_string(i)).c_str()));
+        if (i % 2) removal.Undefine(FieldOf(doc, ("r" + std::to_string(i)).c_str()));
+    }
+    removal.Undefine(nullptr);
+    removal.Finish();
+    EXPECT_EQ(FieldOf(doc, "g"), nullptr) << "left without kids";
+    EXPECT_EQ(Names(doc).size(), 10u);
+    const LexObj fields = doc.At("Tessella/Fields");
+    ASSERT_EQ(LexArrayLength(fields), 10);
+    for (int i = 0; i < 10; ++i)
+        EXPECT_EQ(Text(LexDictGet(LexArrayGet(fields, i), T_K)), "r" + std::to_string(2 * i)) << "in their order";
+}
+
+TEST_F(NameHash, AWidgetLosesItsKidsOnLoad) {
+    TestDoc doc(TreeObjects("4 0 R 5 0 R 6 0 R", {Widget("/FT /Tx /T (w) /Kids [3 0 R]"), "<< /T (k) /Kids 12 >>",
+                                                  Widget("/FT /Tx /T (x) /Kids (no)")}));
+    EXPECT_EQ(Names(doc, /*terminalOnly*/ false).size(), 2u);
+    EXPECT_FALSE(LexDictKnown(doc.At("Tessella/Fields/0"), Kids_K));
+    EXPECT_FALSE(LexDictKnown(doc.At("Tessella/Fields/2"), Kids_K));
+}
+
+TEST_F(NameHash, EntriesAreInheritedByTheirRules) {
+    TestDoc doc(TreeObjects(
+        "4 0 R 7 0 R 8 0 R 9 0 R 10 0 R",
+        {"<< /T (g) /FT /Tx /DA (node) /Q 2 /Kids [5 0 R 6 0 R] >>", Widget("/Parent 4 0 R /T (a) /DA (own) /MaxLen 4"),
+         Widget("/Parent 4 0 R /T (b)"), Widget("/T (c) /FT /Btn"), Widget("/T (p) /FT /Btn /Ff 65536"),
+         Widget("/T (s) /FT /Sig /V << /Type /Sig >>"), Widget("/T (t) /FT /Sig /V << /Contents (x) >>")},
+        "/DA (form) /DR << /Font << >> >>"));
+    DMField *a = FieldOf(doc, "g.a"), *b = FieldOf(doc, "g.b"), *c = FieldOf(doc, "c");
+    ASSERT_TRUE(a && b && c);
+    EXPECT_EQ(Text(TSDMFieldGetEntry(a, TSEntryDA)), "own");
+    EXPECT_EQ(Text(TSDMFieldGetEntry(b, TSEntryDA)), "node");
+    EXPECT_EQ(Text(TSDMFieldGetEntry(c, TSEntryDA)), "form");
+    EXPECT_EQ(b->type, Tx_K);
+    EXPECT_EQ(Text(TSDMFieldGetEntry(c, TSEntryV)), "/Off");
+    EXPECT_EQ(Text(TSDMFieldGetEntry(FieldOf(doc, "p"), TSEntryV)), "null");
+    EXPECT_EQ(Text(TSDMFieldGetEntry(FieldOf(doc, "s"), TSEntryV)), "null") << "a signature without contents is none";
+    EXPECT_EQ(LexObjGetType(TSDMFieldGetEntry(FieldOf(doc, "t"), TSEntryV)), LexDict);
+    EXPECT_EQ(Text(TSDMFieldGetEntry(a, TSEntryVT)), "null");
+    EXPECT_EQ(Text(TSDMFieldGetEntry(a, 3)), "null");
+    // Keys of any kind: upward, and in the end from the first child.
+    DMField *g = FieldOf(doc, "g");
+    ASSERT_EQ(g->firstChild, a);
+    EXPECT_EQ(LexIntegerValue(TSDMFieldGetObj(g, maxLen_K)), 4);
+    EXPECT_EQ(LexIntegerValue(TSDMFieldGetObj(b, quadding_K)), 2);
+    TSDMFieldPutObj(b, quadding_K, LexNewInteger(doc.lex, false, 2));
+    EXPECT_FALSE(LexDictKnown(b->obj, quadding_K)) << "inherited already";
+}
+
+// Shapes that earlier writers left behind.
+
+TEST_F(NameHash, FlatDottedTitlesBecomeATree) {
+    for (const char *need : {"", "/NeedAppearances true"}) {
+        TestDoc doc(FormObjects({"/FT /Tx /T (d.b) /V (1)", "/FT /Tx /T (d.a) /V (2)", "/FT /Tx /T (r)"}, need));
+        EXPECT_EQ(Text(TSDMFieldGetEntry(FieldOf(doc, "d.a"), TSEntryV)), "2") << need;
+        EXPECT_EQ(Text(TSDMFieldGetEntry(FieldOf(doc, "d.b"), TSEntryV)), "1") << need;
+        EXPECT_EQ(Names(doc).size(), 3u);
+        // What hangs in the tree is no root any more.
+        EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 2);
+        EXPECT_EQ(LexArrayLength(FieldOf(doc, "d")->obj.node ? LexDictGet(FieldOf(doc, "d")->obj, Kids_K) : LexNullObj),
+                  2);
+        const std::string saved = doc.Saved();
+        TestDoc again(TempFile("again.pdf", saved).c_str());
+        EXPECT_NE(FieldOf(again, "d.a"), nullptr);
+        EXPECT_EQ(LexArrayLength(again.At("Tessella/Fields")), 2);
+    }
+}
+
+TEST_F(NameHash, AWidgetThatCannotBeAFieldIsHiddenAndGoesWithTheNextSave) {
+    TestDoc doc(FormObjects({"/FT /Tx /T (a) /V (kept)", "/FT /Tx /T (a.b)"}));
+    const LexObj widget = doc.At("Pages/Kids/0/Annots/1");
+    EXPECT_EQ(Names(doc), std::vector<std::string>{"a"});
+    EXPECT_EQ(DMAnnotGetFlags(DMAnnotFromLexObj(widget)), TessellaWastedFlags);
+    EXPECT_TRUE(LexDictKnown(doc.At("Tessella"), waste_K));
+    doc.Saved();
+    EXPECT_EQ(LexArrayLength(doc.At("Pages/Kids/0/Annots")), 1);
+    EXPECT_FALSE(LexDictKnown(doc.At("Tessella"), waste_K));
+    EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 1);
+    EXPECT_EQ(Names(doc), std::vector<std::string>{"a"});
+    EXPECT_EQ(Text(TSDMFieldGetEntry(FieldOf(doc, "a"), TSEntryV)), "kept");
+}
+
+TEST_F(NameHash, WhileAFormIsAssembledRootsAreMerged) {
+    TestDoc doc(FormObjects({"/FT /Tx /T (a) /V (1)", "/FT /Tx /T (b)"}));
+    LexDictPut(doc.At("Tessella"), docID_K, LexNewBoolean(doc.lex, false, true));
+    const LexObj same = NewWidget(doc), inside = NewWidget(doc), fresh = NewWidget(doc);
+    LexDictPut(same, T_K, Str(doc, "a"));
+    LexDictPut(fresh, T_K, Str(doc, "bb"));
+    LexDictPut(inside, T_K, Str(doc, "b.c"));
+    for (const LexObj dict : {same, fresh}) LexDictPut(dict, FT_K, Name(doc, "Tx"));
+    DMField *joined = TSDMFieldFromLexObj(same);
+    ASSERT_TRUE(TSDMFieldIsValid(joined));
+    EXPECT_STREQ(TSDMFieldGetName(joined), "a");
+    EXPECT_EQ(LexArrayLength(LexDictGet(FieldOf(doc, "a")->obj, Kids_K)), 2);
+    ASSERT_TRUE(TSDMFieldIsValid(TSDMFieldFromLexObj(fresh)));
+    EXPECT_EQ(TSDMFieldFromLexObj(inside), nullptr) << "below a terminal field";
+    EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 3);
+    // A root without a name makes no sense of the others.
+    FieldArrayAppend(doc.At("Tessella/Fields"), NewWidget(doc));
+    const LexObj late = NewWidget(doc);
+    LexDictPut(late, T_K, Str(doc, "late"));
+    EXPECT_EQ(TSDMFieldFromLexObj(late), nullptr);
+}
+
+TEST_F(NameHash, AHierarchyInsideAnotherRootComesApart) {
+    TestDoc doc(FormObjects({"/FT /Tx /T (keep)"}));
+    const LexObj root = LexNewDict(doc.lex, true, 4), node = LexNewDict(doc.lex, true, 4), leaf = NewWidget(doc);
+    for (const auto &[dict, title, parent, kid] :
+         {std::tuple{root, "r", LexNullObj, node}, {node, "n", root, leaf}, {leaf, "l", node, LexNullObj}}) {
+        LexDictPut(dict, T_K, Str(doc, title));
+        LexDictPut(dict, parent_K, parent);
+        if (LexObjGetType(kid) != LexDict) continue;
+        const LexObj kids = LexNewArray(doc.lex, false, 2);
+        LexArrayPut(kids, 0, kid);
+        LexArrayPut(kids, 1, root);
+        LexDictPut(dict, Kids_K, kids);
+    }
+    LexDictPut(root, FT_K, Name(doc, "Tx"));
+    TSLexDictRemoveHierarchy(root);
+    EXPECT_EQ(Text(LexDictGet(leaf, T_K)), "r.n.l");
+    EXPECT_EQ(Text(LexDictGet(leaf, FT_K)), "/Tx");
+    for (const KRAtom key : {parent_K, Kids_K}) EXPECT_FALSE(LexDictKnown(leaf, key));
+    EXPECT_FALSE(LexDictKnown(root, Kids_K));
+}
+
+TEST_F(NameHash, RealFormWithDottedRoots) {
+    const std::string path = std::string(TESSELLA_FORMS_DIR) + "/timesheet.pdf";
+    if (ReadAll(path).empty()) GTEST_SKIP() << "no sample forms here";
+    TestDoc doc(path.c_str());
+    EXPECT_NE(FieldOf(doc, "d1.pay"), nullptr);
+    const std::vector<std::string> names = Names(doc, true, /*firstOfNameOnly*/ true);
+    EXPECT_EQ(names.size(), 43u);
+    EXPECT_EQ(std::set<std::string>(names.begin(), names.end()).size(), names.size());
+}
+
+// Around opening and saving.
+
+TEST_F(NameHash, NeedAppearancesIsServedOnceWhenItIsTrue) {
+    const std::vector<std::string> fields = {"/FT /Tx /T (a) /V (1)", "/FT /Tx /T (b)"};
+    {
+        TestDoc doc(FormObjects(fields, "/NeedAppearances true"));
+        EXPECT_EQ(DrawnLog().size(), 2u);
+        EXPECT_FALSE(LexDictKnown(doc.At("Tessella"), docID_K));
+    }
+    DrawnLog().clear();
+    TestDoc no(FormObjects(fields, "/NeedAppearances false"));
+    TestDoc strange(FormObjects(fields, "/NeedAppearances (yes)"));
+    EXPECT_TRUE(DrawnLog().empty());
+    EXPECT_TRUE(LexDictKnown(no.At("Tessella"), docID_K));
+    EXPECT_TRUE(LexDictKnown(strange.At("Tessella"), docID_K));
+}
+
+TEST_F(NameHash, NothingIsLoadedUnasked) {
+    TestDoc doc(FormObjects({"/FT /Tx /T (a)", "/FT /Tx /T (b)"}));
+    const DocHashControl *control = TSLexDocFindHashHead(doc.lex);
+    ASSERT_NE(control, nullptr);
+    EXPECT_EQ(control->fieldCount, 0u);
+    EXPECT_NE(TSDMFieldFromLexObj(doc.At("Tessella/Fields/0")), nullptr);
+    EXPECT_EQ(control->fieldCount, 1u);
+    EXPECT_NE(FieldOf(doc, "a"), nullptr);
+    EXPECT_EQ(control->fieldCount, 1u) << "found without a load";
+    EXPECT_EQ(FieldOf(doc, "none"), nullptr);
+    EXPECT_EQ(control->fieldCount, 2u);
+}
+
+TEST_F(NameHash, FieldsAreOutOfReachDuringASave) {
+    TestDoc doc(FormObjects({"/FT /Tx /T (a)", "/FT /Tx /T (b)"}));
+    DMField *field = FieldOf(doc, "a");
+    DMDocSaveRecord save{sizeof save, 0, nullptr, nullptr};
+    frm_DocWillSave(doc.doc, &save, nullptr);
+    EXPECT_EQ(FieldOf(doc, "a"), nullptr);
+    EXPECT_EQ(TSDMFieldFromLexObj(doc.At("Tessella/Fields/1")), nullptr);
+    frm_DocDidSave(doc.doc, KRErrFileIO, nullptr);
+    EXPECT_EQ(FieldOf(doc, "a"), field) << "a save that numbers nothing anew keeps the records";
+    save.flags = DMDocSaveFull;
+    frm_DocWillSave(doc.doc, &save, nullptr);
+    EXPECT_EQ(TSLexDocFindHashHead(doc.lex)->fieldCount, 0u);
+    EXPECT_EQ(FieldOf(doc, "none"), nullptr);
+    frm_DocDidSave(doc.doc, KRErrNone, nullptr);
+    EXPECT_NE(FieldOf(doc, "b"), nullptr);
+}
+
+TEST_F(NameHash, RecordsEndWithTheirDocument) {
+    LexObj dict;
+    {
+        TestDoc doc(FormObjects({"/FT /Tx /T (a)"}));
+        dict = FieldOf(doc, "a")->obj;
+    }
+    EXPECT_EQ(TSDMFieldFromLexObj(dict), nullptr);
+    EXPECT_EQ(TSLexObjFindDMField(dict), nullptr);
+    // A document without a view: no handler runs when it closes, and its handles may come again.
+    for (const char *name : {"one", "two", "three"}) {
+        const std::string path = TempFile("d.pdf", PdfText(FormObjects({std::string("/FT /Tx /T (") + name + ")"})));
+        const KRPathName file = KRPathFromPlatformPath(path.c_str());
+        const DMDoc doc = DMDocOpen(KRGetDefaultFileSys(), file, nullptr);
+        KRFileSysReleasePath(KRGetDefaultFileSys(), file);
+        EXPECT_NE(TSDMDocGetDMFieldFromName(doc, name), nullptr) << name;
+        EXPECT_EQ(TSDMDocGetDMFieldFromName(doc, "absent"), nullptr);
+        DMDocClose(doc);
+    }
+}
+
+TEST_F(NameHash, FormsDataIsAcquiredWithoutWritingRightsAndReleased) {
+    TestDoc doc(FormObjects({"/FT /Tx /T (a)"}));
+    TSDMDocReleaseFormsData(doc.doc);
+    EXPECT_EQ(TSDMDocFindHashHead(doc.doc), nullptr);
+    TSDMDocAcquireFormsData(doc.doc);
+    TSDMDocAcquireFormsData(doc.doc);
+    ASSERT_NE(TSDMDocFindHashHead(doc.doc), nullptr);
+    EXPECT_NE(FieldOf(doc, "a"), nullptr);
+    EXPECT_TRUE(TSDMDocMakerIsOK(doc.doc));
+    EXPECT_TRUE(TSDMDocFillerIsOK(doc.doc));
+    EXPECT_FALSE(TSDMDocFillerIsOK(nullptr));
+}
+
+// Files that mean harm.
+
+TEST_F(NameHash, CyclesAndSharedSubtreesEnd) {
+    TestDoc cycle(TreeObjects("4 0 R 5 0 R 6 0 R 6 0 R 4 0 R null 7 (x) 3 0 R",
+                              {"<< /T (a) /Kids [5 0 R 4 0 R] /Parent 5 0 R >>",
+                               "<< /T (b) /Parent 4 0 R /Kids [4 0 R] >>", Widget("/FT /Tx /T (w) /Parent 6 0 R")}));
+    EXPECT_TRUE(Names(cycle, /*terminalOnly*/ false).empty());
+    // Each node lists the next one twice: a walk that does not remember would go through the last a billion times.
+    std::vector<std::string> nodes;
+    const int levels = 40;
+    for (int i = 0; i < levels; ++i) {
+        const std::string next = std::to_string(5 + i) + " 0 R ";
+        const std::string parent = i > 0 ? "/Parent " + std::to_string(3 + i) + " 0 R" : "/T (top)";
+        nodes.push_back("<< " + parent + " /Kids [" + next + next + "] >>");
+    }
+    nodes.push_back(Widget("/FT /Tx /Parent " + std::to_string(3 + levels) + " 0 R"));
+    TestDoc shared(TreeObjects("4 0 R", nodes));
+    EXPECT_EQ(Names(shared), std::vector<std::string>{"top"});
+    EXPECT_TRUE(TSDMFieldIsTerminal(FieldOf(shared, "top")));
+}
+
+TEST_F(NameHash, ATreeTooDeepIsLeftOut) {
+    std::vector<std::string> nodes;
+    const int levels = 20000;
+    for (int i = 0; i < levels; ++i) {
+        const std::string parent = i > 0 ? "/Parent " + std::to_string(3 + i) + " 0 R" : "/T (top)";
+        nodes.push_back("<< /FT /Tx " + parent + " /Kids [" + std::to_string(5 + i) + " 0 R] >>");
+    }
+    nodes.push_back(Widget("/Parent " + std::to_string(3 + levels) + " 0 R"));
+    TestDoc doc(TreeObjects("4 0 R", nodes));
+    EXPECT_TRUE(Names(doc).empty());
+    // From the top down there is a field at each level, as far as that goes.
+    int made = 0;
+    LexObj node = doc.At("Tessella/Fields/0");
+    for (; LexObjGetType(node) == LexDict; node = LexArrayGet(TSLexDictGetOfType(node, Kids_K, LexArray), 0)) {
+        if (!TSDMFieldFromLexObj(node)) break;
+        ++made;
+    }
+    EXPECT_GE(made, 200);
+    EXPECT_LE(made, MaxFieldDepth + 1);
+    EXPECT_TRUE(TSDMFieldIsTerminal(FieldOf(doc, "top")));
+}
+
+TEST_F(NameHash, AFieldOfAnEmptyGroupBeingLoadedIsNotFreedUnderItsLoader) {
+    // The only kid that the group lists cannot be a field: it leaves the list, which then is empty.
+    TestDoc doc(TreeObjects(
+        "4 0 R", {"<< /T (g) /FT /Tx /Kids [5 0 R] >>", Widget("/Parent 4 0 R /T (x.y)"), Widget("/Parent 4 0 R")}));
+    const LexObj unlisted = NewWidget(doc);
+    LexDictPut(unlisted, parent_K, doc.At("Tessella/Fields/0"));
+    DMField *field = TSDMFieldFromLexObj(unlisted);
+    ASSERT_TRUE(TSDMFieldIsValid(field));
+    EXPECT_STREQ(TSDMFieldGetName(field), "g");
+    EXPECT_EQ(field->parent, FieldOf(doc, "g"));
+}
+
+TEST_F(NameHash, LargeFormsAreFoundWhole) {
+    // Merging roots is the dearest kind of load; work that grows faster than the form would not come to its end here.
+    constexpr int count = 16000;
+    for (const char *extra : {"", "/NeedAppearances false"}) {
+        std::vector<std::string> fields;
+        const auto nameOf = [](int i) { return "part" + std::to_string(i % 100) + "_" + std::to_string(i); };
+        for (int i = 0; i < count; ++i) fields.push_back("/FT /Tx /T (" + nameOf(i) + ")");
+        std::vector<std::string> objects = FormObjects(fields, extra);
+        objects[2] = "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 612 792] >>";
+        TestDoc doc(objects);
+        EXPECT_EQ(Names(doc).size(), static_cast<std::size_t>(count));
+        for (int i = 0; i < count; ++i) EXPECT_NE(FieldOf(doc, nameOf(i).c_str()), nullptr);
+    }
+}
+
+} // namespace

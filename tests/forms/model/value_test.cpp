@@ -1,0 +1,398 @@
+// Values, options, flags, types and what widgets show of them.
+// SPDX-License-Identifier: MIT
+#include "model/DMFieldValue.h"
+
+#include <functional>
+
+#include "KRErrors.h"
+#include "model/LexField.h"
+#include "objects/LexUtil.h"
+#include "tests/forms/ModelFixture.h"
+
+namespace {
+
+class Value : public Model {};
+
+/** Calls a function for each broadcast of a server. */
+class Listener {
+public:
+    using Proc = std::function<void(TSFieldNotifyRec *)>;
+    Listener(TSServer server, Proc proc) : proc_(std::move(proc)), observer_(server, &Listener::Call, this) {}
+
+private:
+    static void Call(void *record, void *self) {
+        static_cast<Listener *>(self)->proc_(static_cast<TSFieldNotifyRec *>(record));
+    }
+    Proc proc_;
+    Observer observer_;
+};
+
+bool SetText(const TestDoc &doc, const char *name, const std::string &text) {
+    return TSDMFieldSetValue(FieldOf(doc, name), Str(doc, text));
+}
+
+/** A button widget with the on-state `on`, which starts off. */
+std::string Toggle(const std::string &entries, const std::string &on) {
+    return "/FT /Btn /AS /Off /AP << /N << /" + on + " 5 0 R /Off 5 0 R >> >> " + entries;
+}
+
+const char *const s_emptyForm = "<< /Type /XObject /Subtype /Form /BBox [0 0 1 1] /Length 0 >>\nstream\n\nendstream";
+
+std::vector<std::string> OneToggle(const std::string &entries) {
+    auto objects = FormObjects({Toggle(entries, "Yes")});
+    objects.push_back(s_emptyForm);
+    return objects;
+}
+
+/** Object 4 is the top of a group of two widgets, objects 5 and 6. */
+std::vector<std::string> Group(const std::string &top, const std::string &first, const std::string &second) {
+    auto objects = FormObjects({});
+    objects[0] = "<< /Type /Catalog /Pages 2 0 R /AcroForm << /Fields [4 0 R] >> >>";
+    objects[2] = "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 612 792] /Annots [5 0 R 6 0 R] >>";
+    objects.push_back("<< /T (g) /Kids [5 0 R 6 0 R] " + top + " >>");
+    for (const std::string &kid : {first, second})
+        objects.push_back("<< /Parent 4 0 R /Type /Annot /Subtype /Widget /Rect [0 0 9 9] " + kid + " >>");
+    objects.push_back(s_emptyForm);
+    return objects;
+}
+
+TEST_F(Value, AChangeIsToldStoredAndShownInThisOrder) {
+    TestDoc doc(FormObjects({"/FT /Tx /T (a) /V (old)"}));
+    DMField *field = FieldOf(doc, "a");
+    std::vector<std::string> steps;
+    const auto note = [&](const char *step) {
+        return [&steps, &doc, field, step](TSFieldNotifyRec *record) {
+            EXPECT_EQ(record->doc, doc.doc);
+            EXPECT_EQ(record->field, field);
+            steps.push_back(std::string(step) + " " + EStrGetBytes(record->value) + " " +
+                            Text(doc.At("Tessella/Fields/0/V")));
+        };
+    };
+    const Listener will(TSValueWillChange, note("will")), did(TSValueDidChange, note("did")),
+        show(TSFieldWillDisplay, note("show"));
+    EXPECT_TRUE(SetText(doc, "a", "new"));
+    EXPECT_EQ(steps, (std::vector<std::string>{"will new old", "did new new", "show new new"}));
+    EXPECT_FALSE(LexObjIsIndirect(doc.At("Tessella/Fields/0/V")));
+    ASSERT_EQ(DrawnLog().size(), 1u);
+    EXPECT_EQ(DrawnLog()[0].text, "new");
+    // The same again is no change.
+    EXPECT_TRUE(SetText(doc, "a", "new"));
+    EXPECT_EQ(steps.size(), 3u);
+    EXPECT_FALSE(field->state & DMFieldSettingValue);
+}
+
+TEST_F(Value, ADueDisplayRunsWithoutAChange) {
+    TestDoc doc(FormObjects({"/FT /Tx /T (a) /V (v)"}));
+    DMField *field = FieldOf(doc, "a");
+    const LexObj stored = doc.At("Tessella/Fields/0/V");
+    int told = 0, changed = 0;
+    bool rewrite = false;
+    const Listener will(TSValueWillChange, [&](TSFieldNotifyRec *record) {
+        ++told;
+        if (rewrite) EStrSetBytes(record->value, "other", EStrPDFDoc);
+    });
+    const Listener did(TSValueDidChange, [&](TSFieldNotifyRec *) { ++changed; });
+    TSDMFieldAppearanceWasUpdated(field);
+    EXPECT_TRUE(SetText(doc, "a", "v"));
+    EXPECT_EQ(told, 1);
+    EXPECT_EQ(changed, 0);
+    EXPECT_TRUE(LexObjEqual(doc.At("Tessella/Fields/0/V"), stored));
+    ASSERT_EQ(DrawnLog().size(), 1u);
+    EXPECT_TRUE(DrawnLog()[0].forced);
+    EXPECT_FALSE(TSDMFieldWasAppearanceUpdated(field));
+    // What an observer makes of it counts as a change.
+    rewrite = true;
+    TSDMFieldAppearanceWasUpdated(field);
+    EXPECT_TRUE(SetText(doc, "a", "v"));
+    EXPECT_EQ(changed, 1);
+    EXPECT_EQ(Text(TSDMFieldGetValue(field)), "other");
+    EXPECT_EQ(DrawnLog().back().text, "other");
+}
+
+TEST_F(Value, RefusalsAndErrorsLeaveTheFieldUsable) {
+    TestDoc doc(FormObjects({"/FT /Tx /T (a) /V (old)"}));
+    DMField *field = FieldOf(doc, "a");
+    {
+        const Listener refuse(TSValueWillChange, [](TSFieldNotifyRec *record) { record->reject = 1; });
+        EXPECT_FALSE(SetText(doc, "a", "new"));
+    }
+    EXPECT_EQ(Text(doc.At("Tessella/Fields/0/V")), "old");
+    for (const TSServer server : {TSValueWillChange, TSValueDidChange, TSFieldWillDisplay}) {
+        const Listener raise(server, [](TSFieldNotifyRec *) { KRRaise(KRErrPermission); });
+        EXPECT_EQ(Protect([&] { SetText(doc, "a", "x" + std::to_string(server)); }), KRErrPermission);
+        EXPECT_EQ(field->state & (DMFieldSettingValue | DMFieldDisplaying), 0u);
+    }
+    EXPECT_TRUE(SetText(doc, "a", ""));
+    EXPECT_FALSE(LexDictKnown(doc.At("Tessella/Fields/0"), value_K));
+}
+
+TEST_F(Value, ReentryForTheSameNameDoesNothing) {
+    TestDoc doc(FormObjects({"/FT /Tx /T (a)", "/FT /Tx /T (b)"}));
+    bool nested = false;
+    const Listener will(TSValueWillChange, [&](TSFieldNotifyRec *record) {
+        if (std::string(TSDMFieldGetName(record->field)) != "a") return;
+        nested = TSDMFieldSetValue(record->field, Str(doc, "nested"));
+        EXPECT_TRUE(SetText(doc, "b", "also"));
+    });
+    EXPECT_TRUE(SetText(doc, "a", "outer"));
+    EXPECT_TRUE(nested);
+    EXPECT_EQ(Text(TSDMFieldGetValue(FieldOf(doc, "a"))), "outer");
+    EXPECT_EQ(Text(TSDMFieldGetValue(FieldOf(doc, "b"))), "also");
+}
+
+TEST_F(Value, AnObserverMayTakeTheFieldAway) {
+    for (const TSServer server : {TSValueWillChange, TSValueDidChange, TSFieldWillDisplay}) {
+        TestDoc doc(Group("/FT /Tx /V (old)", "", ""));
+        const LexObj kids[] = {doc.At("Tessella/Fields/0/Kids/0"), doc.At("Tessella/Fields/0/Kids/1")};
+        ASSERT_NE(FieldOf(doc, "g"), nullptr);
+        const Listener remove(server, [&](TSFieldNotifyRec *) {
+            for (const LexObj kid : kids) TSDMAnnotRemoveField(DMAnnotFromLexObj(kid), nullptr, false, false);
+        });
+        TSDMFieldSetValue(FieldOf(doc, "g"), Str(doc, "new"));
+        EXPECT_EQ(FieldOf(doc, "g"), nullptr) << server;
+    }
+}
+
+TEST_F(Value, ObserversFormatWhatIsShownOnly) {
+    TestDoc doc(FormObjects({"/FT /Tx /T (a)"}));
+    int shown = 0;
+    const Listener show(TSFieldWillDisplay, [&](TSFieldNotifyRec *record) {
+        ++shown;
+        EStrSetBytes(record->value, "1,000.00", EStrPDFDoc);
+        // A display from within does not ask again.
+        TSDMFieldUpdateAppearance(record->field);
+    });
+    EXPECT_TRUE(SetText(doc, "a", "1000"));
+    EXPECT_EQ(shown, 1);
+    EXPECT_EQ(Text(TSDMFieldGetValue(FieldOf(doc, "a"))), "1000");
+    EXPECT_EQ(DrawnLog().back().text, "1,000.00");
+    TSDMFieldValueChanged(doc.doc, FieldOf(doc, "a"));
+    EXPECT_EQ(shown, 2);
+    TSDMFieldValueChanged(doc.doc, nullptr);
+}
+
+TEST_F(Value, CheckBoxesKnowTheirStates) {
+    TestDoc doc(OneToggle("/T (c)"));
+    DMField *field = FieldOf(doc, "c");
+    int told = 0;
+    const Listener will(TSValueWillChange, [&](TSFieldNotifyRec *) { ++told; });
+    EXPECT_FALSE(TSDMFieldSetValue(field, Name(doc, "No")));
+    EXPECT_EQ(told, 0);
+    EXPECT_TRUE(TSDMFieldSetValue(field, Name(doc, "Yes")));
+    EXPECT_EQ(Text(doc.At("Tessella/Fields/0/V")), "/Yes");
+    // There is a stream for the state, so that is all it takes.
+    EXPECT_EQ(Text(doc.At("Tessella/Fields/0/AS")), "/Yes");
+    EXPECT_TRUE(DrawnLog().empty());
+    EXPECT_TRUE(TSDMFieldSetValue(field, Name(doc, "Off")));
+    EXPECT_FALSE(LexDictKnown(doc.At("Tessella/Fields/0"), value_K));
+    EXPECT_EQ(Text(TSDMFieldGetValue(field)), "/Off");
+    ASSERT_EQ(DrawnLog().size(), 1u);
+    EXPECT_EQ(DrawnLog()[0].state, KRAtomNull);
+}
+
+TEST_F(Value, PushButtonsHoldNothing) {
+    TestDoc doc(OneToggle("/T (p) /Ff 65536"));
+    DMField *field = FieldOf(doc, "p");
+    EXPECT_TRUE(TSDMFieldSetValue(field, Name(doc, "Yes")));
+    EXPECT_FALSE(LexDictKnown(doc.At("Tessella/Fields/0"), value_K));
+    EXPECT_TRUE(DrawnLog().empty());
+    TSDMFieldAppearanceWasUpdated(field);
+    EXPECT_TRUE(TSDMFieldSetValue(field, LexNullObj));
+    EXPECT_EQ(DrawnLog().size(), 1u);
+    EXPECT_EQ(TSDMFieldSetDefaultValue(field, Name(doc, "Yes")), 1);
+}
+
+TEST_F(Value, AGroupHoldsItsValueAtTheTop) {
+    TestDoc doc(Group("/FT /Btn /Ff 32768", "/AP << /N << /A 7 0 R /Off 7 0 R >> >>",
+                      "/V /B /AP << /N << /B 7 0 R /Off 7 0 R >> >>"));
+    DMField *second = TSDMFieldFromLexObj(doc.At("Tessella/Fields/0/Kids/1"));
+    EXPECT_EQ(Text(TSDMFieldGetValue(FieldOf(doc, "g"))), "/B");
+    EXPECT_TRUE(TSDMFieldSetValue(second, Name(doc, "A")));
+    EXPECT_EQ(Text(doc.At("Tessella/Fields/0/V")), "/A");
+    EXPECT_FALSE(LexDictKnown(second->obj, value_K));
+    EXPECT_EQ(Text(doc.At("Tessella/Fields/0/Kids/0/AS")), "/A");
+    ASSERT_EQ(DrawnLog().size(), 1u);
+    EXPECT_EQ(DrawnLog()[0].state, KRAtomFromString("A"));
+    EXPECT_FALSE(TSDMFieldSetValue(second, Name(doc, "C")));
+}
+
+TEST_F(Value, PasswordsAreListedForTheNextSave) {
+    TestDoc doc(FormObjects({"/FT /Tx /Ff 8192 /T (p)", "/FT /Tx /Ff 8192 /T (q)"}));
+    SetText(doc, "p", "secret");
+    SetText(doc, "q", "other");
+    SetText(doc, "p", "again");
+    ASSERT_EQ(LexArrayLength(doc.At("Tessella/$Vo")), 2);
+    EXPECT_TRUE(LexObjEqual(doc.At("Tessella/$Vo/1"), doc.At("Tessella/Fields/0")));
+    EXPECT_EQ(doc.Saved().find("again"), std::string::npos);
+    EXPECT_EQ(Text(TSDMFieldGetValue(FieldOf(doc, "p"))), "null");
+}
+
+TEST_F(Value, LongAndMarkedTextsAreStoredWhole) {
+    TestDoc doc(FormObjects({"/FT /Tx /T (a)"}));
+    const std::string longText(200'000, 'x');
+    EXPECT_TRUE(SetText(doc, "a", longText));
+    EXPECT_EQ(Text(TSDMFieldGetValue(FieldOf(doc, "a"))).size(), longText.size());
+    const std::string marked("\xFE\xFF\x04\x16\x00\x41", 6);
+    EXPECT_TRUE(SetText(doc, "a", marked));
+    EXPECT_EQ(Text(TSDMFieldGetValue(FieldOf(doc, "a"))), marked);
+    EXPECT_TRUE(TSDMFieldSetValue(FieldOf(doc, "a"), LexNewInteger(doc.lex, false, 42)));
+    EXPECT_EQ(Text(TSDMFieldGetValue(FieldOf(doc, "a"))), "42");
+}
+
+TEST_F(Value, OptionsGoByTheirExportValue) {
+    TestDoc doc(FormObjects({"/FT /Ch /T (l) /Opt [[(1) (one)] [null (two)] (one) [(1) null]] /V (two)"}));
+    DMField *field = FieldOf(doc, "l");
+    KRAtom name = 0;
+    LexObj value;
+    EXPECT_EQ(TSDMFieldGetOptionIndex(field, &name, &value), 1);
+    EXPECT_EQ(name, KRAtomNull);
+    EXPECT_EQ(Text(value), "two");
+    EXPECT_TRUE(TSDMFieldSetToOptionIndex(field, 9));
+    EXPECT_EQ(Text(TSDMFieldGetValue(field)), "1");
+    // Duplicates resolve to the highest, which here has no text of its own.
+    EXPECT_EQ(TSDMFieldGetOptionIndex(field, nullptr, nullptr), 3);
+    EXPECT_EQ(DrawnLog().back().text, "1");
+    EXPECT_TRUE(TSDMFieldSetToOptionIndex(field, -1));
+    EXPECT_EQ(TSDMFieldSetOptions(field, LexNullObj), 0);
+    EXPECT_FALSE(LexDictKnown(field->obj, options_K));
+    EXPECT_EQ(TSDMFieldGetOptionIndex(field, &name, &value), -1);
+    EXPECT_EQ(LexObjGetType(value), LexNull);
+}
+
+TEST_F(Value, ShownTextReplacesTheExportValue) {
+    TestDoc doc(FormObjects({"/FT /Ch /T (l) /Opt [[(1) (one)] [(2) (two)]] /DV (2)"}));
+    EXPECT_TRUE(SetText(doc, "l", "1"));
+    EXPECT_EQ(DrawnLog().back().text, "one");
+    EXPECT_TRUE(TSDMFieldReset(FieldOf(doc, "l")));
+    EXPECT_EQ(DrawnLog().back().text, "two");
+    EXPECT_EQ(TSDMFieldSetDefaultValue(FieldOf(doc, "l"), LexNullObj), 0);
+    EXPECT_TRUE(TSDMFieldReset(FieldOf(doc, "l")));
+    EXPECT_EQ(Text(TSDMFieldGetValue(FieldOf(doc, "l"))), "1");
+    TestDoc prompt(FormObjects({"/FT /Ch /T (l) /Opt [[() (Choose)] (1)] /V (1)"}));
+    EXPECT_TRUE(TSDMFieldSetToOptionIndex(FieldOf(prompt, "l"), 0));
+    EXPECT_FALSE(LexDictKnown(prompt.At("Tessella/Fields/0"), value_K));
+    ASSERT_FALSE(DrawnLog().empty());
+    EXPECT_EQ(DrawnLog().back().text, "Choose") << "an empty export value has a text, too";
+}
+
+TEST_F(Value, DefaultsOfChoicesAreChoices) {
+    TestDoc doc(FormObjects({"/FT /Ch /T (l) /Opt [(a) (b)] /DV (a)", "/FT /Tx /T (t)"}));
+    DMField *field = FieldOf(doc, "l");
+    EXPECT_EQ(TSDMFieldSetDefaultValue(field, Str(doc, "c")), 1);
+    EXPECT_EQ(Text(doc.At("Tessella/Fields/0/DV")), "a");
+    EXPECT_EQ(TSDMFieldSetDefaultValue(field, Str(doc, "b")), 0);
+    EXPECT_EQ(Text(TSDMFieldGetEntry(field, TSEntryDV)), "b");
+    EXPECT_EQ(TSDMFieldSetDefaultValue(FieldOf(doc, "t"), Str(doc, "anything")), 0);
+    EXPECT_EQ(Text(doc.At("Tessella/Fields/1/DV")), "anything");
+    EXPECT_EQ(TSDMFieldSetDefaultValue(nullptr, LexNullObj), 1);
+}
+
+TEST_F(Value, HidingTakesTheAppearanceAndShowingBringsItBack) {
+    auto objects = FormObjects({"/FT /Tx /T (a) /V (v) /F 2 /AP << /N 5 0 R >>"});
+    objects.push_back(s_emptyForm);
+    TestDoc doc(objects);
+    DMField *field = FieldOf(doc, "a");
+    EXPECT_EQ(TSDMFieldGetFlags(field, 0), 2u);
+    SetText(doc, "a", "w");
+    EXPECT_FALSE(LexDictKnown(field->obj, Appearance_K));
+    EXPECT_TRUE(DrawnLog().empty());
+    TSDMFieldSetFlags(field, 0, 4);
+    EXPECT_EQ(TSDMFieldGetFlags(field, 0), 4u);
+    ASSERT_EQ(DrawnLog().size(), 1u);
+    EXPECT_EQ(DrawnLog()[0].text, "w");
+}
+
+TEST_F(Value, FieldFlagsLiveAtTheTopAndAreInherited) {
+    auto objects = Group("/FT /Tx", "/Ff 3", "");
+    objects[3] = "<< /T (n) /Ff 1 /Kids [8 0 R] >>";
+    objects[4] = "<< /Parent 8 0 R /Type /Annot /Subtype /Widget /Rect [0 0 9 9] /Ff 3 >>";
+    objects[5] = "<< /Parent 8 0 R /Type /Annot /Subtype /Widget /Rect [0 0 9 9] >>";
+    objects.push_back("<< /T (g) /Parent 4 0 R /FT /Tx /Kids [5 0 R 6 0 R] >>");
+    TestDoc doc(objects);
+    DMField *top = FieldOf(doc, "n.g");
+    DMField *first = TSDMFieldFromLexObj(doc.At("Tessella/Fields/0/Kids/0/Kids/0"));
+    EXPECT_EQ(TSDMFieldGetFlags(first, 1), 3u);
+    EXPECT_EQ(TSDMFieldGetFlags(top, 1), 1u);
+    // Inheritance gives the value already: the widget's own word goes, and nothing is written.
+    TSDMFieldSetFlags(first, 1, 1);
+    EXPECT_FALSE(LexDictKnown(first->obj, flagsF_K));
+    EXPECT_FALSE(LexDictKnown(top->obj, flagsF_K));
+    EXPECT_EQ(TSDMFieldGetFlags(first, 1), 1u);
+    TSDMFieldSetFlags(FieldOf(doc, "n"), 1, 2);
+    EXPECT_EQ(TSDMFieldGetFlags(first, 1), 2u);
+    TSDMFieldSetFlags(first, 7, 2);
+    EXPECT_EQ(TSDMFieldGetFlags(first, 7), 0u);
+}
+
+TEST_F(Value, TypesChangeAloneOnly) {
+    TestDoc doc(FormObjects({"/FT /Tx /T (a) /Ff 4097"}));
+    DMField *field = FieldOf(doc, "a");
+    EXPECT_EQ(TSDMFieldSetType(field, Choice_K), 0);
+    EXPECT_EQ(Text(doc.At("Tessella/Fields/0/FT")), "/Ch");
+    EXPECT_EQ(TSDMFieldGetFlags(field, 1), 1u);
+    EXPECT_TRUE(TSDMFieldWasAppearanceUpdated(field));
+
+    TestDoc group(Group("/FT /Tx /V (v)", "", ""));
+    const LexObj first = group.At("Tessella/Fields/0/Kids/0");
+    const LexObj second = group.At("Tessella/Fields/0/Kids/1");
+    EXPECT_EQ(TSDMFieldSetType(TSDMFieldFromLexObj(first), Choice_K), 1);
+    EXPECT_EQ(TSDMFieldSetType(FieldOf(group, "g"), Choice_K), 1);
+    // The last widget of a group becomes the field itself.
+    TSDMAnnotRemoveField(DMAnnotFromLexObj(second), nullptr, false, false);
+    EXPECT_EQ(TSDMFieldSetType(TSDMFieldFromLexObj(first), Choice_K), 0);
+    EXPECT_TRUE(LexObjEqual(group.At("Tessella/Fields/0"), first));
+    EXPECT_EQ(LexArrayLength(group.At("Tessella/Fields")), 1);
+    EXPECT_FALSE(LexDictKnown(first, parent_K));
+    EXPECT_EQ(Text(TSDMFieldGetValue(FieldOf(group, "g"))), "v");
+    EXPECT_EQ(FieldOf(group, "g")->type, Choice_K);
+}
+
+TEST_F(Value, RotationStandsInTheMakerDictionary) {
+    auto objects = FormObjects({"/FT /Tx /T (a)", "/FT /Btn /T (b) /AP << /N << /Yes 6 0 R /Off 6 0 R >> >>"});
+    objects.push_back(
+        "<< /Subtype /Form /BBox [0 0 1 1] /Matrix [0 1 -1 0 0 0] /MK 7 /Length 0 >>\nstream\n\nendstream");
+    TestDoc doc(objects);
+    const DMAnnot a = DMAnnotFromLexObj(doc.At("Tessella/Fields/0"));
+    TSDMAnnotSetRotation(a, 0);
+    EXPECT_EQ(LexObjGetType(doc.At("Tessella/Fields/0/MK")), LexNull);
+    TSDMAnnotSetRotation(a, -90);
+    EXPECT_EQ(LexIntegerValue(doc.At("Tessella/Fields/0/MK/R")), 270);
+    EXPECT_EQ(TSDMAnnotGetRotation(a), 270);
+    TSDMAnnotSetRotation(a, INT32_MIN);
+    EXPECT_EQ(TSDMAnnotGetRotation(a), 232);
+    TSDMAnnotSetRotation(a, 720);
+    EXPECT_EQ(LexObjGetType(doc.At("Tessella/Fields/0/MK/R")), LexNull);
+    TSDMAnnotRemoveMakerDict(a);
+    EXPECT_EQ(LexObjGetType(TSDMAnnotGetMK(a)), LexNull);
+    // Read from the appearance, and kept.
+    EXPECT_EQ(TSDMAnnotGetRotation(DMAnnotFromLexObj(doc.At("Tessella/Fields/1"))), 90);
+    EXPECT_EQ(LexIntegerValue(doc.At("Tessella/Fields/1/MK/R")), 90);
+}
+
+TEST_F(Value, WrongTypesEverywhereDoNoHarm) {
+    TestDoc doc(FormObjects({"/FT /Tx /T (a) /V << /X 1 >> /Ff (x) /F [1] /Opt 3 /DV [1] /MK (m) /AP 5 /AA 6 /A 7",
+                             "/FT /Ch /T (b) /Opt [[] [[[(x)]]] 5 << >>] /V [(x)] /NeedAppearances true",
+                             "/FT /Btn /T (c) /AP << /N [1] >> /AS 3 /V 4", "/FT 12 /T (d) /V true"}));
+    for (const char *name : {"a", "b", "c", "d"}) {
+        DMField *field = FieldOf(doc, name);
+        ASSERT_NE(field, nullptr) << name;
+        const DMAnnot annot = TSDMFieldGetDMAnnot(field);
+        TSDMWidgetGetSubType(annot);
+        TSDMAnnotGetRotation(annot);
+        TSDMAnnotRemoveMakerDict(annot);
+        TSDMFieldGetOptionIndex(field, nullptr, nullptr);
+        TSDMFieldReset(field);
+        TSDMFieldSetValue(field, Str(doc, "x"));
+        TSDMFieldSetDefaultValue(field, Str(doc, "x"));
+        TSDMFieldSetFlags(field, 0, 6);
+        TSDMFieldSetFlags(field, 1, 0xFFFFFFFF);
+        TSDMFieldSetType(field, Tx_K);
+        TSDMFieldUpdateAppearance(field);
+    }
+    EXPECT_FALSE(LexDictKnown(doc.At("Tessella/Fields/1"), docID_K));
+    EXPECT_FALSE(TSDMFieldSetValue(nullptr, LexNullObj));
+    EXPECT_FALSE(TSDMFieldReset(nullptr));
+    TSDMFieldUpdateAppearance(nullptr);
+}
+
+} // namespace
