@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "Common/src/miLexType.h"
 #include "Common/src/miUtils.h"
 #include "KernelSupportHFT.h"
 #include "LexHFT.h"
@@ -66,7 +67,7 @@ void EStrSetBytesFromLexObj(EStr *str, LexObj obj) {
 
 void EStrLexDictPut(LexObj dict, KRAtom key, const EStr *str) {
     if (!str || key == KRAtomNull) return;
-    if (LexObjGetType(dict) != LexDict) KRRaise(KRErrNoMemory);
+    if (!IsDict(dict)) KRRaise(KRErrNoMemory);
     const EStrPtr text(EStrCopySetEncoding(str, EStrText));
     LexDictPut(dict, key, LexNewString(LexObjGetDoc(dict), /*indirect*/ false, text->bytes, text->length));
 }
@@ -75,7 +76,7 @@ EStr *EStrLexDictGet(LexObj dict, KRAtom key) {
     EStrPtr str;
     const KRErrorCode code = Protect([&] {
         const LexObj value = LexDictGet(dict, key);
-        if (LexObjGetType(value) == LexString) str.reset(EStrNewFromLexObjImpl(value));
+        if (IsString(value)) str.reset(EStrNewFromLexObjImpl(value));
     });
     return code == KRErrNone ? str.release() : nullptr;
 }

@@ -9,6 +9,7 @@
 #include <map>
 #include <utility>
 
+#include "Common/src/miLexType.h"
 #include "Common/src/miUtils.h"
 #include "CoreHFT.h"
 #include "KRErrors.h"
@@ -37,14 +38,6 @@ struct OwnedBuffer : BufControl {
     OwnedBuffer &operator=(const OwnedBuffer &) = delete;
 };
 
-bool IsDict(LexObj obj) {
-    return LexObjGetType(obj) == LexDict;
-}
-
-bool IsNull(LexObj obj) {
-    return LexObjGetType(obj) == LexNull;
-}
-
 void PutOwnEntry(DMField *field, TSEntry entry, LexObj value) {
     LexDictPut(TSDMFieldGetLexObj(field), Entry_to_Name(entry), value);
     field->entries |= entry;
@@ -65,7 +58,7 @@ LexObj NewOwnDict(DMField *field) {
 /** The look of the string, or the default look, which becomes the form's. */
 void ReadLook(DMField *field, TextAppearance *look) {
     const LexObj string = TSDMFieldGetEntry(field, TSEntryDA);
-    if (LexObjGetType(string) == LexString) {
+    if (IsString(string)) {
         TSLexStringGetTextAppearance(string, look);
         return;
     }
@@ -173,7 +166,7 @@ bool ChangeLook(DMField *field, TextAppearance *look, TextAppearance present) {
 /** Base font of a field's string, without making what is missing; KRAtomNull when it cannot be told. */
 KRAtom BaseFontOfString(DMField *field) {
     const LexObj string = TSDMFieldGetEntry(field, TSEntryDA);
-    if (LexObjGetType(string) != LexString) return KRAtomNull;
+    if (!IsString(string)) return KRAtomNull;
     TextAppearance look;
     if (Protect([&] { TSLexStringGetTextAppearance(string, &look); })) return KRAtomNull;
     if (look.fontResource == KRAtomNull) return KRAtomNull;
@@ -193,7 +186,7 @@ void TSDMFieldGetDefaultTextAppearance(DMField *field, TextAppearance *look) {
     else
         BindMissingFont(field, look);
     const LexObj quadding = TSDMFieldGetEntry(field, TSEntryQ);
-    if (LexObjGetType(quadding) == LexInteger) look->quadding = static_cast<std::uint16_t>(LexIntegerValue(quadding));
+    if (IsInteger(quadding)) look->quadding = static_cast<std::uint16_t>(LexIntegerValue(quadding));
 }
 
 void TSDMFieldSetDefaultTextAppearance(DMField *field, TextAppearance *look) {
@@ -228,7 +221,7 @@ KRAtom TSDMFieldSetDefaultBaseFont(DMField *field, LexObj fontDict) {
 
 void TSDMFieldSetDefaultQuadding(DMField *field, std::uint16_t quadding) {
     const LexObj present = TSDMFieldGetEntry(field, TSEntryQ);
-    if (LexObjGetType(present) == LexInteger && LexIntegerValue(present) == quadding) return;
+    if (IsInteger(present) && LexIntegerValue(present) == quadding) return;
     PutOwnEntry(field, TSEntryQ, LexNewInteger(TSDMFieldGetLexDoc(field), /*indirect*/ false, quadding));
 }
 

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "Common/src/miEStr.h"
+#include "Common/src/miLexType.h"
 #include "Common/src/miUtils.h"
 #include "KernelSupportHFT.h"
 #include "LexHFT.h"
@@ -216,7 +217,7 @@ void GetFitMatrix(const TSFit *fit, const KRFixedRect *dest, const KRFixedRect *
 
 bool CStoreLayoutIconText(CStore *store, const TSFit *fit, KRFixed margin, std::int32_t layout, LexObj icon,
                           const TextAppearance *look, const char *text, bool isDingbat) {
-    const bool hasIcon = LexObjGetType(icon) != LexNull;
+    const bool hasIcon = !IsNull(icon);
     const bool hasText = text && *text && !(CStoreIsUCS2(text) && CStoreUnitAt(text, 2) == 0);
     if (!hasIcon && (!hasText || layout == IconOnly)) return true;
     if (hasIcon && !hasText && layout == CaptionOnly) return true;

@@ -9,6 +9,7 @@
 
 #include <cstring>
 
+#include "Common/src/miLexType.h"
 #include "KernelSupportHFT.h"
 #include "LexHFT.h"
 #include "PIFrame.h"
@@ -174,28 +175,28 @@ void PutBox(LexDoc doc, LexObj dict, const CStore *store) {
 // The form may hold the font under another key than the name that its dictionary gives it.
 LexObj FontOf(LexDoc doc, const TextAppearance *look, LexObj dr) {
     LexObj font = TSLexDictGetOfType(TSLexDictGetOfType(dr, Font_K, LexDict), look->fontResource, LexDict);
-    return LexObjGetType(font) == LexDict ? font : TSLexDocGetFontDict(doc, look->baseFont);
+    return IsDict(font) ? font : TSLexDocGetFontDict(doc, look->baseFont);
 }
 
 void AddFontOf(LexDoc doc, LexObj resources, const TextAppearance *look, LexObj dr) {
     LexObj fonts = TSLexDictGetOfType(resources, Font_K, LexDict);
-    if (LexObjGetType(fonts) == LexDict && LexDictKnown(fonts, look->fontResource)) return;
+    if (IsDict(fonts) && LexDictKnown(fonts, look->fontResource)) return;
     LexObj font = FontOf(doc, look, dr);
-    if (LexObjGetType(font) != LexDict) return;
+    if (!IsDict(font)) return;
     LexDictPut(TSLexDictEnsure(resources, Font_K), look->fontResource, TSLexObjCopy(doc, font, /*shallow*/ true));
 }
 
 // A dictionary of the stream's own, with the form's entries: font programs are shared, not copied into every field.
 LexObj CopyOfFormResources(LexDoc doc, LexObj dr) {
     LexObj resources = LexNewDict(doc, /*indirect*/ false, 4);
-    if (LexObjGetType(dr) == LexDict) TSLexDictPartialCopy(dr, resources, /*sameDocument*/ true);
+    if (IsDict(dr)) TSLexDictPartialCopy(dr, resources, /*sameDocument*/ true);
     return resources;
 }
 
 // The resources move to the new stream rather than being shared by two.
 void PutResources(LexDoc doc, LexObj dict, LexObj oldDict, const TextAppearance *look, LexObj dr) {
     LexObj resources = LexDictGet(oldDict, Resources_K);
-    if (LexObjGetType(resources) == LexDict) {
+    if (IsDict(resources)) {
         LexDictRemove(oldDict, Resources_K);
     } else {
         resources = CopyOfFormResources(doc, dr);

@@ -3,6 +3,7 @@
 #include "appearance/miCStore.h"
 #include "appearance/miCStoreParts.h"
 
+#include "Common/src/miLexType.h"
 #include "Common/src/miUtils.h"
 #include "KernelSupportHFT.h"
 #include "LexHFT.h"
@@ -40,10 +41,9 @@ LexObj NewStreamOfText(LexDoc doc, const CStore *store) {
 // False when the document cannot have the font: an appearance that names a font it lacks shows nothing.
 bool PutFont(LexDoc doc, const CStore *store, LexObj resources, LexObj procSet) {
     LexObj fontDict = TSLexDocGetFontDict(doc, store->metrics.font);
-    if (LexObjGetType(fontDict) != LexDict) return false;
+    if (!IsDict(fontDict)) return false;
     LexObj given = LexDictGet(fontDict, Name_K);
-    const KRAtom name = LexObjGetType(given) == LexName ? LexNameValue(given)
-                                                        : MapBaseFontToNameFont(FontDictGetBaseFontName(fontDict));
+    const KRAtom name = IsName(given) ? LexNameValue(given) : MapBaseFontToNameFont(FontDictGetBaseFontName(fontDict));
     LexDictPut(NewDictUnder(doc, resources, Font_K), name, fontDict);
     LexArrayPut(procSet, 1, NewName(doc, Text_K));
     return true;
@@ -65,7 +65,7 @@ bool PutDictionary(LexDoc doc, const CStore *store, LexObj stream) {
     LexArrayPut(procSet, 0, NewName(doc, PDF_K));
     const bool usesFont = (store->flags & CStoreUsesFont) && store->metrics.font != 0;
     if (usesFont && !PutFont(doc, store, resources, procSet)) return false;
-    if ((store->flags & CStoreUsesXObject) && LexObjGetType(store->xobject) != LexNull)
+    if ((store->flags & CStoreUsesXObject) && !IsNull(store->xobject))
         LexDictPut(NewDictUnder(doc, resources, XObject_K), FRM_K, store->xobject);
     return true;
 }
@@ -116,5 +116,5 @@ LexObj CStoreSave(LexDoc doc, const CStore *store) {
 void CStoreLoad(CStore *store, LexObj stream) {
     CStoreClear(store);
     *store = {};
-    if (LexObjGetType(stream) == LexStream) Protect([&] { LoadText(store, stream); });
+    if (IsStream(stream)) Protect([&] { LoadText(store, stream); });
 }

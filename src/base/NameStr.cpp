@@ -6,6 +6,7 @@
 #include <cstring>
 #include <string>
 
+#include "Common/src/miLexType.h"
 #include "Common/src/miUtils.h"
 #include "DocModelHFT.h"
 #include "KernelSupportHFT.h"
@@ -71,7 +72,7 @@ void Str_to_NameStr(std::uint8_t len, const char *text, NameStr *out) {
 
 void TSLexStr_to_NameStr(LexObj obj, NameStr *out) {
     *out = NameStr{};
-    if (LexObjGetType(obj) != LexString) return;
+    if (!IsString(obj)) return;
     std::int32_t length = 0;
     const char *bytes = LexStringValue(obj, &length);
     Str_to_NameStr(static_cast<std::uint8_t>(length), bytes, out);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "life/DMFieldLife.h"
 
+#include "Common/src/miLexType.h"
 #include "PIFrame.h"
 #include "PIMain.h"
 #include "ScreenViewHFT.h"
@@ -32,7 +33,7 @@ void Subscribe(std::int32_t notification, Proc *proc) {
 /** Brings the display of a field that is due up to its value. */
 void ShowValue(DMField *field) {
     const LexObj value = TSDMFieldGetEntry(field, TSEntryV);
-    if (LexObjGetType(value) != LexNull)
+    if (!IsNull(value))
         TSDMFieldProduceDisplayFromValue(field, value);
     else
         TSDMFieldReset(field);

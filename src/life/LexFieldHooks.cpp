@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "Common/src/miLexType.h"
 #include "DocModelHFT.h"
 #include "PIFrame.h"
 #include "PIMain.h"
@@ -69,7 +70,7 @@ void Deselect(DMDoc doc, DMAnnot annot) {
 
 bool AsksForAppearances(LexObj form) {
     const LexObj need = TSLexDictGetOfType(form, docID_K, LexBoolean);
-    return LexObjGetType(need) == LexBoolean && LexBooleanValue(need);
+    return IsBoolean(need) && LexBooleanValue(need);
 }
 
 /** One widget that came in becomes a field, or goes. */
@@ -110,7 +111,7 @@ void AdoptPages(DMDoc doc, std::int32_t first, std::int32_t count, bool needAppe
             AdoptPage(doc, page, needAppearances);
         });
         const LexObj form = TSDMDocGetTessella(doc);
-        if (LexObjGetType(form) == LexDict) LexDictRemove(form, docID_K);
+        if (IsDict(form)) LexDictRemove(form, docID_K);
         if (page) DMPageRelease(page);
     }
     progress->end(progressData);

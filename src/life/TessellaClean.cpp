@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "Common/src/miLexType.h"
 #include "base/FormStr.h"
 #include "model/DMField.h"
 #include "model/DMFieldValue.h"
@@ -67,7 +68,7 @@ void RemoveOrphans(DMDoc doc) {
 void ClearVolatileValues(LexObj form) {
     const LexObj listed = TSLexDictGetOfType(form, volatile_K, LexArray);
     std::vector<LexObj> fields;
-    if (LexObjGetType(listed) == LexArray) {
+    if (IsArray(listed)) {
         for (std::int32_t i = LexArrayLength(listed); i-- > 0;) fields.push_back(LexArrayGet(listed, i));
     }
     // Clearing a value lists its field anew: in a list of its own, which then goes as well.
@@ -97,10 +98,10 @@ void TSDMDocDestroyForm(DMDoc doc, bool flag) {
     record.doc = doc;
     TessellaBroadcast(TSFormWillDestroy, &record);
     if (TessellaIsValid(form)) TSDMDocEnumAnnots(doc, Widget_K, &deleteField, &flag);
-    if (LexObjGetType(form) != LexDict) return;
+    if (!IsDict(form)) return;
     // An empty array instead of taking the elements out of the old one, which would cost their number squared.
     const LexDoc lexDoc = DMDocGetLexDoc(doc);
-    if (LexObjGetType(LexDictGet(form, formFields_K)) == LexArray)
+    if (IsArray(LexDictGet(form, formFields_K)))
         LexDictPut(form, formFields_K, LexNewArray(lexDoc, /*indirect*/ false, /*sizeHint*/ 0));
     FieldArraysForget(lexDoc);
     LexDictRemove(LexDocGetRoot(lexDoc), spec_K);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "model/DMField.h"
 
+#include "Common/src/miLexType.h"
 #include "PIFrame.h"
 #include "base/FormStr.h"
 #include "base/NameStr.h"
@@ -67,11 +68,11 @@ DMField *TSDMFieldDrillToAnnot(DMField *field) {
 
 DMField *TSDMAnnotGetField(DMAnnot annot) {
     const LexObj dict = DMAnnotGetLexObj(annot);
-    return LexObjGetType(dict) == LexDict && DictIsWidget(dict) ? TSDMFieldFromLexObj(dict) : nullptr;
+    return IsDict(dict) && DictIsWidget(dict) ? TSDMFieldFromLexObj(dict) : nullptr;
 }
 
 DMPage TSDMPageAcquireFromLexObj(LexObj page) {
-    if (LexObjGetType(page) != LexDict || !LexDictKnown(page, Type_K) || !LexObjGetDoc(page)) return nullptr;
+    if (!IsDict(page) || !LexDictKnown(page, Type_K) || !LexObjGetDoc(page)) return nullptr;
     DMPage acquired = nullptr;
     const KRErrorCode code = Protect([&] { acquired = DMPageFromLexObj(page); });
     return code == KRErrNone ? acquired : nullptr;

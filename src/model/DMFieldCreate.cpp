@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "Common/src/miLexType.h"
 #include "PIFrame.h"
 #include "base/FormStr.h"
 #include "model/DMFieldValue.h"
@@ -21,7 +22,7 @@
 namespace {
 
 bool HasParent(LexObj dict) {
-    return LexObjGetType(TSLexDictGetOfType(dict, parent_K, LexDict)) == LexDict;
+    return IsDict(TSLexDictGetOfType(dict, parent_K, LexDict));
 }
 
 LexObj FieldsOf(LexObj dict) {
@@ -169,7 +170,7 @@ bool HasDottedTitle(LexObj dict, std::string_view name) {
 DMField *CreateDMFieldFilter(std::string_view name, LexObj dict) {
     if (HasDottedTitle(dict, name)) return DictIsWidget(dict) ? MoveWidgetIntoTree(dict, name) : nullptr;
     DMField *field = CreateDMField(name, dict);
-    if (field || LexObjGetType(dict) != LexDict) return field;
+    if (field || !IsDict(dict)) return field;
     const bool hasTitle = LexDictKnown(dict, T_K);
     if (!hasTitle && !LexDictKnown(dict, parent_K)) return nullptr;
     field = TSLexObjFindDMField(dict);
@@ -204,18 +205,18 @@ void FlattenInto(LexObj dict, const std::string &prefix, int depth) {
     const LexObj kids = LexDictGet(dict, Kids_K);
     // Taken off first: kids do not inherit it, and a kid that lists its parent again finds no kids there.
     LexDictRemove(dict, Kids_K);
-    if (LexObjGetType(kids) != LexArray || depth > MaxFieldDepth) return;
+    if (!IsArray(kids) || depth > MaxFieldDepth) return;
     LexDictRemove(dict, T_K);
     for (std::int32_t i = LexArrayLength(kids); i-- > 0;) {
         const LexObj kid = LexArrayGet(kids, i);
-        if (LexObjGetType(kid) == LexDict && !LexObjEqual(kid, dict)) ReleaseKid(dict, kid, prefix, depth);
+        if (IsDict(kid) && !LexObjEqual(kid, dict)) ReleaseKid(dict, kid, prefix, depth);
     }
 }
 
 } // namespace
 
 DMField *TSDMFieldFromLexObj(LexObj dict) {
-    if (LexObjGetType(dict) != LexDict || !LexObjIsIndirect(dict)) return nullptr;
+    if (!IsDict(dict) || !LexObjIsIndirect(dict)) return nullptr;
     if (!TSLexDocEditOK(LexObjGetDoc(dict))) return nullptr;
     if (DMField *cached = TSLexObjGetCachedDMField(dict)) return cached;
     if (DMField *known = TSLexObjFindDMField(dict)) return known;
@@ -231,9 +232,9 @@ void PopulateDMField(DMField *field) {
     TSDMFieldUpdateFlags(field);
     TSDMFieldUpdateEntries(field);
     const LexObj type = LexDictGet(field->obj, FT_K);
-    if (LexObjGetType(type) == LexName)
+    if (IsName(type))
         field->type = LexNameValue(type);
-    else if (LexObjGetType(type) == LexNull)
+    else if (IsNull(type))
         field->type = field->parent ? field->parent->type : KRAtomNull;
 }
 
@@ -248,7 +249,7 @@ void DMFieldComplete(DMField *field) {
 }
 
 void TSLexDictRemoveHierarchy(LexObj dict) {
-    if (LexObjGetType(dict) != LexDict) return;
+    if (!IsDict(dict)) return;
     if (!LexDictKnown(dict, T_K)) {
         LexObjDestroy(dict);
         return;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "model/DMField.h"
 
+#include "Common/src/miLexType.h"
 #include "base/FormStr.h"
 #include "model/DMFieldValue.h"
 #include "model/NameHash.h"
@@ -36,15 +37,15 @@ LexObj OffName(const DMField *field) {
     const LexDoc doc = TSDMFieldGetLexDoc(field);
     DocHashControl *control = TSLexDocFindHashHead(doc);
     if (!control) return LexNewName(doc, /*indirect*/ false, Off_K);
-    if (LexObjGetType(control->offName) != LexName) control->offName = LexNewName(doc, /*indirect*/ false, Off_K);
+    if (!IsName(control->offName)) control->offName = LexNewName(doc, /*indirect*/ false, Off_K);
     return control->offName;
 }
 
 LexObj ValueEntry(const DMField *field, std::uint32_t entry) {
     const LexObj value = SharedEntry(field, entry);
-    if (LexObjGetType(value) != LexNull) {
+    if (!IsNull(value)) {
         if (field->type != Sig_K) return value;
-        return LexObjGetType(value) == LexDict && LexDictKnown(value, Contents_K) ? value : LexNullObj;
+        return IsDict(value) && LexDictKnown(value, Contents_K) ? value : LexNullObj;
     }
     const bool hasOff = field->type == Btn_K && !(field->flags[1] & TSFieldPushButton);
     return hasOff ? OffName(field) : LexNullObj;
@@ -56,7 +57,7 @@ LexObj TSDMFieldGetObj(const DMField *field, KRAtom key) {
     if (!TSDMFieldIsValid(field)) return LexNullObj;
     for (const DMField *holder = field; holder; holder = holder->parent) {
         const LexObj value = LexDictGet(holder->obj, key);
-        if (LexObjGetType(value) != LexNull) return value;
+        if (!IsNull(value)) return value;
     }
     return field->firstChild ? LexDictGet(field->firstChild->obj, key) : LexNullObj;
 }

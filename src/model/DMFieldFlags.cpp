@@ -5,6 +5,7 @@
 #include <optional>
 #include <unordered_map>
 
+#include "Common/src/miLexType.h"
 #include "DocModelHFT.h"
 #include "PIFrame.h"
 #include "base/FormStr.h"
@@ -28,7 +29,7 @@ enum Word : std::int32_t { AnnotWord = 0, FieldWord = 1 };
 
 std::optional<std::uint32_t> OwnWord(LexObj dict, KRAtom key) {
     const LexObj word = TSLexDictGetOfType(dict, key, LexInteger);
-    if (LexObjGetType(word) != LexInteger) return std::nullopt;
+    if (!IsInteger(word)) return std::nullopt;
     return static_cast<std::uint32_t>(LexIntegerValue(word));
 }
 
@@ -58,7 +59,7 @@ void UpdateFlagsOfChildren(DMField *field) {
 /** A field's own request for a new appearance. */
 void TakeNeedAppearances(DMField *field) {
     const LexObj need = TSLexDictGetOfType(field->obj, docID_K, LexBoolean);
-    if (LexObjGetType(need) != LexBoolean) return;
+    if (!IsBoolean(need)) return;
     field->state |= DMFieldDisplayDue;
     if (LexBooleanValue(need)) LexDictRemove(field->obj, docID_K);
 }
@@ -138,7 +139,7 @@ LexObj WithoutOff(LexObj value) {
 /** Replaces `*value` by the choice that it names; false when it names none. Null names none and is let through. */
 bool FindChoice(const DMField *field, LexObj *value) {
     const LexObj options = TSDMFieldGetObj(field, options_K);
-    if (LexObjGetType(options) != LexArray) return true;
+    if (!IsArray(options)) return true;
     for (std::int32_t i = LexArrayLength(options) - 1; i >= 0; --i) {
         const LexObj exported = RetrieveOptVal(LexArrayGet(options, i));
         if (!TSLexObjEquivalent(exported, *value)) continue;
@@ -148,15 +149,15 @@ bool FindChoice(const DMField *field, LexObj *value) {
         }
         return true;
     }
-    return LexObjGetType(*value) == LexNull;
+    return IsNull(*value);
 }
 
 void StoreDefault(DMField *field, LexObj old, LexObj value) {
-    if (LexObjGetType(old) != LexNull) DMFieldRemoveEntryFromAll(DMFieldHeadOfName(field), TSEntryDV);
-    if (LexObjGetType(value) == LexNull) return;
+    if (!IsNull(old)) DMFieldRemoveEntryFromAll(DMFieldHeadOfName(field), TSEntryDV);
+    if (IsNull(value)) return;
     DMField *top = DMFieldTopOfName(field);
     const LexObj copy = TSLexObjCopy(LexObjGetDoc(top->obj), value, /*shallow*/ false);
-    if (LexObjGetType(copy) == LexNull) return;
+    if (IsNull(copy)) return;
     LexDictPut(top->obj, default_K, copy);
     DMFieldNoteEntry(top, TSEntryDV);
 }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "model/DMField.h"
 
+#include "Common/src/miLexType.h"
 #include "base/FormStr.h"
 #include "model/NameHash.h"
 #include "objects/LexUtil.h"
@@ -26,7 +27,7 @@ void ForgetTerminal(DMField *field) {
 void LoadKids(DMField *top) {
     DocHashControl *control = TSLexDocGetHashHead(TSDMFieldGetLexDoc(top));
     const LexObj kids = TSLexDictGetOfType(top->obj, Kids_K, LexArray);
-    if (!control || LexObjGetType(kids) != LexArray) return;
+    if (!control || !IsArray(kids)) return;
     const std::int32_t length = LexArrayLength(kids);
     const auto known = control->kidsLoaded.find(top);
     if (known != control->kidsLoaded.end() && known->second == length) return;

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "Common/src/miLexType.h"
 #include "PIFrame.h"
 #include "base/FormStr.h"
 #include "model/DocData.h"
@@ -17,12 +18,12 @@ namespace {
 
 /** Makes the fields of an array and what hangs below. A node is gone through once, however many arrays list it. */
 void ScanDMFieldsInArray(LexObj array, int depth, LexObjSet *scanned) {
-    if (LexObjGetType(array) != LexArray || depth > MaxFieldDepth) return;
+    if (!IsArray(array) || depth > MaxFieldDepth) return;
     for (std::int32_t i = LexArrayLength(array); i-- > 0;) {
         const LexObj element = LexArrayGet(array, i);
-        if (LexObjGetType(element) != LexDict) continue;
+        if (!IsDict(element)) continue;
         const LexObj kids = LexDictGet(element, Kids_K);
-        if (LexObjGetType(kids) == LexNull) {
+        if (IsNull(kids)) {
             TSDMFieldFromLexObj(element);
         } else if (DictIsWidget(element)) {
             LexDictRemove(element, Kids_K);

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "Common/src/miLexType.h"
 #include "DocModelHFT.h"
 #include "base/FormStr.h"
 #include "objects/LexUtil.h"
@@ -27,9 +28,9 @@ struct StateSearch {
 
 /** Looks for the first state whose stream has an `MK`; anything but a stream ends the search. */
 KRBool StopAtMaker(LexObj, LexObj value, void *clientData) {
-    if (LexObjGetType(value) != LexStream) return false;
+    if (!IsStream(value)) return false;
     const LexObj dict = LexStreamDict(value);
-    if (LexObjGetType(DictUnder(dict, MakerDict_K)) != LexDict) return true;
+    if (!IsDict(DictUnder(dict, MakerDict_K))) return true;
     static_cast<StateSearch *>(clientData)->holder = dict;
     return false;
 }
@@ -37,15 +38,15 @@ KRBool StopAtMaker(LexObj, LexObj value, void *clientData) {
 /** The dictionary that has `MK`: the annotation's own, else the one of a normal appearance; null when none has. */
 LexObj HolderOfMaker(DMAnnot annot) {
     const LexObj obj = DMAnnotGetLexObj(annot);
-    if (LexObjGetType(obj) != LexDict) return LexNullObj;
+    if (!IsDict(obj)) return LexNullObj;
     if (LexDictKnown(obj, MakerDict_K)) return obj;
     const LexObj faces = DictUnder(obj, Appearance_K);
-    if (LexObjGetType(faces) != LexDict) return LexNullObj;
+    if (!IsDict(faces)) return LexNullObj;
     const LexObj normal = LexDictGet(faces, FaceNormal_K);
     StateSearch search{LexNullObj};
-    if (LexObjGetType(normal) == LexStream)
+    if (IsStream(normal))
         StopAtMaker(LexNullObj, normal, &search);
-    else if (LexObjGetType(normal) == LexDict)
+    else if (IsDict(normal))
         LexObjEnum(normal, &StopAtMaker, &search);
     return search.holder;
 }
@@ -53,10 +54,10 @@ LexObj HolderOfMaker(DMAnnot annot) {
 /** The angle by which the normal appearance (for states: the one of Off) turns its content. */
 std::int32_t AngleOfAppearance(LexObj annotObj) {
     const LexObj faces = DictUnder(annotObj, Appearance_K);
-    if (LexObjGetType(faces) != LexDict) return 0;
+    if (!IsDict(faces)) return 0;
     LexObj normal = LexDictGet(faces, FaceNormal_K);
-    if (LexObjGetType(normal) == LexDict) normal = LexDictGet(normal, Off_K);
-    if (LexObjGetType(normal) != LexStream || !LexDictKnown(normal, Matrix_K)) return 0;
+    if (IsDict(normal)) normal = LexDictGet(normal, Off_K);
+    if (!IsStream(normal) || !LexDictKnown(normal, Matrix_K)) return 0;
     KRFixedMatrix matrix;
     TSLexGetMatrix(LexStreamDict(normal), Matrix_K, &matrix);
     if (matrix.a != 0) return matrix.a > 0 ? 0 : 180;
@@ -71,7 +72,7 @@ LexObj TSDMAnnotGetMK(DMAnnot annot) {
 
 void TSDMAnnotRemoveMakerDict(DMAnnot annot) {
     const LexObj holder = HolderOfMaker(annot);
-    if (LexObjGetType(holder) == LexDict) LexDictRemove(holder, MakerDict_K);
+    if (IsDict(holder)) LexDictRemove(holder, MakerDict_K);
 }
 
 void TSDMAnnotSetRotation(DMAnnot annot, std::int32_t degrees) {
@@ -79,14 +80,14 @@ void TSDMAnnotSetRotation(DMAnnot annot, std::int32_t degrees) {
     if (angle != 0) {
         const LexObj maker = TSLexDictEnsure(DMAnnotGetLexObj(annot), MakerDict_K);
         TSLexDictStore<LexInteger>(maker, Rot_K, /*indirect*/ false, angle);
-    } else if (const LexObj maker = TSDMAnnotGetMK(annot); LexObjGetType(maker) == LexDict) {
+    } else if (const LexObj maker = TSDMAnnotGetMK(annot); IsDict(maker)) {
         LexDictRemove(maker, Rot_K);
     }
 }
 
 std::int32_t TSDMAnnotGetRotation(DMAnnot annot) {
     const LexObj maker = TSDMAnnotGetMK(annot);
-    if (LexObjGetType(maker) == LexDict) {
+    if (IsDict(maker)) {
         std::int32_t angle = 0;
         TSLexDictLoad<LexInteger>(maker, Rot_K, &angle);
         return Normalized(angle);

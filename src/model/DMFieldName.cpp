@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "Common/src/miEStr.h"
+#include "Common/src/miLexType.h"
 #include "PIFrame.h"
 #include "base/FormStr.h"
 #include "base/NameStr.h"
@@ -114,7 +115,7 @@ private:
 } // namespace
 
 bool FieldTitleText(LexObj title, FieldName *text) {
-    if (LexObjGetType(title) != LexString) return false;
+    if (!IsString(title)) return false;
     std::int32_t length = 0;
     const char *bytes = LexStringValue(title, &length);
     const std::string_view all(bytes, static_cast<std::size_t>(length));
@@ -126,12 +127,12 @@ bool FieldTitleText(LexObj title, FieldName *text) {
 }
 
 bool FormFieldNameAcquire(LexObj dict, FieldName *name) {
-    if (LexObjGetType(dict) != LexDict) return false;
+    if (!IsDict(dict)) return false;
     NameFromEnd full;
     FieldName title;
     for (int depth = 0; depth <= MaxFieldDepth; ++depth) {
         const LexObj parent = TSLexDictGetOfType(dict, parent_K, LexDict);
-        const bool isRoot = LexObjGetType(parent) != LexDict;
+        const bool isRoot = !IsDict(parent);
         if (isRoot || LexDictKnown(dict, T_K)) {
             if (!FieldTitleText(LexDictGet(dict, T_K), &title)) return false;
             const std::string_view text(title.text, title.length);

@@ -3,6 +3,7 @@
 #include "model/DMFieldValue.h"
 
 #include "Common/src/miEStr.h"
+#include "Common/src/miLexType.h"
 #include "PIFrame.h"
 #include "base/FormStr.h"
 #include "model/DMField.h"
@@ -14,10 +15,6 @@
 #include "objects/Tessella.h"
 
 namespace {
-
-bool IsNull(LexObj obj) {
-    return LexObjGetType(obj) == LexNull;
-}
 
 /** Some widget from `first` on has this on-state. */
 bool SomeWidgetHasState(const DMField *first, KRAtom state) {
@@ -34,7 +31,7 @@ LexObj ObjectOfText(const DMField *work, LexObj given, EStr *text, bool rewritte
         return LexNewName(doc, /*indirect*/ false, KRAtomFromString(EStrGetBytes(text)));
     }
     std::int32_t length = 0;
-    const char *bytes = LexObjGetType(given) == LexString ? LexStringValue(given, &length) : nullptr;
+    const char *bytes = IsString(given) ? LexStringValue(given, &length) : nullptr;
     // An EStr cuts what is longer; a value that nobody rewrote is stored whole.
     if (bytes && length > EStrMaxLength && !rewritten) return LexNewString(doc, /*indirect*/ false, bytes, length);
     const std::int32_t encoding = EStrGetEncoding(text);
@@ -95,7 +92,7 @@ bool ChangeValue(DMField *work, LexObj old, LexObj value, bool due) {
 /** The choices of a field; the null object when it has no array of them. */
 LexObj OptionsOf(const DMField *field) {
     const LexObj options = TSDMFieldGetObj(field, options_K);
-    return LexObjGetType(options) == LexArray ? options : LexNullObj;
+    return IsArray(options) ? options : LexNullObj;
 }
 
 } // namespace
@@ -149,7 +146,7 @@ void TSDMFieldMarkVolatile(DMField *field) {
 }
 
 LexObj RetrieveOptVal(LexObj element) {
-    if (LexObjGetType(element) != LexArray) return element;
+    if (!IsArray(element)) return element;
     const LexObj exported = LexArrayGet(element, 0);
     return IsNull(exported) ? LexArrayGet(element, 1) : exported;
 }
@@ -187,7 +184,7 @@ std::int32_t TSDMFieldSetOptions(DMField *field, LexObj options) {
     if (!TSDMFieldIsValidCheckType(field)) return 1;
     const bool ofGroup = !field->firstChild && field->parent && field->parent->name == field->name;
     DMField *holder = ofGroup ? field->parent : field;
-    if (LexObjGetType(options) == LexArray && LexArrayLength(options) > 0)
+    if (IsArray(options) && LexArrayLength(options) > 0)
         LexDictPut(holder->obj, options_K, options);
     else
         LexDictRemove(holder->obj, options_K);

@@ -3,6 +3,7 @@
 #include "model/DMFieldValue.h"
 
 #include "Common/src/miEStr.h"
+#include "Common/src/miLexType.h"
 #include "PIFrame.h"
 #include "base/FormStr.h"
 #include "model/DMField.h"
@@ -19,13 +20,13 @@ constexpr std::uint32_t s_annotHidden = 0x2;
 /** What is shown for a value: the text of the option with this export value, the value itself for any other. */
 LexObj ShownValue(const DMField *field, LexObj value) {
     const LexObj options = TSDMFieldGetObj(field, options_K);
-    if (LexObjGetType(options) != LexArray) return value;
+    if (!IsArray(options)) return value;
     for (std::int32_t i = LexArrayLength(options) - 1; i >= 0; --i) {
         const LexObj element = LexArrayGet(options, i);
         if (!TSLexObjEquivalent(RetrieveOptVal(element), value)) continue;
-        if (LexObjGetType(element) != LexArray) return value;
+        if (!IsArray(element)) return value;
         const LexObj text = LexArrayGet(element, 1);
-        return LexObjGetType(text) == LexNull ? value : text;
+        return IsNull(text) ? value : text;
     }
     return value;
 }
@@ -71,7 +72,7 @@ void TSDMFieldProduceDisplayFromValue(DMField *field, LexObj value) {
     value = ShownValue(field, value);
     const KRAtom state = LexNameOrNull(value);
     const DMAnnot annot = TSDMFieldGetDMAnnot(field);
-    if (!due && state != KRAtomNull && LexObjGetType(TSDMAnnotGetAppearance(annot, FaceNormal_K, state)) == LexStream) {
+    if (!due && state != KRAtomNull && IsStream(TSDMAnnotGetAppearance(annot, FaceNormal_K, state))) {
         TSDMAnnotSetState(annot, state);
         return;
     }

@@ -2,13 +2,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Common/src/miLexType.h"
 #include "LexHFT.h"
 #include "base/FormStr.h"
 #include "model/DMField.h"
 
 /** The atom of a name object; KRAtomNull for any other. */
 inline KRAtom LexNameOrNull(LexObj obj) {
-    return LexObjGetType(obj) == LexName ? LexNameValue(obj) : KRAtomNull;
+    return IsName(obj) ? LexNameValue(obj) : KRAtomNull;
 }
 
 /** The record still belongs to this dictionary: observers may have undefined it, or closed the document. */

@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "Common/src/miLexType.h"
 #include "ScreenViewHFT.h"
 #include "model/miCalc.h"
 
@@ -15,7 +16,7 @@ namespace {
 TJSDocData *s_root = nullptr;
 
 bool IsStale(const TJSDocData *data) {
-    return !LexObjEqual(data->catalog, LexNullObj) && LexObjGetType(data->catalog) == LexNull;
+    return !LexObjEqual(data->catalog, LexNullObj) && IsNull(data->catalog);
 }
 
 void FreeData(TJSDocData *data) {

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 
+#include "Common/src/miLexType.h"
 #include "PIFrame.h"
 #include "model/DMField.h"
 #include "model/NameHash.h"
@@ -22,10 +23,6 @@ constexpr std::int32_t IndexedLength = 64;
 constexpr std::size_t IndexedArrays = 8;
 /** From this many elements on, removing them one by one costs more than writing the array anew. */
 constexpr std::size_t RewriteFrom = 8;
-
-bool IsArray(LexObj obj) {
-    return LexObjGetType(obj) == LexArray;
-}
 
 FieldArrayMembers::Member *FindMember(FieldArrayMembers &index, LexObj obj) {
     const auto [first, last] = index.members.equal_range(LexObjGetID(obj));
@@ -54,7 +51,7 @@ bool HasName(LexObj dict, std::string_view wanted) {
 
 /** Enters an element as the last of its name. */
 void NoteName(FieldArrayNames &names, LexObj obj) {
-    if (LexObjGetType(obj) != LexDict) return;
+    if (!IsDict(obj)) return;
     const FieldArrayNames::Element element{obj, names.nextSequence++};
     FieldName name;
     if (!NameOfElement(obj, &name)) {

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Common/src/miLexType.h"
 #include "DocModelHFT.h"
 #include "PIFrame.h"
 #include "base/FormStr.h"
@@ -125,7 +126,7 @@ DMField *PlaceLeaf(Path *path, LexObj dict, const std::string &part) {
         return PlaceBeside(found, dict);
     if (!StillThere(*path)) return nullptr;
     // Neither a widget's own field nor a group of widgets may have fields below it.
-    const bool hasKids = LexObjGetType(siblings) == LexArray;
+    const bool hasKids = IsArray(siblings);
     if (path->at && !hasKids && TSDMFieldIsAnnot(path->at)) return nullptr;
     if (path->at && path->at->firstChild && TSDMFieldIsTerminal(path->at)) return nullptr;
     return PlaceBelow(*path, dict, title);
@@ -170,7 +171,7 @@ void PutTitle(LexObj dict, LexObj title) {
     const DMAnnot annot = isAnnot ? DMAnnotFromLexObj(dict) : DMAnnot{0, 0};
     if (isAnnot) DMAnnotNotifyWillChange(annot, T_K);
     const KRErrorCode code = Protect([&] {
-        if (LexObjGetType(title) != LexNull)
+        if (!IsNull(title))
             LexDictPut(dict, T_K, title);
         else if (LexDictKnown(dict, T_K))
             LexDictRemove(dict, T_K);
@@ -181,7 +182,7 @@ void PutTitle(LexObj dict, LexObj title) {
 
 /** Makes a wiped record the field of its dictionary again; null when that has no parent to hang under. */
 DMField *Rebuild(DMField *record) {
-    const bool hasParent = LexObjGetType(TSLexDictGetOfType(record->obj, parent_K, LexDict)) == LexDict;
+    const bool hasParent = IsDict(TSLexDictGetOfType(record->obj, parent_K, LexDict));
     bool linked = true;
     const LexObj dict = record->obj;
     const KRErrorCode code = Protect([&] {
@@ -208,7 +209,7 @@ void DropWhatParentHas(DMField *field) {
     }
     if (LexNameOrNull(LexDictGet(field->obj, FT_K)) == parent->type) LexDictRemove(field->obj, FT_K);
     const LexObj flags = TSLexDictGetOfType(field->obj, flagsF_K, LexInteger);
-    if (LexObjGetType(flags) == LexInteger && static_cast<std::uint32_t>(LexIntegerValue(flags)) == parent->flags[1])
+    if (IsInteger(flags) && static_cast<std::uint32_t>(LexIntegerValue(flags)) == parent->flags[1])
         LexDictRemove(field->obj, flagsF_K);
     TSLexArrayEnsure(parent->obj, Kids_K, /*indirect*/ false);
     if (TSDMFieldIsAnnot(field) && parent->flags[0] != 0)
@@ -227,7 +228,7 @@ LexObj FullNameArrayObj(LexDoc doc, const char *name) {
 }
 
 DMField *TSLexDictDefineField(LexObj dict, const char *fullName) {
-    if (LexObjGetType(dict) != LexDict || !LexObjIsIndirect(dict) || !fullName) return nullptr;
+    if (!IsDict(dict) || !LexObjIsIndirect(dict) || !fullName) return nullptr;
     const std::string name(WithoutTrailingDots(fullName));
     // A node cannot go elsewhere by itself: the fields below it would lose their names.
     const DMField *own = TSLexObjFindDMField(dict);
@@ -251,11 +252,11 @@ DMField *TSDMAnnotDefineField(DMAnnot annot, const char *name) {
 }
 
 DMField *TSLexDictSetTitleGetField(LexObj dict, LexObj title) {
-    if (LexObjGetType(dict) != LexDict || !TessellaIsValid(TSLexObjGetTessella(dict))) return nullptr;
+    if (!IsDict(dict) || !TessellaIsValid(TSLexObjGetTessella(dict))) return nullptr;
     if (LexDictKnown(dict, Subtype_K) && LexNameOrNull(LexDictGet(dict, Subtype_K)) != Widget_K) return nullptr;
     DMField *field = EnsureNoDMFieldForDict(dict, /*wipe*/ true);
     PutTitle(dict, title);
-    if (LexObjGetType(title) == LexNull && !LexDictKnown(dict, parent_K)) return nullptr;
+    if (IsNull(title) && !LexDictKnown(dict, parent_K)) return nullptr;
     field = field ? Rebuild(field) : TSDMFieldFromLexObj(dict);
     if (!TSDMFieldIsValidCheckType(field)) return field;
     if (field->parent) {

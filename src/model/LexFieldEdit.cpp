@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "model/LexField.h"
 
+#include "Common/src/miLexType.h"
 #include "DocModelHFT.h"
 #include "PIFrame.h"
 #include "base/FormStr.h"
@@ -23,7 +24,7 @@ namespace {
 /** The array that lists a dictionary: its parent's `Kids`, or `Fields`. */
 LexObj ListOf(LexObj dict) {
     const LexObj parent = TSLexDictGetOfType(dict, parent_K, LexDict);
-    if (LexObjGetType(parent) == LexDict) return TSLexDictGetOfType(parent, Kids_K, LexArray);
+    if (IsDict(parent)) return TSLexDictGetOfType(parent, Kids_K, LexArray);
     return TSLexDictGetOfType(TSLexObjGetTessella(dict), formFields_K, LexArray);
 }
 
@@ -64,11 +65,11 @@ void HoldKey(LexObj dict, KRAtom key) {
 }
 
 void RemoveHeldKey(LexObj dict, KRAtom key) {
-    if (LexObjGetType(LexDictGet(dict, key)) == LexBoolean) LexDictRemove(dict, key);
+    if (IsBoolean(LexDictGet(dict, key))) LexDictRemove(dict, key);
 }
 
 void PutMakerCopy(const FieldCopy &copy) {
-    if (LexObjGetType(copy.maker) == LexNull)
+    if (IsNull(copy.maker))
         LexDictRemove(copy.target, MakerDict_K);
     else
         LexDictPut(copy.target, MakerDict_K, TSLexObjCopy(copy.doc, copy.maker, /*shallow*/ false));
@@ -78,7 +79,7 @@ void PutMakerCopy(const FieldCopy &copy) {
 void PrepareLook(const FieldCopy &copy) {
     if (!copy.fresh) {
         TSLexObjCopyEntry(copy.sourceObj, copy.target, Appearance_K, TSLexCopyEntryByKind);
-        if (LexObjGetType(copy.maker) != LexNull) PutMakerCopy(copy);
+        if (!IsNull(copy.maker)) PutMakerCopy(copy);
         return;
     }
     if (TSDMFieldIsAnnot(copy.source)) {
@@ -95,7 +96,7 @@ void PrepareLook(const FieldCopy &copy) {
 void CopyInherited(const FieldCopy &copy) {
     HoldKey(copy.target, Kids_K);
     LexObj ancestor = TSLexDictGetOfType(copy.sourceObj, parent_K, LexDict);
-    for (int depth = 0; LexObjGetType(ancestor) == LexDict && depth < MaxFieldDepth; ++depth) {
+    for (int depth = 0; IsDict(ancestor) && depth < MaxFieldDepth; ++depth) {
         TSLexDictPartialCopy(ancestor, copy.target, /*sameDocument*/ false);
         ancestor = TSLexDictGetOfType(ancestor, parent_K, LexDict);
     }
@@ -182,7 +183,7 @@ void TSDMAnnotRemoveField(DMAnnot annot, DMPage, bool, bool keepValue) {
 }
 
 DMField *TSLexDictCopyField(LexObj target, DMField *source, const char *name, bool fresh, bool noActions) {
-    if (LexObjGetType(target) != LexDict || !LexObjIsIndirect(target)) return nullptr;
+    if (!IsDict(target) || !LexObjIsIndirect(target)) return nullptr;
     if (!TSDMFieldIsValidCheckType(source) || source->firstChild) return nullptr;
     FieldCopy copy{target, LexObjGetDoc(target), source, source->obj, false, fresh, noActions};
     copy.sameDocument = copy.doc == LexObjGetDoc(copy.sourceObj);
@@ -210,6 +211,6 @@ void TSLexDictReplaceIndirects(LexObj dict) {
         const LexObj value = LexDictGet(dict, key);
         if (key == parent_K || !LexObjIsIndirect(value)) continue;
         const LexObj copy = TSLexObjCopyWithPredicate(doc, value, &CopyShallowQuery, nullptr);
-        if (LexObjGetType(copy) != LexNull) LexDictPut(dict, key, copy);
+        if (!IsNull(copy)) LexDictPut(dict, key, copy);
     }
 }

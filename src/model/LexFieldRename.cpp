@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "Common/src/miEStr.h"
+#include "Common/src/miLexType.h"
 #include "DocModelHFT.h"
 #include "PIFrame.h"
 #include "base/FormStr.h"
@@ -72,7 +73,7 @@ std::int32_t LeaveCalcOrder(DMField *field) {
 }
 
 void RestoreEntry(DMField *field, TSEntry entry, LexObj value) {
-    if ((field->entries & entry) || LexObjGetType(value) == LexNull) return;
+    if ((field->entries & entry) || IsNull(value)) return;
     LexDictPut(field->obj, Entry_to_Name(entry), TSLexObjCopy(LexObjGetDoc(field->obj), value, /*shallow*/ false));
     DMFieldNoteEntry(field, entry);
 }
@@ -84,8 +85,7 @@ void Unpack(DMField *field, const Luggage &luggage) {
     if (!DMFieldIsAlive(field, luggage.dict)) return;
     TSDMFieldSetFlags(field, /*which*/ 1, luggage.flags[1]);
     for (std::size_t i = 0; i < s_eventCount; ++i)
-        if (LexObjGetType(DMActionGetLexObj(luggage.actions[i])) != LexNull)
-            TSDMFieldSetAction(field, Events()[i], luggage.actions[i]);
+        if (!IsNull(DMActionGetLexObj(luggage.actions[i]))) TSDMFieldSetAction(field, Events()[i], luggage.actions[i]);
     RestoreEntry(field, TSEntryOH, luggage.origHeight);
     RestoreEntry(field, TSEntryQ, luggage.quadding);
     RestoreEntry(field, TSEntryDA, luggage.textApp);

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <unordered_set>
 
+#include "Common/src/miLexType.h"
 #include "PIFrame.h"
 #include "base/FormStr.h"
 #include "model/DMField.h"
@@ -37,18 +38,18 @@ public:
 
     /** True when the search is over; `*field` is then the result. `place` is what holds the array. */
     bool In(LexObj array, LexObj place, int depth, DMField **field) {
-        if (depth > MaxFieldDepth || LexObjGetType(array) != LexArray) return false;
+        if (depth > MaxFieldDepth || !IsArray(array)) return false;
         for (std::int32_t i = LexArrayLength(array) - 1; i >= 0; --i) {
             const LexObj element = LexArrayGet(array, i);
-            if (LexObjGetType(element) != LexDict) continue;
+            if (!IsDict(element)) continue;
             const LexObj own = LexDictGet(element, T_K);
-            if (LexObjGetType(own) == LexString) {
+            if (IsString(own)) {
                 if (!SameTitle(own, title_) || !Counts(element, place)) continue;
                 *field = TSDMFieldFromLexObj(element);
                 return true;
             }
             const LexObj kids = TSLexDictGetOfType(element, Kids_K, LexArray);
-            const bool enters = LexObjGetType(kids) == LexArray && entered_.insert(kids.node).second;
+            const bool enters = IsArray(kids) && entered_.insert(kids.node).second;
             if (enters && In(kids, element, depth + 1, field)) return true;
         }
         return false;
@@ -73,17 +74,16 @@ KRBool TakeKey(LexObj key, LexObj, void *clientData) {
 
 DMField *TSDMFieldInHierarchyFromName(LexObj array, LexObj title) {
     DMField *field = nullptr;
-    if (LexObjGetType(title) == LexString)
-        TitleSearch(title, /*trueSiblings*/ false).In(array, LexNullObj, /*depth*/ 0, &field);
+    if (IsString(title)) TitleSearch(title, /*trueSiblings*/ false).In(array, LexNullObj, /*depth*/ 0, &field);
     return field;
 }
 
 DMField *FieldSiblingFind(DMDoc doc, DMField *at, LexObj array, LexObj title, const std::string &fullName) {
-    if (LexObjGetType(array) != LexArray) return nullptr;
+    if (!IsArray(array)) return nullptr;
     if (LexArrayLength(array) >= s_longArray) {
         LexObj last = LexNullObj;
         const KRErrorCode code = Protect([&] { last = FieldArrayLastNamed(array, fullName); });
-        if (LexObjGetType(last) == LexDict && SameTitle(LexDictGet(last, T_K), title)) return TSDMFieldFromLexObj(last);
+        if (IsDict(last) && SameTitle(LexDictGet(last, T_K), title)) return TSDMFieldFromLexObj(last);
         // What is deeper down, below elements without a title, has a record under this name if it is a field.
         if (code == KRErrNone && !TSDMDocGetDMFieldFromName(doc, fullName.c_str())) return nullptr;
     }

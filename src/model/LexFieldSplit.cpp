@@ -3,6 +3,7 @@
 #include "model/LexField.h"
 
 #include "Common/src/miEStr.h"
+#include "Common/src/miLexType.h"
 #include "PIFrame.h"
 #include "base/FormStr.h"
 #include "model/DMField.h"
@@ -30,23 +31,23 @@ void MoveText(LexObj old, LexObj dict, LexObj top, KRAtom key) {
 
 void RemoveEmptyEvents(LexObj dict) {
     const LexObj events = TSLexDictGetOfType(dict, AA_K, LexDict);
-    if (LexObjGetType(events) == LexDict && TSLexDictGetLen(events) == 0) LexDictRemove(dict, AA_K);
+    if (IsDict(events) && TSLexDictGetLen(events) == 0) LexDictRemove(dict, AA_K);
 }
 
 /** The events of the value go to the top, which thereby rules over the newcomer's. */
 void MoveValueEvents(LexObj old, LexObj dict, LexObj top) {
     const LexObj events = TSLexDictGetOfType(old, AA_K, LexDict);
-    if (LexObjGetType(events) == LexNull) return;
+    if (IsNull(events)) return;
     const LexObj others = TSLexDictGetOfType(dict, AA_K, LexDict);
     LexObj moved = LexNullObj;
     for (const KRAtom key : {Format_K, Keystroke_K, Validate_K, Calculate_K}) {
         if (!LexDictKnown(events, key)) continue;
-        if (LexObjGetType(moved) == LexNull) {
+        if (IsNull(moved)) {
             moved = LexNewDict(LexObjGetDoc(old), /*indirect*/ true, 10);
             LexDictPut(top, AA_K, moved);
         }
         MoveKey(events, moved, key);
-        if (LexObjGetType(others) == LexDict) LexDictRemove(others, key);
+        if (IsDict(others)) LexDictRemove(others, key);
     }
     RemoveEmptyEvents(old);
     RemoveEmptyEvents(dict);
@@ -73,7 +74,7 @@ void TakePlace(DMField *field, LexObj dict, LexObj top) {
     const LexObj old = field->obj;
     const LexObj parent = TSLexDictGetOfType(old, parent_K, LexDict);
     LexObj siblings = TSLexDictGetOfType(TSLexObjGetTessella(old), formFields_K, LexArray);
-    if (LexObjGetType(parent) == LexDict) {
+    if (IsDict(parent)) {
         DMFieldUnlinkChild(field);
         LexDictPut(top, parent_K, parent);
         siblings = TSLexDictGetOfType(parent, Kids_K, LexArray);

@@ -9,6 +9,7 @@
 #include <string>
 #include <utility>
 
+#include "Common/src/miLexType.h"
 #include "PIFrame.h"
 #include "base/FormStr.h"
 #include "objects/LexUtil.h"
@@ -24,7 +25,7 @@ std::string_view NameOf(const NameEntry *entry) {
 
 /** The document's object store is gone, and its handle may stand for another by now. */
 bool IsStale(const DocHashControl *control) {
-    return !LexObjEqual(control->catalog, LexNullObj) && LexObjGetType(control->catalog) == LexNull;
+    return !LexObjEqual(control->catalog, LexNullObj) && IsNull(control->catalog);
 }
 
 void FreeEntry(NameEntry *entry) {
@@ -263,7 +264,7 @@ FieldRemoval::~FieldRemoval() {
 }
 
 void FieldRemoval::Undefine(DMField *field) {
-    if (!field || LexObjGetType(field->obj) != LexDict || !LexObjIsIndirect(field->obj)) return;
+    if (!field || !IsDict(field->obj) || !LexObjIsIndirect(field->obj)) return;
     DocHashControl *control = TSLexDocGetHashHead(LexObjGetDoc(field->obj));
     if (!control) return;
     LeaveNames(control, field, &kept_);
@@ -297,7 +298,7 @@ void FieldRemoval::NoteLeaving(LexObj owner, KRAtom key, LexObj dict) {
 
 void FieldRemoval::LeaveArray(const Leaving &leaving) {
     const LexObj array = TSLexDictGetOfType(leaving.owner, leaving.key, LexArray);
-    if (LexObjGetType(array) != LexArray) return;
+    if (!IsArray(array)) return;
     FieldArrayRemoveAll(leaving.owner, leaving.key, leaving.dicts);
     if (leaving.key != Kids_K || LexArrayLength(LexDictGet(leaving.owner, Kids_K)) > 0) return;
     LexDictRemove(leaving.owner, Kids_K);

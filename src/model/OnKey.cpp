@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "model/OnKey.h"
 
+#include "Common/src/miLexType.h"
 #include "Common/unix/mdMessages.h"
 #include "CoreHFT.h"
 #include "DocModelHFT.h"
@@ -26,13 +27,13 @@ KRAtom WButtonGetOnKeyEx(DMAnnot annot) {
     const LexObj faces = TSLexDictGetOfType(DMAnnotGetLexObj(annot), Appearance_K, LexDict);
     const LexObj states = TSLexDictGetOfType(faces, FaceNormal_K, LexDict);
     KRAtom key = KRAtomNull;
-    if (LexObjGetType(states) == LexDict) LexObjEnum(states, &TakeFirstOnKey, &key);
+    if (IsDict(states)) LexObjEnum(states, &TakeFirstOnKey, &key);
     return key;
 }
 
 KRAtom WButtonGetOnKey(DMAnnot annot) {
     const LexObj kept = TSLexDictGetOfType(DMAnnotGetLexObj(annot), TempOn_K, LexName);
-    if (LexObjGetType(kept) == LexName) return LexNameValue(kept);
+    if (IsName(kept)) return LexNameValue(kept);
     const KRAtom key = WButtonGetOnKeyEx(annot);
     if (key != KRAtomNull) return key;
     char text[64] = "";
@@ -46,7 +47,7 @@ void WButtonSetOnKey(DMAnnot annot, KRAtom key) {
 
 void WButtonCleanUpKeys(DMAnnot annot) {
     const LexObj obj = DMAnnotGetLexObj(annot);
-    if (LexObjGetType(obj) == LexDict) LexDictRemove(obj, TempOn_K);
+    if (IsDict(obj)) LexDictRemove(obj, TempOn_K);
 }
 
 KRAtom WButtonGetOffKey() {

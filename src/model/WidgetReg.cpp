@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "Common/src/miLexType.h"
 #include "DocModelHFT.h"
 #include "KernelSupportHFT.h"
 #include "PIFrame.h"
@@ -31,10 +32,10 @@ KRAtom SubTypeOfButton(std::uint32_t flags) {
 /** The type of a widget that is no field: what its dictionaries say. */
 KRAtom SubTypeWithoutField(LexObj obj) {
     const LexObj type = TSLexObjInheritedValue(obj, FT_K);
-    if (LexObjGetType(type) != LexName) return KRAtomNull;
+    if (!IsName(type)) return KRAtomNull;
     if (LexNameValue(type) != Btn_K) return LexNameValue(type);
     const LexObj flags = TSLexObjInheritedValue(obj, flagsF_K);
-    const bool push = LexObjGetType(flags) == LexInteger && (LexIntegerValue(flags) & TSFieldPushButton) != 0;
+    const bool push = IsInteger(flags) && (LexIntegerValue(flags) & TSFieldPushButton) != 0;
     return push ? Button_K : Btn_K;
 }
 

@@ -3,6 +3,7 @@
 #include "model/miAction.h"
 
 #include "Common/src/miEStr.h"
+#include "Common/src/miLexType.h"
 #include "DocModelHFT.h"
 #include "KernelSupportHFT.h"
 #include "PIFrame.h"
@@ -85,7 +86,7 @@ DMAction TSLexObjGetAction(LexObj obj, KRAtom key, bool isAnnot) {
     DMAction action{0, 0};
     const KRErrorCode code = Protect([&] {
         const LexObj found = FindAction(obj, key, isAnnot);
-        if (LexObjGetType(found) != LexNull) action = DMActionFromLexObj(found);
+        if (!IsNull(found)) action = DMActionFromLexObj(found);
     });
     return code == KRErrNone ? action : DMAction{0, 0};
 }
@@ -139,7 +140,7 @@ DMAction TSDMFieldGetAction(DMField *field, KRAtom key) {
     DMAction action{0, 0};
     for (DMField *at = field; at; at = at->parent) {
         action = TSLexObjGetAction(TSDMFieldGetLexObj(at), key, /*isAnnot*/ false);
-        if (!IsFieldEvent(key) || LexObjGetType(DMActionGetLexObj(action)) != LexNull) break;
+        if (!IsFieldEvent(key) || !IsNull(DMActionGetLexObj(action))) break;
     }
     return action;
 }
@@ -156,7 +157,7 @@ bool TSDMActionGetJavaScript(DMAction action, EStr *text) {
     bool isDict = false;
     const KRErrorCode code = Protect([&] {
         const LexObj dict = DMActionGetLexObj(action);
-        isDict = LexObjGetType(dict) == LexDict;
+        isDict = IsDict(dict);
         if (!isDict || !LexDictKnown(dict, JS_K)) return;
         EStrSetBytesFromLexObj(text, LexDictGet(dict, JS_K));
         EStrSetEncoding(text, EStrHost);
@@ -167,7 +168,7 @@ bool TSDMActionGetJavaScript(DMAction action, EStr *text) {
 void TSDMActionSetJavaScript(DMAction action, EStr *text) {
     const EStrPtr present(EStrNewImpl(nullptr, EStrHost));
     const LexObj dict = DMActionGetLexObj(action);
-    if (LexObjGetType(dict) != LexDict) return;
+    if (!IsDict(dict)) return;
     TSDMActionGetJavaScript(action, present.get());
     if (EStrCmp(present.get(), text) == 0) return;
     const KRErrorCode code = Protect([&] {

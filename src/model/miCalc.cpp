@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "Common/src/miLexType.h"
 #include "PIFrame.h"
 #include "base/FormStr.h"
 #include "model/DMField.h"
@@ -133,7 +134,7 @@ void TSDMDocGetCalcArray(DMDoc doc, TSCalcArray *array) {
     if (!doc) return;
     Protect([&] {
         const LexObj order = CalcOrderOf(doc);
-        if (LexObjGetType(order) != LexArray) return;
+        if (!IsArray(order)) return;
         for (std::int32_t i = 0, length = LexArrayLength(order); i < length; ++i)
             TSCalcArrayInsertEntry(array, TSCalcArrayEnd, TSDMFieldFromLexObj(LexArrayGet(order, i)));
     });
@@ -146,7 +147,7 @@ void TSDMDocSetCalcArray(DMDoc doc, const TSCalcArray *array) {
     const std::int32_t count = TSCalcArrayGetNumEntries(array);
     if (count == 0) {
         const LexObj form = TSLexDictGetOfType(root, spec_K, LexDict);
-        if (LexObjGetType(form) == LexDict && LexDictKnown(form, CalcOrder_K)) LexDictRemove(form, CalcOrder_K);
+        if (IsDict(form) && LexDictKnown(form, CalcOrder_K)) LexDictRemove(form, CalcOrder_K);
         return;
     }
     const LexObj form = TSLexDictEnsureEx(root, spec_K, /*indirect*/ true);
@@ -168,7 +169,7 @@ TSCalcArray *TJSGetCalcArray(DMDoc doc) {
 
 bool TJSCalcFieldsListAdd(DMDoc doc, DMField *field) {
     const bool compiled = gDocSeams.hasCalculateScript && gDocSeams.hasCalculateScript(field);
-    if (!compiled && LexObjGetType(DMActionGetLexObj(TSDMFieldGetAction(field, Calculate_K))) == LexNull) return false;
+    if (!compiled && IsNull(DMActionGetLexObj(TSDMFieldGetAction(field, Calculate_K)))) return false;
     TSCalcArray *array = TJSGetCalcArray(doc);
     const char *name = TSDMFieldGetName(field);
     if (!array || !name) return false;

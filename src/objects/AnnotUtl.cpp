@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "objects/AnnotUtl.h"
 
+#include "Common/src/miLexType.h"
 #include "PIFrame.h"
 #include "base/FormStr.h"
 #include "objects/LexUtil.h"
@@ -24,7 +25,7 @@ LexObj AppearanceDict(DMAnnot annot) {
 /** A face's stream or dictionary of states. */
 LexObj Face(DMAnnot annot, KRAtom mode) {
     const LexObj appearance = AppearanceDict(annot);
-    if (LexObjGetType(appearance) != LexDict) return LexNullObj;
+    if (!IsDict(appearance)) return LexNullObj;
     const LexObj face = LexDictGet(appearance, mode);
     return TSLexObjIsDictLike(face) ? face : LexNullObj;
 }
@@ -37,13 +38,13 @@ void PutAppearance(DMAnnot annot, KRAtom mode, KRAtom state, LexObj appearance) 
 
 void RemoveAppearance(DMAnnot annot, KRAtom mode, KRAtom state) {
     const LexObj appearance = AppearanceDict(annot);
-    if (LexObjGetType(appearance) != LexDict) return;
+    if (!IsDict(appearance)) return;
     if (state == KRAtomNull) {
         LexDictRemove(appearance, mode);
         return;
     }
     const LexObj states = TSLexDictGetOfType(appearance, mode, LexDict);
-    if (LexObjGetType(states) == LexDict) LexDictRemove(states, state);
+    if (IsDict(states)) LexDictRemove(states, state);
 }
 
 struct PageHolder {
@@ -86,16 +87,16 @@ bool TSDMAnnotHasAppearance(DMAnnot annot, KRAtom mode, KRAtom state) {
     if (!TSLexObjIsDictLike(dict) || !LexDictKnown(dict, Appearance_K)) return false;
     if (mode == KRAtomNull) return true;
     const LexObj appearance = AppearanceDict(annot);
-    if (LexObjGetType(appearance) != LexDict || !LexDictKnown(appearance, mode)) return false;
+    if (!IsDict(appearance) || !LexDictKnown(appearance, mode)) return false;
     if (state == KRAtomNull) return true;
     const LexObj states = TSLexDictGetOfType(appearance, mode, LexDict);
-    return LexObjGetType(states) == LexDict && LexDictKnown(states, state);
+    return IsDict(states) && LexDictKnown(states, state);
 }
 
 LexObj TSDMAnnotGetAppearance(DMAnnot annot, KRAtom mode, KRAtom state) {
     if (mode == KRAtomNull) return LexNullObj;
     const LexObj face = Face(annot, mode);
-    if (state == KRAtomNull || LexObjGetType(face) == LexStream) return face;
+    if (state == KRAtomNull || IsStream(face)) return face;
     return TSLexDictGetOfType(face, state, LexStream);
 }
 
@@ -107,7 +108,7 @@ void TSDMAnnotSetAppearance(DMAnnot annot, KRAtom mode, KRAtom state, LexObj app
     }
     if (LexObjEqual(TSDMAnnotGetAppearance(annot, mode, state), appearance)) return;
     AnnouncedChange(annot, Appearance_K, [&] {
-        if (LexObjGetType(appearance) == LexNull)
+        if (IsNull(appearance))
             RemoveAppearance(annot, mode, state);
         else
             PutAppearance(annot, mode, state, appearance);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "Common/src/miLexType.h"
 #include "KernelSupportHFT.h"
 #include "objects/FixedUtl.h"
 #include "objects/LexUtil.h"
@@ -106,7 +107,7 @@ bool ValidDMColorValue(const DMColorValue *color) {
 }
 
 void TSDMColorStore(LexObj dict, KRAtom key, const DMColorValue *color) {
-    if (LexObjGetType(dict) != LexDict || !ValidDMColorValue(color)) return;
+    if (!IsDict(dict) || !ValidDMColorValue(color)) return;
     if (LexDictKnown(dict, key)) LexDictRemove(dict, key);
     const LexDoc doc = LexObjGetDoc(dict);
     const std::int32_t count = TSColorComponents(color->space);
@@ -119,8 +120,8 @@ void TSDMColorStore(LexObj dict, KRAtom key, const DMColorValue *color) {
 
 void TSDMColorLoad(LexObj obj, KRAtom key, DMColorValue *color) {
     TSDMColorValueSet(color, TSColorTransparent);
-    if (LexObjGetType(obj) == LexDict && key != KRAtomNull && LexDictKnown(obj, key)) obj = LexDictGet(obj, key);
-    if (LexObjGetType(obj) != LexArray) return;
+    if (IsDict(obj) && key != KRAtomNull && LexDictKnown(obj, key)) obj = LexDictGet(obj, key);
+    if (!IsArray(obj)) return;
     const std::int32_t count = LexArrayLength(obj);
     if (count != 1 && count != 3 && count != 4) return;
     DMColorValue loaded{count == 1 ? TSColorGray : count == 3 ? TSColorRGB : TSColorCMYK, {}};

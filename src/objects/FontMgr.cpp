@@ -6,6 +6,7 @@
 #include <cctype>
 #include <iterator>
 
+#include "Common/src/miLexType.h"
 #include "Common/src/miUtils.h"
 #include "CoreHFT.h"
 #include "PIFrame.h"
@@ -179,7 +180,7 @@ bool CanGenerateFont(KRAtom baseFont) {
 
 KRAtom FontDictGetBaseFontName(LexObj fontDict) {
     KRAtom baseFont = KRAtomNull;
-    if (LexObjGetType(fontDict) == LexDict) TSLexDictLoad<LexName>(fontDict, BaseFont_K, &baseFont);
+    if (IsDict(fontDict)) TSLexDictLoad<LexName>(fontDict, BaseFont_K, &baseFont);
     return baseFont;
 }
 
@@ -211,7 +212,7 @@ LexObj TSLexDocGetPDFDocEncoding(LexDoc doc) {
     const KRErrorCode code = Protect([&] {
         const LexObj encodings = TSLexDictEnsure(TSLexDictEnsure(EnsureForm(doc), defRes_K), Encoding_K);
         encoding = LexDictGet(encodings, PDFDocEncoding_K);
-        if (LexObjGetType(encoding) != LexNull) return;
+        if (!IsNull(encoding)) return;
         encoding = NewPDFDocEncoding(doc);
         LexDictPut(encodings, PDFDocEncoding_K, encoding);
     });

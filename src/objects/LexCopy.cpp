@@ -4,6 +4,7 @@
 
 #include <cstddef>
 
+#include "Common/src/miLexType.h"
 #include "KernelSupportHFT.h"
 #include "PIFrame.h"
 #include "base/FormStr.h"
@@ -127,7 +128,7 @@ LexObj Begin(Copier &copier, LexObj source) {
         const bool sameDoc = LexObjGetDoc(source) == copier.target;
         if (copier.shallow && sameDoc) return source;
         const LexObj earlier = TSLexObjTrackFind(*copier.memo, source);
-        if (LexObjGetType(earlier) != LexNull) return earlier;
+        if (!IsNull(earlier)) return earlier;
         if (sameDoc && copier.predicate && copier.predicate(source, copier.data)) return source;
     }
     const std::int32_t type = LexObjGetType(source);
@@ -218,7 +219,7 @@ void TSLexObjCopyEntry(LexObj source, LexObj target, KRAtom key, std::int32_t mo
 bool CopyShallowQuery(LexObj obj, void *data) {
     const auto *const copy = static_cast<const TSPartialCopy *>(data);
     if (copy && copy->sameDocument) return true;
-    if (LexObjGetType(obj) != LexDict) return false;
+    if (!IsDict(obj)) return false;
     if (LexDictKnown(obj, parent_K) || LexDictKnown(obj, Kids_K)) return true;
     KRAtom subtype = KRAtomNull;
     return TSLexDictLoad<LexName>(obj, Subtype_K, &subtype) == 0 && subtype == Widget_K;

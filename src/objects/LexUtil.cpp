@@ -7,6 +7,7 @@
 #include <cstring>
 #include <unordered_set>
 
+#include "Common/src/miLexType.h"
 #include "CoreHFT.h"
 #include "KernelSupportHFT.h"
 #include "PIFrame.h"
@@ -79,7 +80,7 @@ LexObj NewNumber(LexDoc doc, LexType type, bool indirect, std::int32_t value) {
 
 /** `count` numbers from the start of an array; false when it is none or one of them is no number. */
 bool GetNumbers(LexObj array, KRFixed *out, std::int32_t count) {
-    if (LexObjGetType(array) != LexArray) return false;
+    if (!IsArray(array)) return false;
     for (std::int32_t i = 0; i < count; ++i) {
         if (!TSLexObjGetNumber(LexArrayGet(array, i), &out[i])) return false;
     }
@@ -139,7 +140,7 @@ std::int32_t TSLexDictGetLen(LexObj dict) {
 
 LexObj TSLexArrayEnsure(LexObj dict, KRAtom key, bool indirect) {
     LexObj array = LexDictGet(dict, key);
-    if (LexObjGetType(array) == LexArray) return array;
+    if (IsArray(array)) return array;
     array = LexNewArray(LexObjGetDoc(dict), indirect, /*sizeHint*/ 0);
     LexDictPut(dict, key, array);
     return array;
@@ -151,7 +152,7 @@ LexObj TSLexDictEnsure(LexObj dict, KRAtom key) {
 
 LexObj TSLexDictEnsureEx(LexObj dict, KRAtom key, bool indirect) {
     LexObj value = LexDictGet(dict, key);
-    if (LexObjGetType(value) == LexDict) return value;
+    if (IsDict(value)) return value;
     value = LexNewDict(LexObjGetDoc(dict), indirect, /*sizeHint*/ 4);
     LexDictPut(dict, key, value);
     return value;
@@ -224,21 +225,21 @@ bool TSLexArrayGetRect(LexObj array, KRFixedRect *rect) {
 std::int32_t TSLexDictLoadNumber(LexObj dict, KRAtom key, LexType type, std::int32_t *out) {
     const LexObj value = TSLexObjIsDictLike(dict) ? LexDictGet(dict, key) : LexNullObj;
     if (type == LexFixed) return TSLexObjGetNumber(value, out) ? 0 : 1;
-    if (LexObjGetType(value) != LexInteger) return 1;
+    if (!IsInteger(value)) return 1;
     *out = LexIntegerValue(value);
     return 0;
 }
 
 std::int32_t TSLexDictLoadBoolean(LexObj dict, KRAtom key, bool *out) {
     const LexObj value = TSLexDictGetOfType(dict, key, LexBoolean);
-    if (LexObjGetType(value) != LexBoolean) return 1;
+    if (!IsBoolean(value)) return 1;
     *out = LexBooleanValue(value) != 0;
     return 0;
 }
 
 std::int32_t TSLexDictLoadName(LexObj dict, KRAtom key, KRAtom *out) {
     const LexObj value = TSLexDictGetOfType(dict, key, LexName);
-    if (LexObjGetType(value) != LexName) return 1;
+    if (!IsName(value)) return 1;
     *out = LexNameValue(value);
     return 0;
 }
@@ -279,7 +280,7 @@ bool TSLexObjEquivalent(LexObj a, LexObj b) {
 LexObj TSLexObjInheritedValue(LexObj obj, KRAtom key) {
     for (int i = 0; i < s_maxAncestors && TSLexObjIsDictLike(obj); ++i) {
         const LexObj value = LexDictGet(obj, key);
-        if (LexObjGetType(value) != LexNull) return value;
+        if (!IsNull(value)) return value;
         obj = LexDictGet(obj, parent_K);
     }
     return LexNullObj;

@@ -3,6 +3,7 @@
 #include "objects/NameTree.h"
 
 #include "Common/src/miEStr.h"
+#include "Common/src/miLexType.h"
 #include "CoreHFT.h"
 #include "KRErrors.h"
 #include "base/FormStr.h"
@@ -14,7 +15,7 @@ namespace {
 LexObj CatalogNames(LexDoc doc, bool create) {
     const LexObj catalog = LexDocGetRoot(doc);
     LexObj names = TSLexDictGetOfType(catalog, Names_K, LexDict);
-    if (LexObjGetType(names) == LexDict || !create) return names;
+    if (IsDict(names) || !create) return names;
     names = LexNewDict(doc, /*indirect*/ true, /*sizeHint*/ 1);
     LexDictPut(catalog, Names_K, names);
     return names;
@@ -25,7 +26,7 @@ LexObj TSLexDocGetNamesEntry(LexDoc doc, KRAtom tree, bool create) {
     const LexObj names = CatalogNames(doc, create);
     LexObj root = TSLexDictGetOfType(names, tree, LexDict);
     if (!create) return root;
-    if (LexObjGetType(root) != LexDict) {
+    if (!IsDict(root)) {
         root = LexNewDict(doc, /*indirect*/ true, /*sizeHint*/ 1);
         LexDictPut(names, tree, root);
     }
@@ -42,7 +43,7 @@ void TSUpdateCatalogNamesEntry(LexDoc doc, KRAtom tree, LexObj root) {
 /** Takes a whole tree away, and `Names` with it when that leaves it empty. */
 void TSRemoveNameTree(LexDoc doc, KRAtom tree) {
     const LexObj names = CatalogNames(doc, /*create*/ false);
-    if (LexObjGetType(names) != LexDict) return;
+    if (!IsDict(names)) return;
     TSDestroyNodes(TSLexDictGetOfType(names, tree, LexDict));
     LexDictRemove(names, tree);
     if (TSLexDictGetLen(names) > 0) return;
@@ -83,7 +84,7 @@ void TSAddNameEntry(LexDoc doc, KRAtom tree, const EStr *name, LexObj value, std
 
 void TSRemoveNameEntry(LexDoc doc, KRAtom tree, const EStr *name, KRBool updateLimits, std::uint32_t flags) {
     const LexObj root = TSLexDocGetNamesEntry(doc, tree, /*create*/ false);
-    if (LexObjGetType(root) != LexDict) return;
+    if (!IsDict(root)) return;
     if (!(flags & (TSNameRemove | TSNameRemoveDestroy))) flags |= TSNameRemove;
     const KeyText key(name);
     const bool touchedEdge = TSAddNodeToTree({doc, key.Bytes(), LexNullObj, flags}, root);
@@ -92,7 +93,7 @@ void TSRemoveNameEntry(LexDoc doc, KRAtom tree, const EStr *name, KRBool updateL
 
 LexObj TSFindNameEntry(LexDoc doc, KRAtom tree, const EStr *name) {
     const LexObj root = TSLexDocGetNamesEntry(doc, tree, /*create*/ false);
-    if (LexObjGetType(root) != LexDict) return LexNullObj;
+    if (!IsDict(root)) return LexNullObj;
     const KeyText key(name);
     return TSFindLeafInTree(root, key.Bytes());
 }

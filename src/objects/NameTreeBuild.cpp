@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "Common/src/miLexType.h"
 #include "base/FormStr.h"
 #include "objects/LexUtil.h"
 
@@ -72,7 +73,7 @@ void TSAddNewLeaf(LexObj root, std::int32_t index, LexObj key, LexObj value) {
     LexObj node = root;
     for (;;) {
         const LexObj kids = TSLexDictGetOfType(node, Kids_K, LexArray);
-        if (LexObjGetType(kids) != LexArray) break;
+        if (!IsArray(kids)) break;
         // All kids but the last hold what the first holds.
         const std::int32_t size = PlannedLeaves(LexArrayGet(kids, 0));
         node = LexArrayGet(kids, index / size);

@@ -4,6 +4,7 @@
 
 #include <unordered_set>
 
+#include "Common/src/miLexType.h"
 #include "CoreHFT.h"
 #include "KRErrors.h"
 #include "base/FormStr.h"
@@ -27,10 +28,6 @@ LexObj Names(LexObj node) {
     return TSLexDictGetOfType(node, Names_K, LexArray);
 }
 
-bool IsArray(LexObj obj) {
-    return LexObjGetType(obj) == LexArray;
-}
-
 void CheckDepth(int depth) {
     if (depth > s_maxTreeDepth) KRRaise(KRErrBadParam);
 }
@@ -38,7 +35,7 @@ void CheckDepth(int depth) {
 /** True once for every node of a walk: a node reached twice belongs to a circle or to two parents. */
 bool EnterNode(LexObj node, int depth, SeenNodes &seen) {
     CheckDepth(depth);
-    if (LexObjGetType(node) != LexDict) return false;
+    if (!IsDict(node)) return false;
     return !LexObjIsIndirect(node) || seen.insert(LexObjGetID(node)).second;
 }
 
@@ -60,7 +57,7 @@ LexObj ChooseKid(LexObj kids, std::string_view name) {
     const std::int32_t count = LexArrayLength(kids);
     for (std::int32_t i = 0; i < count; ++i) {
         const LexObj kid = LexArrayGet(kids, i);
-        if (LexObjGetType(kid) != LexDict) continue;
+        if (!IsDict(kid)) continue;
         if (TSStringCompare(Limit(kid, 1), name) >= 0) return kid;
         last = kid;
     }
@@ -130,7 +127,7 @@ bool EditNode(const TSNodeEdit &edit, LexObj node, int depth) {
     const LexObj kids = Kids(node);
     if (IsArray(kids)) {
         const LexObj kid = ChooseKid(kids, edit.name);
-        if (LexObjGetType(kid) == LexDict) return EditNode(edit, kid, depth + 1);
+        if (IsDict(kid)) return EditNode(edit, kid, depth + 1);
         // Kids without a node among them: it may as well be a leaf.
         if (!removing) LexDictRemove(node, Kids_K);
     }
@@ -229,7 +226,7 @@ void DestroyNodes(LexObj node, int depth, SeenNodes &seen) {
 } // namespace
 
 std::string_view TSStringOf(LexObj key) {
-    if (LexObjGetType(key) != LexString) return {};
+    if (!IsString(key)) return {};
     std::int32_t length = 0;
     const char *const bytes = LexStringValue(key, &length);
     return {bytes, static_cast<std::size_t>(length)};
@@ -262,13 +259,13 @@ LexObj TSFindLeafInTree(LexObj node, std::string_view name) {
         const std::int32_t count = LexArrayLength(kids);
         for (std::int32_t i = 0; i < count; ++i) {
             const LexObj kid = LexArrayGet(kids, i);
-            if (LexObjGetType(kid) != LexDict) continue;
+            if (!IsDict(kid)) continue;
             if (TSStringCompare(name, Limit(kid, 0)) < 0) return LexNullObj;
             if (TSStringCompare(Limit(kid, 1), name) < 0) continue;
             next = kid;
             break;
         }
-        if (LexObjGetType(next) != LexDict) return LexNullObj;
+        if (!IsDict(next)) return LexNullObj;
         node = next;
     }
 }

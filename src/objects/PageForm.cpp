@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "Common/src/miLexType.h"
 #include "KernelSupportHFT.h"
 #include "PIFrame.h"
 #include "PIMain.h"
@@ -41,7 +42,7 @@ std::int32_t ReadJoined(StmJoin &join, char *buffer, std::int32_t size) {
         }
         if (join.next >= LexArrayLength(join.contents)) return 0;
         const LexObj part = LexArrayGet(join.contents, join.next++);
-        if (LexObjGetType(part) == LexStream) join.stream = LexStreamOpenStm(part, LexStreamDecoded);
+        if (IsStream(part)) join.stream = LexStreamOpenStm(part, LexStreamDecoded);
     }
 }
 
@@ -121,8 +122,8 @@ KRFixed Centre(KRFixed a, KRFixed b) {
 std::int32_t PageRotation(LexObj pageObject) {
     const LexObj rotate = TSLexObjInheritedValue(pageObject, Rotate_K);
     std::int32_t degrees = 0;
-    if (LexObjGetType(rotate) == LexInteger) degrees = LexIntegerValue(rotate);
-    if (LexObjGetType(rotate) == LexFixed) degrees = LexFixedValue(rotate) / KRFixedOne;
+    if (IsInteger(rotate)) degrees = LexIntegerValue(rotate);
+    if (IsFixed(rotate)) degrees = LexFixedValue(rotate) / KRFixedOne;
     return (degrees % 360 + 360) % 360;
 }
 
@@ -134,9 +135,9 @@ KRFixedMatrix FormMatrix(const KRFixedRect &box, LexObj pageObject) {
 }
 
 LexObj MakeForm(LexDoc doc, DMPage page, LexObj pageObject) {
-    if (LexObjGetType(pageObject) != LexDict) return LexNullObj;
+    if (!IsDict(pageObject)) return LexNullObj;
     const LexObj form = FormStream(doc, LexDictGet(pageObject, Contents_K));
-    if (LexObjGetType(form) != LexStream) return LexNullObj;
+    if (!IsStream(form)) return LexNullObj;
     const LexObj dict = LexStreamDict(form);
     LexDictPut(dict, Type_K, LexNewName(doc, /*indirect*/ false, XObject_K));
     LexDictPut(dict, Subtype_K, LexNewName(doc, /*indirect*/ false, Form_K));

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <new>
 
+#include "Common/src/miLexType.h"
 #include "PIFrame.h"
 #include "base/BufCont.h"
 #include "base/FormStr.h"
@@ -52,10 +53,10 @@ LexObj FormFonts(LexObj form) {
 
 /** The dictionary `Font` of `DR`, both made when missing; the font of check marks is put into a new one. */
 LexObj EnsureFormFonts(LexObj form) {
-    if (LexObjGetType(FormFonts(form)) == LexDict) return FormFonts(form);
+    if (IsDict(FormFonts(form))) return FormFonts(form);
     const LexDoc doc = LexObjGetDoc(form);
     LexObj resources = LexDictGet(form, defRes_K);
-    if (LexObjGetType(resources) != LexDict) {
+    if (!IsDict(resources)) {
         resources = LexNewDict(doc, /*indirect*/ false, /*sizeHint*/ 5);
         LexDictPut(form, defRes_K, resources);
     }
@@ -74,7 +75,7 @@ std::uint32_t TessellaSetDefaultBaseFont(LexObj form, LexObj fontDict) {
     KRAtom name = MapBaseFontToNameFont(baseFont);
     TSLexDictLoad<LexName>(fontDict, Name_K, &name);
     const LexObj fonts = EnsureFormFonts(form);
-    if (LexObjGetType(fonts) != LexDict) KRRaise(KRErrBadResource);
+    if (!IsDict(fonts)) KRRaise(KRErrBadResource);
     if (LexObjEqual(LexDictGet(fonts, name), fontDict)) return 0;
     LexDictPut(fonts, name, fontDict);
     return TSEntryDR;
@@ -102,9 +103,9 @@ bool HasDefaultLook(LexObj form, const TextAppearance *look) {
 } // namespace
 
 bool TessellaIsValid(LexObj form) {
-    if (LexObjGetType(form) != LexDict) return false;
+    if (!IsDict(form)) return false;
     if (LexObjEqual(form, s_lastValidForm)) return true;
-    if (LexObjGetType(LexDictGet(form, formFields_K)) != LexArray) return false;
+    if (!IsArray(LexDictGet(form, formFields_K))) return false;
     KRFixed version = 0;
     if (TSLexDictLoad<LexFixed>(form, Tessella_K, &version) == 0 && version < OldestVersion) return false;
     s_lastValidForm = form;
@@ -120,7 +121,7 @@ LexObj TessellaGetLexObj(LexObj form) {
 }
 
 LexObj TSLexObjGetTessella(LexObj obj) {
-    if (LexObjGetType(obj) == LexNull || !LexObjIsIndirect(obj)) return LexNullObj;
+    if (IsNull(obj) || !LexObjIsIndirect(obj)) return LexNullObj;
     return TSLexDocGetTessella(LexObjGetDoc(obj));
 }
 
@@ -158,10 +159,10 @@ LexObj TessellaGetEntry(LexObj form, std::uint32_t entry) {
 void TessellaGetDefaultTextAppearance(LexObj form, TextAppearance *look) {
     if (!look || !TessellaIsValid(form)) return;
     const LexObj text = LexDictGet(form, textApp_K);
-    if (LexObjGetType(text) == LexString) {
+    if (IsString(text)) {
         TSLexStringGetTextAppearance(text, look);
         const LexObj fonts = FormFonts(form);
-        if (LexObjGetType(fonts) != LexDict || look->fontResource == KRAtomNull) KRRaise(KRErrBadResource);
+        if (!IsDict(fonts) || look->fontResource == KRAtomNull) KRRaise(KRErrBadResource);
         look->baseFont = FontDictGetBaseFontName(LexDictGet(fonts, look->fontResource));
     } else {
         *look = TextAppearance{};
@@ -176,7 +177,7 @@ void TessellaSetDefaultTextAppearance(LexObj form, TextAppearance *look) {
     // Before the font is asked for, since making it makes the resources, without the font of check marks.
     if (CanGenerateFont(look->baseFont)) EnsureFormFonts(form);
     const LexObj font = TSLexDocGetFontDict(LexObjGetDoc(form), look->baseFont);
-    if (LexObjGetType(font) != LexDict) KRRaise(KRErrBadParam);
+    if (!IsDict(font)) KRRaise(KRErrBadParam);
     changed |= TessellaSetDefaultBaseFont(form, font);
     look->fontResource = look->baseFont;
     TSLexDictLoad<LexName>(font, Name_K, &look->fontResource);

@@ -14,6 +14,7 @@
 #include <cstring>
 #include <string>
 
+#include "Common/src/miLexType.h"
 #include "Common/src/miUtils.h"
 #include "CoreHFT.h"
 #include "KRErrors.h"
@@ -221,7 +222,7 @@ bool TextAppearanceEqual(const TextAppearance *a, const TextAppearance *b) {
 }
 
 void TSLexStringGetTextAppearance(LexObj string, TextAppearance *look) {
-    if (LexObjGetType(string) != LexString) KRRaise(KRErrBadParam);
+    if (!IsString(string)) KRRaise(KRErrBadParam);
     *look = TextAppearanceDefault();
     Tokens tokens;
     bool hasFont = false;

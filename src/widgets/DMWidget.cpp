@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "Common/src/miLexType.h"
 #include "Common/src/miUtils.h"
 #include "CoreHFT.h"
 #include "KRErrors.h"
@@ -156,7 +157,7 @@ void WriteFitName(LexObj dict, KRAtom key, KRAtom name, KRAtom standard) {
 bool TSDMWidgetIsNative(DMAnnot annot, LexObj *mk) {
     const LexObj found = TSDMAnnotGetMK(annot);
     if (mk) *mk = found;
-    return LexObjGetType(found) == LexDict || !TSDMAnnotHasAppearance(annot, KRAtomNull, KRAtomNull);
+    return IsDict(found) || !TSDMAnnotHasAppearance(annot, KRAtomNull, KRAtomNull);
 }
 
 void TSDMWidgetSetSubType(DMAnnot annot, KRAtom type, std::uint32_t *fieldFlags) {
@@ -238,9 +239,9 @@ bool TSDMWidgetGetBorder(DMAnnot annot, TSBorder *border) {
         LexObj dict = DictOf(annot);
         LexObj bs = TSLexDictGetOfType(dict, BorderStyle_K, LexDict);
         LexObj array = TSLexDictGetOfType(dict, Border_K, LexArray);
-        if (LexObjGetType(bs) == LexDict)
+        if (IsDict(bs))
             has = BorderFromStyle(bs, border);
-        else if (LexObjGetType(array) == LexArray)
+        else if (IsArray(array))
             has = BorderFromArray(array, border);
     });
     if (code != KRErrNone) *border = TSBorderDefault();
@@ -300,13 +301,13 @@ void TSDMWidgetSetAreaColors(DMAnnot annot, const DMColorValue *borderColor, con
 
 LexObj TSDMWidgetGetObj(DMAnnot annot, KRAtom key) {
     LexObj mk = TSDMAnnotGetMK(annot);
-    return LexObjGetType(mk) == LexDict ? LexDictGet(mk, key) : LexNullObj;
+    return IsDict(mk) ? LexDictGet(mk, key) : LexNullObj;
 }
 
 void TSDMWidgetSetObj(DMAnnot annot, KRAtom key, LexObj value) {
     LexObj mk = TSDMAnnotGetMK(annot);
-    const bool remove = LexObjGetType(value) == LexNull;
-    if (LexObjGetType(mk) != LexDict) {
+    const bool remove = IsNull(value);
+    if (!IsDict(mk)) {
         if (remove) return;
         LexObj dict = DictOf(annot);
         mk = LexNewDict(LexObjGetDoc(dict), /*indirect*/ false, s_mkSize);
@@ -334,7 +335,7 @@ void TSDMWidgetSetString(DMAnnot annot, KRAtom key, const char *text) {
 
 std::int32_t TSDMWidgetGetInt(DMAnnot annot, KRAtom key) {
     LexObj value = TSDMWidgetGetObj(annot, key);
-    return LexObjGetType(value) == LexInteger ? LexIntegerValue(value) : 0;
+    return IsInteger(value) ? LexIntegerValue(value) : 0;
 }
 
 void TSDMWidgetSetInt(DMAnnot annot, KRAtom key, std::int32_t value) {
@@ -350,11 +351,11 @@ void TSDMAnnotGetFit(DMAnnot annot, TSFit *fit) {
     LexObj mk;
     if (!TSDMWidgetIsNative(annot, &mk)) return;
     LexObj dict = TSLexDictGetOfType(mk, IF_K, LexDict);
-    if (LexObjGetType(dict) != LexDict) return;
+    if (!IsDict(dict)) return;
     TSLexDictLoad<LexName>(dict, ScaleWhen_K, &fit->when);
     TSLexDictLoad<LexName>(dict, Scaling_K, &fit->how);
     LexObj align = TSLexDictGetOfType(dict, Align_K, LexArray);
-    if (LexObjGetType(align) != LexArray || LexArrayLength(align) != 2) return;
+    if (!IsArray(align) || LexArrayLength(align) != 2) return;
     TSLexObjGetNumber(LexArrayGet(align, 0), &fit->alignX);
     TSLexObjGetNumber(LexArrayGet(align, 1), &fit->alignY);
 }
@@ -368,7 +369,7 @@ void TSDMAnnotSetFit(DMAnnot annot, const TSFit *fit) {
         TSDMWidgetSetObj(annot, IF_K, LexNullObj);
         return;
     }
-    if (LexObjGetType(mk) != LexDict) mk = TSLexDictEnsure(DictOf(annot), MakerDict_K);
+    if (!IsDict(mk)) mk = TSLexDictEnsure(DictOf(annot), MakerDict_K);
     LexObj dict = TSLexDictEnsure(mk, IF_K);
     WriteFitName(dict, Scaling_K, fit->how, Proportional_K);
     WriteFitName(dict, ScaleWhen_K, fit->when, Always_K);

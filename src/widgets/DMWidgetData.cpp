@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "Common/src/miLexType.h"
 #include "Common/src/miUtils.h"
 #include "Common/unix/mdMessages.h"
 #include "DocModelHFT.h"
@@ -67,7 +68,7 @@ void CompareColor(std::uint32_t *mixed, const DMColorValue &a, const DMColorValu
 // `MK` read out of an appearance is put where it belongs before anything is written to it.
 void OwnMakerDict(DMAnnot annot) {
     LexObj mk;
-    if (!TSDMWidgetIsNative(annot, &mk) || LexObjGetType(mk) != LexDict) return;
+    if (!TSDMWidgetIsNative(annot, &mk) || !IsDict(mk)) return;
     LexObj dict = DMAnnotGetLexObj(annot);
     if (LexDictKnown(dict, MakerDict_K)) return;
     TSDMAnnotRemoveMakerDict(annot);
@@ -249,7 +250,7 @@ void TSDMWidgetWriteData(DMAnnot annot, TSWidgetData *data) {
     WriteColors(annot, data);
     WriteBorder(annot, data);
     LexObj dict = TSDMFieldGetLexObj(field);
-    if (LexObjGetType(dict) == LexDict && LexDictKnown(dict, origHeight_K)) {
+    if (IsDict(dict) && LexDictKnown(dict, origHeight_K)) {
         LexDictRemove(dict, origHeight_K);
         TSDMFieldUpdateEntries(field);
     }

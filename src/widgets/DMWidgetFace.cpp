@@ -4,6 +4,7 @@
 
 #include <string_view>
 
+#include "Common/src/miLexType.h"
 #include "CoreHFT.h"
 #include "appearance/FieldLook.h"
 #include "base/FormStr.h"
@@ -42,7 +43,7 @@ KRAtom NearestBaseFont(KRAtom font) {
 LexObj TSDMWidgetWriteAppearance(DMAnnot annot, CStore *store) {
     LexObj mk;
     const bool native = TSDMWidgetIsNative(annot, &mk);
-    if (native && LexObjGetType(mk) == LexDict) {
+    if (native && IsDict(mk)) {
         TSBorder border;
         DMColorValue borderColor, backColor;
         TSDMWidgetGetBorder(annot, &border);
@@ -55,7 +56,7 @@ LexObj TSDMWidgetWriteAppearance(DMAnnot annot, CStore *store) {
         return LexNullObj;
     }
     LexObj face = TSDMAnnotGetAppearance(annot, FaceNormal_K, KRAtomNull);
-    return LexObjGetType(face) == LexStream && LexObjIsIndirect(face) ? face : LexNullObj;
+    return IsStream(face) && LexObjIsIndirect(face) ? face : LexNullObj;
 }
 
 void TSDMWidgetSetNormalFace(DMAnnot annot, KRAtom state, LexObj face) {
@@ -65,9 +66,9 @@ void TSDMWidgetSetNormalFace(DMAnnot annot, KRAtom state, LexObj face) {
 void TSLookUseDrawableFont(LexDoc doc, TextAppearance *look) {
     if (!CanGenerateFont(look->baseFont)) look->baseFont = NearestBaseFont(look->baseFont);
     LexObj dict = TSLexDocGetFontDict(doc, look->baseFont);
-    if (LexObjGetType(dict) != LexDict) return;
+    if (!IsDict(dict)) return;
     LexObj name = LexDictGet(dict, Name_K);
-    look->fontResource = LexObjGetType(name) == LexName ? LexNameValue(name) : MapBaseFontToNameFont(look->baseFont);
+    look->fontResource = IsName(name) ? LexNameValue(name) : MapBaseFontToNameFont(look->baseFont);
 }
 
 void TSDMWidgetGetDrawingLook(DMAnnot annot, DMField *field, TextAppearance *look) {

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "Common/src/miLexType.h"
 #include "Common/src/miUtils.h"
 #include "CoreHFT.h"
 #include "KRErrors.h"
@@ -30,7 +31,7 @@ LexObj NewText(LexDoc doc, const std::string &host) {
 
 std::int16_t ShortEntry(DMField *field, KRAtom key, std::int16_t missing) {
     LexObj value = TSDMFieldGetObj(field, key);
-    if (LexObjGetType(value) != LexInteger) return missing;
+    if (!IsInteger(value)) return missing;
     return static_cast<std::int16_t>(std::clamp<std::int32_t>(LexIntegerValue(value), INT16_MIN, INT16_MAX));
 }
 
@@ -68,8 +69,8 @@ bool IsChoice(LexObj element) {
 }
 
 std::optional<std::string> ExportOf(LexObj element) {
-    LexObj exported = LexObjGetType(element) == LexArray ? LexArrayGet(element, 0) : LexNullObj;
-    if (LexObjGetType(exported) == LexNull) return std::nullopt;
+    LexObj exported = IsArray(element) ? LexArrayGet(element, 0) : LexNullObj;
+    if (IsNull(exported)) return std::nullopt;
     return ScalarText(exported);
 }
 
@@ -93,7 +94,7 @@ LexObj NewChoice(LexDoc doc, const TSChoices &choices, std::size_t i) {
 
 char *TSDMWidgetAcquireStringValue(DMAnnot annot) {
     LexObj value = TSDMFieldGetValue(TSDMAnnotGetField(annot));
-    return LexObjGetType(value) == LexNull ? nullptr : miCopyStrImpl(HostText(value).c_str());
+    return IsNull(value) ? nullptr : miCopyStrImpl(HostText(value).c_str());
 }
 
 bool TSDMWidgetSetStringValue(DMAnnot annot, LexType type, const char *text) {
@@ -108,7 +109,7 @@ bool TSDMWidgetSetStringValue(DMAnnot annot, LexType type, const char *text) {
 void TSDMWidgetAcquireChoices(DMAnnot annot, TSChoices *choices) {
     *choices = {};
     LexObj options = TSDMFieldGetObj(TSDMAnnotGetField(annot), options_K);
-    if (LexObjGetType(options) != LexArray) return;
+    if (!IsArray(options)) return;
     bool anyExport = false;
     for (const std::int32_t index : TSOptionsGetChoices(options)) {
         LexObj element = LexArrayGet(options, index);
@@ -121,7 +122,7 @@ void TSDMWidgetAcquireChoices(DMAnnot annot, TSChoices *choices) {
 
 std::vector<std::int32_t> TSOptionsGetChoices(LexObj options) {
     std::vector<std::int32_t> indexes;
-    const std::int32_t count = LexObjGetType(options) == LexArray ? LexArrayLength(options) : 0;
+    const std::int32_t count = IsArray(options) ? LexArrayLength(options) : 0;
     for (std::int32_t index = 0; index < count; ++index) {
         if (IsChoice(LexArrayGet(options, index))) indexes.push_back(index);
     }
@@ -129,7 +130,7 @@ std::vector<std::int32_t> TSOptionsGetChoices(LexObj options) {
 }
 
 std::string TSOptionGetShownText(LexObj element) {
-    return ScalarText(LexObjGetType(element) == LexArray ? LexArrayGet(element, 1) : element);
+    return ScalarText(IsArray(element) ? LexArrayGet(element, 1) : element);
 }
 
 void TSDMWidgetWriteChoices(DMAnnot annot, const TSChoices &choices) {
@@ -159,7 +160,7 @@ std::int32_t TSDMWidgetGetChoiceIndex(const TSChoices &choices, const char *text
 void TSDMWidgetSetNextOption(DMAnnot annot) {
     DMField *field = TSDMAnnotGetField(annot);
     LexObj options = TSDMFieldGetObj(field, options_K);
-    const std::int32_t count = LexObjGetType(options) == LexArray ? LexArrayLength(options) : 0;
+    const std::int32_t count = IsArray(options) ? LexArrayLength(options) : 0;
     const std::int32_t index = TSDMFieldGetOptionIndex(field, nullptr, nullptr);
     if (count == 1 && index == 0)
         TSDMFieldReset(field);
@@ -187,7 +188,7 @@ void TSDMFieldSetTopIndex(DMField *field, std::int16_t index) {
 std::int16_t TSDMFieldGetDefaultIndex(DMField *field) {
     LexObj options = TSDMFieldGetObj(field, options_K);
     LexObj standard = TSDMFieldGetEntry(field, TSEntryDV);
-    if (LexObjGetType(options) != LexArray || LexObjGetType(standard) == LexNull) return 0;
+    if (!IsArray(options) || IsNull(standard)) return 0;
     for (std::int32_t i = LexArrayLength(options) - 1; i >= 0; --i) {
         if (TSLexObjEquivalent(RetrieveOptVal(LexArrayGet(options, i)), standard))
             return static_cast<std::int16_t>(std::min(i, INT16_MAX + 0));

@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "Common/src/miLexType.h"
 #include "Common/src/miUtils.h"
 #include "Common/unix/mdMessages.h"
 #include "CoreHFT.h"
@@ -103,8 +104,7 @@ void LayContent(WFace &face, std::int32_t slot) {
 // A face of its own, or the normal one where the button gives no other.
 bool HasOwnContent(const TSButtonData *button, std::int32_t slot) {
     const bool caption = !button->captions[slot].empty() && button->captions[slot] != button->captions[WButtonNormal];
-    const bool icon = LexObjGetType(button->icons[slot]) != LexNull &&
-                      !LexObjEqual(button->icons[slot], button->icons[WButtonNormal]);
+    const bool icon = !IsNull(button->icons[slot]) && !LexObjEqual(button->icons[slot], button->icons[WButtonNormal]);
     return caption || icon;
 }
 
@@ -114,7 +114,7 @@ void LayOwnContent(WFace &face, std::int32_t slot) {
     const std::string caption = button->captions[slot];
     const LexObj icon = button->icons[slot];
     if (caption.empty()) button->captions[slot] = button->captions[WButtonNormal];
-    if (LexObjGetType(icon) == LexNull) button->icons[slot] = button->icons[WButtonNormal];
+    if (IsNull(icon)) button->icons[slot] = button->icons[WButtonNormal];
     LayContent(face, slot);
     button->captions[slot] = caption;
     button->icons[slot] = icon;
@@ -181,7 +181,7 @@ bool ValueKey(DMField *field, KRAtom *key) {
 
 std::string TSDMWidgetGetCaptionEx(DMAnnot annot, std::int32_t slot) {
     LexObj value = TSDMWidgetGetObj(annot, CaptionKey(slot));
-    if (LexObjGetType(value) != LexString) return {};
+    if (!IsString(value)) return {};
     const EStrPtr text(EStrNewFromLexObjImpl(value));
     EStrSetEncoding(text.get(), EStrHost);
     return EStrGetBytes(text.get());
@@ -194,7 +194,7 @@ void TSDMWidgetSetCaptionEx(DMAnnot annot, const EStr *text, std::int32_t slot) 
 
 LexObj TSDMWidgetGetIconEx(DMAnnot annot, std::int32_t slot) {
     LexObj icon = TSDMWidgetGetObj(annot, IconKey(slot));
-    return LexObjGetType(icon) == LexStream ? icon : LexNullObj;
+    return IsStream(icon) ? icon : LexNullObj;
 }
 
 void TSDMWidgetSetIconEx(DMAnnot annot, LexObj icon, std::int32_t slot) {
@@ -204,7 +204,7 @@ void TSDMWidgetSetIconEx(DMAnnot annot, LexObj icon, std::int32_t slot) {
 void WButtonToggle(DMAnnot annot) {
     DMField *field = TSDMAnnotGetField(annot);
     if (!TSDMFieldIsValid(field)) return;
-    if (LexObjGetType(TSDMAnnotGetAppearance(annot, FaceNormal_K, KRAtomNull)) != LexDict) return;
+    if (!IsDict(TSDMAnnotGetAppearance(annot, FaceNormal_K, KRAtomNull))) return;
     KRAtom present = KRAtomNull;
     if (!ValueKey(field, &present)) return;
     const KRAtom own = WButtonGetOnKeyEx(annot);

@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "Common/src/miLexType.h"
 #include "PIFrame.h"
 #include "PIMain.h"
 #include "base/FormStr.h"
@@ -38,7 +39,7 @@ void WriteFlags(DMField *field, KRAtom type, const TSChoiceData &choice) {
 void WriteDefault(DMField *field, std::int16_t index) {
     LexObj options = TSDMFieldGetObj(field, options_K);
     LexObj value = LexNullObj;
-    if (LexObjGetType(options) == LexArray && index >= 0 && index < LexArrayLength(options))
+    if (IsArray(options) && index >= 0 && index < LexArrayLength(options))
         value = RetrieveOptVal(LexArrayGet(options, index));
     TSDMFieldSetDefaultValue(field, value);
 }

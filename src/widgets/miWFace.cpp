@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/miWFace.h"
 
+#include "Common/src/miLexType.h"
 #include "base/FormStr.h"
 #include "base/miKanjiFont.h"
 #include "model/DMField.h"
@@ -70,7 +71,7 @@ void WFaceOwnMakerDict(DMAnnot annot) {
     LexObj mk;
     LexObj dict = DMAnnotGetLexObj(annot);
     if (!TSDMWidgetIsNative(annot, &mk) || LexDictKnown(dict, MakerDict_K)) return;
-    if (LexObjGetType(mk) == LexDict)
+    if (IsDict(mk))
         LexDictPut(dict, MakerDict_K, mk);
     else
         TSLexDictEnsure(dict, MakerDict_K);

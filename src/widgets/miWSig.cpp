@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "Common/src/miLexType.h"
 #include "Common/unix/mdMessages.h"
 #include "PIFrame.h"
 #include "PIMain.h"
@@ -86,7 +87,7 @@ void WSignatureWriteData(SCWidgetHandler *, DMAnnot annot, TSWidgetData *data) {
 // The signer's name in host encoding; empty when unsigned.
 std::string SignerName(LexObj value) {
     LexObj name = TSLexDictGetOfType(value, Name_K, LexString);
-    if (LexObjGetType(name) != LexString) return {};
+    if (!IsString(name)) return {};
     const EStrPtr text(EStrNewFromLexObjImpl(name));
     EStrSetEncoding(text.get(), EStrHost);
     EStrTrunc(text.get(), s_nameLimit);
@@ -99,7 +100,7 @@ void WSignatureSaveFace(DMAnnot annot, const TSWidgetData *data) {
     LexObj mark = GetThumper(face.doc, &look);
     const std::string name = SignerName(SignatureOf(data)->value);
     const EStrPtr caption = WFaceText(name.c_str(), look);
-    const bool hasMark = LexObjGetType(mark) == LexStream;
+    const bool hasMark = IsStream(mark);
     const std::int32_t layout = name.empty() ? s_markOnly : hasMark ? s_nameBelow : s_nameOnly;
     TSFit fit;
     TSDMAnnotInitFit(&fit);
@@ -144,17 +145,17 @@ void WSignatureScroll(SCWidgetHandler *, DMAnnot) {}
 } // namespace
 
 bool WSignature_NotifyWasResized(DMAnnot annot) {
-    if (LexObjGetType(TSDMFieldGetValue(TSDMAnnotGetField(annot))) != LexDict) return false;
+    if (!IsDict(TSDMFieldGetValue(TSDMAnnotGetField(annot)))) return false;
     LexDoc doc = LexObjGetDoc(DMAnnotGetLexObj(annot));
     LexObj face = TSDMAnnotGetAppearance(annot, FaceNormal_K, KRAtomNull);
     const KRAtom name = StreamWrapsXObject(face);
     if (name == KRAtomNull) return false;
     LexObj wrapper = TSLexObjCopy(doc, face, /*shallow*/ false);
-    if (LexObjGetType(wrapper) != LexStream) return false;
+    if (!IsStream(wrapper)) return false;
     LexObj resources = TSLexDictGetOfType(LexStreamDict(wrapper), Resources_K, LexDict);
     LexObj forms = TSLexDictGetOfType(resources, XObject_K, LexDict);
     LexObj form = TSLexDictGetOfType(forms, name, LexStream);
-    if (LexObjGetType(form) != LexStream) {
+    if (!IsStream(form)) {
         LexObjDestroy(wrapper);
         return false;
     }

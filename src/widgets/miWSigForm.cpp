@@ -6,6 +6,7 @@
 #include <charconv>
 #include <sstream>
 
+#include "Common/src/miLexType.h"
 #include "CoreHFT.h"
 #include "KernelSupportHFT.h"
 #include "PIFrame.h"
@@ -128,7 +129,7 @@ LexObj XObjectToStream(LexObj xobject, const KRFixedMatrix *matrix, const KRFixe
 }
 
 KRAtom StreamWrapsXObject(LexObj stream) {
-    if (LexObjGetType(stream) != LexStream) return KRAtomNull;
+    if (!IsStream(stream)) return KRAtomNull;
     std::string text;
     if (Protect([&] { text = CStoreReadStream(stream); }) != KRErrNone || text.size() >= s_wrapperLimit)
         return KRAtomNull;
@@ -158,7 +159,7 @@ void DefaultAPMatrixFM(KRFixedMatrix *matrix, std::int32_t rotation, KRFixed wid
 }
 
 LexObj FitAp(const KRFixedRect *rect, LexObj stream, const KRFixedRect *bbox) {
-    if (LexObjGetType(stream) != LexStream) return LexNullObj;
+    if (!IsStream(stream)) return LexNullObj;
     LexObj dict = LexStreamDict(stream);
     KRFixedRect box;
     TSLexGetRect(dict, BBox_K, &box);

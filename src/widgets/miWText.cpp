@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "Common/src/miLexType.h"
 #include "Common/src/miUtils.h"
 #include "Common/unix/mdMessages.h"
 #include "PIFrame.h"
@@ -34,7 +35,7 @@ void WTextGetName(SCWidgetHandler *, char *buffer, std::int32_t size) {
 
 std::string DefaultText(DMField *field) {
     LexObj standard = TSDMFieldGetEntry(field, TSEntryDV);
-    if (LexObjGetType(standard) == LexNull) return {};
+    if (IsNull(standard)) return {};
     const EStrPtr text(EStrNewFromLexObjImpl(standard));
     EStrSetEncoding(text.get(), EStrHost);
     return EStrGetBytes(text.get());

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "Common/src/miLexType.h"
 #include "Common/src/miUtils.h"
 #include "Common/unix/mdMessages.h"
 #include "CoreHFT.h"
@@ -31,7 +32,7 @@ TSToggleData *ToggleOf(const TSWidgetData *data) {
 
 bool IsDefault(DMAnnot annot, KRAtom key) {
     LexObj standard = TSDMFieldGetEntry(TSDMAnnotGetField(annot), TSEntryDV);
-    return LexObjGetType(standard) == LexName && LexNameValue(standard) == key;
+    return IsName(standard) && LexNameValue(standard) == key;
 }
 
 void WriteDefault(DMAnnot annot, const TSToggleData &toggle) {
@@ -82,12 +83,12 @@ void SaveFaces(WFace &face, const TSToggleData &toggle, bool circular) {
 
 // An appearance that is a plain stream has no states, and the new ones take its place.
 void MakeRoomForStates(DMAnnot annot, KRAtom mode) {
-    if (LexObjGetType(TSDMAnnotGetAppearance(annot, mode, KRAtomNull)) == LexStream)
+    if (IsStream(TSDMAnnotGetAppearance(annot, mode, KRAtomNull)))
         TSDMAnnotSetAppearance(annot, mode, KRAtomNull, LexNullObj);
 }
 
 bool HasStates(DMAnnot annot) {
-    return LexObjGetType(TSDMAnnotGetAppearance(annot, FaceNormal_K, KRAtomNull)) == LexDict;
+    return IsDict(TSDMAnnotGetAppearance(annot, FaceNormal_K, KRAtomNull));
 }
 
 void WriteFaces(SCWidgetHandler *handler, DMAnnot annot, bool mayBeCircular) {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/miWValueFace.h"
 
+#include "Common/src/miLexType.h"
 #include "base/FormStr.h"
 #include "model/DMField.h"
 #include "model/DMFieldValue.h"
@@ -55,7 +56,7 @@ WValueFace WValueFaceNew(DMAnnot annot, DMField *field) {
 void WValueFaceDraw(WValueFace &face, const std::function<void()> &content) {
     CStore *store = face.store.get();
     CStoreVariableData(store, Tx_K);
-    const bool clipped = LexObjGetType(face.present) != LexStream;
+    const bool clipped = !IsStream(face.present);
     if (clipped) {
         const KRFixedRect inside = CStoreInsideRect(store, face.margin);
         CStoreStartRectClip(store, &inside);
@@ -66,7 +67,7 @@ void WValueFaceDraw(WValueFace &face, const std::function<void()> &content) {
 }
 
 void WValueFaceSet(WValueFace &face) {
-    LexObj stream = LexObjGetType(face.present) == LexStream
+    LexObj stream = IsStream(face.present)
                         ? CStoreReplace(face.present, face.store.get(), &face.look, FormResources(face))
                         : CStoreSave(TSDMFieldGetLexDoc(face.field), face.store.get());
     TSDMWidgetSetNormalFace(face.annot, KRAtomNull, stream);
