@@ -7,7 +7,7 @@
 //     DMFieldUnlinkChild touch `parent`, `firstChild` and the sibling links.
 //  3. `obj` of a record is indirect, and changes only through DMFieldSetObj: the document's index finds records by it.
 //  4. A record whose state has DMFieldInvalid is being built or was wiped; it is in the lists all the same.
-//  5. No chain of parents is longer than MaxFieldDepth.
+//  5. No chain of parents is longer than the limit "field-depth".
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -17,11 +17,6 @@
 
 struct NameStr;
 
-/**
- * How deep a field may stand below its root. Names allow 127 titled levels; the rest is for levels without a title.
- * What stands deeper in a file is no field. Recursion over the tree is safe below this.
- */
-inline constexpr int MaxFieldDepth = 256;
 /** A full name has at most this many bytes. */
 inline constexpr std::size_t MaxFieldNameLength = 254;
 
@@ -190,7 +185,7 @@ void DMFieldComplete(DMField *field);
 bool DMFieldLinkToParent(DMField *field);
 /**
  * Puts a record at the front of a parent's children; nothing when it is there. It leaves another parent first. False,
- * and nothing done, when that would make a cycle or pass MaxFieldDepth.
+ * and nothing done, when that would make a cycle or pass the limit "field-depth".
  */
 bool DMFieldLinkChild(DMField *parent, DMField *child);
 /** Takes a record out of its parent's children, if it has a parent. Dictionaries stay as they are. */

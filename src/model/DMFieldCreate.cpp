@@ -12,6 +12,7 @@
 #include "Common/src/miLexType.h"
 #include "PIFrame.h"
 #include "base/FormStr.h"
+#include "base/Limits.h"
 #include "model/DMFieldValue.h"
 #include "model/LexField.h"
 #include "model/NameHash.h"
@@ -205,7 +206,7 @@ void FlattenInto(LexObj dict, const std::string &prefix, int depth) {
     const LexObj kids = LexDictGet(dict, Kids_K);
     // Taken off first: kids do not inherit it, and a kid that lists its parent again finds no kids there.
     LexDictRemove(dict, Kids_K);
-    if (!IsArray(kids) || depth > MaxFieldDepth) return;
+    if (!IsArray(kids) || depth > TSLimitOf(TSLimitFieldDepth)) return;
     LexDictRemove(dict, T_K);
     for (std::int32_t i = LexArrayLength(kids); i-- > 0;) {
         const LexObj kid = LexArrayGet(kids, i);

@@ -4,6 +4,7 @@
 
 #include "Common/src/miLexType.h"
 #include "base/FormStr.h"
+#include "base/Limits.h"
 #include "model/NameHash.h"
 #include "objects/LexUtil.h"
 
@@ -13,7 +14,7 @@ namespace {
 bool MayLink(const DMField *parent, const DMField *child) {
     int depth = 0;
     for (const DMField *field = parent; field; field = field->parent) {
-        if (field == child || ++depth > MaxFieldDepth) return false;
+        if (field == child || ++depth > TSLimitOf(TSLimitFieldDepth)) return false;
     }
     return true;
 }

@@ -8,6 +8,7 @@
 #include "Common/src/miLexType.h"
 #include "PIFrame.h"
 #include "base/FormStr.h"
+#include "base/Limits.h"
 #include "model/DocData.h"
 #include "model/LexObjSet.h"
 #include "model/NameHash.h"
@@ -18,7 +19,7 @@ namespace {
 
 /** Makes the fields of an array and what hangs below. A node is gone through once, however many arrays list it. */
 void ScanDMFieldsInArray(LexObj array, int depth, LexObjSet *scanned) {
-    if (!IsArray(array) || depth > MaxFieldDepth) return;
+    if (!IsArray(array) || depth > TSLimitOf(TSLimitFieldDepth)) return;
     for (std::int32_t i = LexArrayLength(array); i-- > 0;) {
         const LexObj element = LexArrayGet(array, i);
         if (!IsDict(element)) continue;

@@ -9,6 +9,7 @@
 #include "Common/src/miLexType.h"
 #include "PIFrame.h"
 #include "base/FormStr.h"
+#include "base/Limits.h"
 #include "base/NameStr.h"
 #include "objects/LexUtil.h"
 
@@ -130,7 +131,7 @@ bool FormFieldNameAcquire(LexObj dict, FieldName *name) {
     if (!IsDict(dict)) return false;
     NameFromEnd full;
     FieldName title;
-    for (int depth = 0; depth <= MaxFieldDepth; ++depth) {
+    for (int depth = 0; depth <= TSLimitOf(TSLimitFieldDepth); ++depth) {
         const LexObj parent = TSLexDictGetOfType(dict, parent_K, LexDict);
         const bool isRoot = !IsDict(parent);
         if (isRoot || LexDictKnown(dict, T_K)) {

@@ -6,6 +6,7 @@
 #include "DocModelHFT.h"
 #include "PIFrame.h"
 #include "base/FormStr.h"
+#include "base/Limits.h"
 #include "model/DMField.h"
 #include "model/DMFieldValue.h"
 #include "model/DMFieldValueParts.h"
@@ -96,7 +97,7 @@ void PrepareLook(const FieldCopy &copy) {
 void CopyInherited(const FieldCopy &copy) {
     HoldKey(copy.target, Kids_K);
     LexObj ancestor = TSLexDictGetOfType(copy.sourceObj, parent_K, LexDict);
-    for (int depth = 0; IsDict(ancestor) && depth < MaxFieldDepth; ++depth) {
+    for (int depth = 0; IsDict(ancestor) && depth < TSLimitOf(TSLimitFieldDepth); ++depth) {
         TSLexDictPartialCopy(ancestor, copy.target, /*sameDocument*/ false);
         ancestor = TSLexDictGetOfType(ancestor, parent_K, LexDict);
     }

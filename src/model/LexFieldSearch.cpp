@@ -13,6 +13,7 @@
 #include "Common/src/miLexType.h"
 #include "PIFrame.h"
 #include "base/FormStr.h"
+#include "base/Limits.h"
 #include "model/DMField.h"
 #include "model/FieldArray.h"
 #include "model/LexFieldParts.h"
@@ -38,7 +39,7 @@ public:
 
     /** True when the search is over; `*field` is then the result. `place` is what holds the array. */
     bool In(LexObj array, LexObj place, int depth, DMField **field) {
-        if (depth > MaxFieldDepth || !IsArray(array)) return false;
+        if (depth > TSLimitOf(TSLimitFieldDepth) || !IsArray(array)) return false;
         for (std::int32_t i = LexArrayLength(array) - 1; i >= 0; --i) {
             const LexObj element = LexArrayGet(array, i);
             if (!IsDict(element)) continue;

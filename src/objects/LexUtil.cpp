@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <iterator>
 #include <unordered_set>
 
 #include "Common/src/miLexType.h"
@@ -12,15 +13,9 @@
 #include "KernelSupportHFT.h"
 #include "PIFrame.h"
 #include "base/FormStr.h"
+#include "base/Limits.h"
 
 namespace {
-
-/** Levels of arrays within arrays that are compared. */
-constexpr int s_maxEquivalentDepth = 64;
-/** Pairs of indirect arrays that one comparison takes on: a bound for files that are made to cost time. */
-constexpr std::size_t s_maxEquivalentPairs = 100'000;
-/** Ancestors that are asked for an inherited value; a chain of `Parent` that is longer is a circle. */
-constexpr int s_maxAncestors = 1024;
 
 /** Pairs under comparison or already found alike, as two object numbers, which hold still within one comparison. */
 using PairSet = std::unordered_set<std::uint64_t>;
@@ -35,14 +30,14 @@ bool EquivalentStrings(LexObj a, LexObj b) {
 bool Equivalent(LexObj a, LexObj b, int depth, PairSet &seen);
 
 bool EquivalentArrays(LexObj a, LexObj b, int depth, PairSet &seen) {
-    if (depth >= s_maxEquivalentDepth) return false;
+    if (depth >= TSLimitOf(TSLimitComparisonDepth)) return false;
     const std::int32_t length = LexArrayLength(a);
     if (length != LexArrayLength(b)) return false;
     if (LexObjIsIndirect(a) && LexObjIsIndirect(b)) {
         const auto numberA = static_cast<std::uint32_t>(LexObjGetID(a));
         const auto numberB = static_cast<std::uint32_t>(LexObjGetID(b));
         if (!seen.insert(std::uint64_t{numberA} << 32 | numberB).second) return true;
-        if (seen.size() > s_maxEquivalentPairs) return false;
+        if (std::ssize(seen) > TSLimitOf(TSLimitComparisonPairs)) return false;
     }
     for (std::int32_t i = length - 1; i >= 0; --i) {
         if (!Equivalent(LexArrayGet(a, i), LexArrayGet(b, i), depth + 1, seen)) return false;
@@ -278,7 +273,8 @@ bool TSLexObjEquivalent(LexObj a, LexObj b) {
 }
 
 LexObj TSLexObjInheritedValue(LexObj obj, KRAtom key) {
-    for (int i = 0; i < s_maxAncestors && TSLexObjIsDictLike(obj); ++i) {
+    const std::int64_t most = TSLimitOf(TSLimitInheritanceDepth); // a longer chain of `Parent` is a circle
+    for (std::int64_t i = 0; i < most && TSLexObjIsDictLike(obj); ++i) {
         const LexObj value = LexDictGet(obj, key);
         if (!IsNull(value)) return value;
         obj = LexDictGet(obj, parent_K);

@@ -8,14 +8,12 @@
 #include "CoreHFT.h"
 #include "KRErrors.h"
 #include "base/FormStr.h"
+#include "base/Limits.h"
 #include "objects/LexCopy.h"
 #include "objects/LexUtil.h"
 #include "objects/NameTree.h"
 
 namespace {
-
-/** Levels of nodes; a tree of two entries a node would hold more than any file does. */
-constexpr int s_maxTreeDepth = 64;
 
 /** Object numbers of the indirect nodes that a walk has come through. */
 using SeenNodes = std::unordered_set<std::int32_t>;
@@ -29,7 +27,7 @@ LexObj Names(LexObj node) {
 }
 
 void CheckDepth(int depth) {
-    if (depth > s_maxTreeDepth) KRRaise(KRErrBadParam);
+    if (depth > TSLimitOf(TSLimitNameTreeDepth)) KRRaise(KRErrBadParam);
 }
 
 /** True once for every node of a walk: a node reached twice belongs to a circle or to two parents. */

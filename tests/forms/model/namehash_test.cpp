@@ -7,6 +7,7 @@
 #include "KRErrors.h"
 #include "KernelSupportHFT.h"
 #include "ScreenViewHFT.h"
+#include "base/Limits.h"
 #include "model/DocData.h"
 #include "model/FieldArray.h"
 #include "model/LexField.h"
@@ -436,8 +437,21 @@ TEST_F(NameHash, ATreeTooDeepIsLeftOut) {
         ++made;
     }
     EXPECT_GE(made, 200);
-    EXPECT_LE(made, MaxFieldDepth + 1);
+    EXPECT_LE(made, TSLimitOf(TSLimitFieldDepth) + 1);
     EXPECT_TRUE(TSDMFieldIsTerminal(FieldOf(doc, "top")));
+}
+
+TEST_F(NameHash, ALimitThatIsSetHolds) {
+    EXPECT_FALSE(TSLimitSet("field-depths", 1));
+    EXPECT_FALSE(TSLimitSet("field-depth", 0));
+    EXPECT_FALSE(TSLimitSet("field-depth", TSLimitAt(TSLimitFieldDepth)->highest + 1));
+    EXPECT_EQ(TSLimitAt(TSLimitCount), nullptr);
+
+    TestDoc doc(TreeObjects("4 0 R", {"<< /T (a) /Kids [5 0 R] >>", "<< /T (b) /Parent 4 0 R /Kids [6 0 R] >>",
+                                      Widget("/T (c) /Parent 5 0 R")}));
+    ASSERT_TRUE(TSLimitSet("field-depth", 1));
+    EXPECT_TRUE(Names(doc).empty());
+    ASSERT_TRUE(TSLimitSet("field-depth", TSLimitAt(TSLimitFieldDepth)->standard));
 }
 
 TEST_F(NameHash, AFieldOfAnEmptyGroupBeingLoadedIsNotFreedUnderItsLoader) {
