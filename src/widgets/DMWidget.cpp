@@ -53,10 +53,6 @@ KRAtom FieldTypeOf(KRAtom type) {
     return type;
 }
 
-std::uint32_t WithFlag(std::uint32_t flags, std::uint32_t bits, bool on) {
-    return on ? flags | bits : flags & ~bits;
-}
-
 std::int32_t StyleOf(KRAtom name) {
     if (name == Dashed_K) return TSBorderDashed;
     if (name == Inset_K) return TSBorderInset;
@@ -152,6 +148,18 @@ void WriteFitName(LexObj dict, KRAtom key, KRAtom name, KRAtom standard) {
         TSLexDictStore<LexName>(dict, key, /*indirect*/ false, name);
 }
 
+void SetAreaColor(DMAnnot annot, KRAtom key, const DMColorValue *color) {
+    if (!color) return;
+    LexObj value = LexNullObj;
+    if (ValidDMColorValue(color)) {
+        LexDoc doc = LexObjGetDoc(DictOf(annot));
+        value = LexNewArray(doc, /*indirect*/ false, 4);
+        for (std::int32_t i = 0; i < TSColorComponents(color->space); ++i)
+            LexArrayPut(value, i, LexNewFixed(doc, /*indirect*/ false, color->value[i]));
+    }
+    TSDMWidgetSetObj(annot, key, value);
+}
+
 } // namespace
 
 bool TSDMWidgetIsNative(DMAnnot annot, LexObj *mk) {
@@ -167,9 +175,9 @@ void TSDMWidgetSetSubType(DMAnnot annot, KRAtom type, std::uint32_t *fieldFlags)
         KRRaise(field && (field->state & DMFieldSharesName) ? KRErrTypeShared : KRErrBadParam);
     std::uint32_t flags = *fieldFlags;
     if (fieldType == Btn_K) flags &= ~4U;
-    flags = WithFlag(flags, TSFieldPushButton, type == Button_K);
-    flags = WithFlag(flags, TSFieldRadio | TSFieldNoToggleToOff, type == RadioButton_K);
-    *fieldFlags = WithFlag(flags, TSFieldCombo, type == ComboBox_K);
+    flags = TSWithFlags(flags, TSFieldPushButton, type == Button_K);
+    flags = TSWithFlags(flags, TSFieldRadio | TSFieldNoToggleToOff, type == RadioButton_K);
+    *fieldFlags = TSWithFlags(flags, TSFieldCombo, type == ComboBox_K);
 }
 
 void TSDMWidgetGetTitle(DMAnnot annot, char *buffer, std::int32_t size) {
@@ -277,22 +285,6 @@ void TSDMWidgetGetAreaColors(DMAnnot annot, DMColorValue *borderColor, DMColorVa
     if (borderColor) TSDMColorLoad(TSDMWidgetGetObj(annot, BorderCol_K), KRAtomNull, borderColor);
     if (backColor) TSDMColorLoad(TSDMWidgetGetObj(annot, Background_K), KRAtomNull, backColor);
 }
-
-namespace {
-
-void SetAreaColor(DMAnnot annot, KRAtom key, const DMColorValue *color) {
-    if (!color) return;
-    LexObj value = LexNullObj;
-    if (ValidDMColorValue(color)) {
-        LexDoc doc = LexObjGetDoc(DictOf(annot));
-        value = LexNewArray(doc, /*indirect*/ false, 4);
-        for (std::int32_t i = 0; i < TSColorComponents(color->space); ++i)
-            LexArrayPut(value, i, LexNewFixed(doc, /*indirect*/ false, color->value[i]));
-    }
-    TSDMWidgetSetObj(annot, key, value);
-}
-
-} // namespace
 
 void TSDMWidgetSetAreaColors(DMAnnot annot, const DMColorValue *borderColor, const DMColorValue *backColor) {
     SetAreaColor(annot, BorderCol_K, borderColor);

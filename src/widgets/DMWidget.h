@@ -35,7 +35,7 @@ EStr *TSDMWidgetGetUserName(DMAnnot annot);
 EStr *TSDMFieldGetUserName(DMField *field);
 /** An empty text removes `TU`. */
 void TSDMFieldSetUserName(DMField *field, const EStr *name);
-/** `TM`, as a new string. */
+/** `TM`, as a new string. For data exchange. */
 EStr *TSDMFieldGetSubmitName(DMField *field);
 /** The rectangle in points; after a stretch (`OH`) as it was when the widget was made. */
 void TSDMWidgetGetRect(DMAnnot annot, KRFixedRect *rect);
@@ -138,6 +138,15 @@ char *TSDMWidgetAcquireStringValue(DMAnnot annot);
 /** Sets the value from host text, as a string (LexString) or a name (LexName). Null or empty is the null value. */
 bool TSDMWidgetSetStringValue(DMAnnot annot, LexType type, const char *text);
 
+/** The text of an object in host encoding; empty when it has none. */
+std::string TSHostTextOf(LexObj obj);
+/** A direct string object of host text. */
+LexObj TSNewTextOf(LexDoc doc, const std::string &host);
+/** Flags with these bits on or off. */
+constexpr std::uint32_t TSWithFlags(std::uint32_t flags, std::uint32_t bits, bool on) {
+    return on ? flags | bits : flags & ~bits;
+}
+
 /** What a choice field offers. An export may be missing, and then the value is what is shown. */
 struct TSChoices {
     std::vector<std::string> values;
@@ -147,6 +156,7 @@ struct TSChoices {
 void TSDMWidgetAcquireChoices(DMAnnot annot, TSChoices *choices);
 /** Raises KRErrBadParam when the field refuses. */
 void TSDMWidgetWriteChoices(DMAnnot annot, const TSChoices &choices);
+/** For C-minded callers, the script engine's field object among them: a TSChoices frees itself. */
 void TSDMWidgetReleaseChoices(TSChoices *choices);
 /** Indexes in `Opt` of the elements that are choices, in order: those that TSDMWidgetAcquireChoices reads. */
 std::vector<std::int32_t> TSOptionsGetChoices(LexObj options);
@@ -154,7 +164,7 @@ std::vector<std::int32_t> TSOptionsGetChoices(LexObj options);
 std::string TSOptionGetShownText(LexObj element);
 /** Index of the choice that is shown as `text`, else `missing`. */
 std::int32_t TSDMWidgetGetChoiceIndex(const TSChoices &choices, const char *text, std::int32_t missing);
-/** The value steps to the next option; a list of one at its option is reset. */
+/** The value steps to the next option; a list of one at its option is reset. For the window's combo boxes. */
 void TSDMWidgetSetNextOption(DMAnnot annot);
 
 /** `MaxLen` in characters; 0 when there is none, -1 for an invalid field. */
@@ -166,7 +176,7 @@ std::int16_t TSDMFieldGetTopIndex(DMField *field);
 void TSDMFieldSetTopIndex(DMField *field, std::int16_t index);
 /** Index of the default value among the options; 0 when it is none of them. */
 std::int16_t TSDMFieldGetDefaultIndex(DMField *field);
-/** The widget wrapped its text: line ends in the value came from the widget. */
+/** The widget wrapped its text: line ends in the value came from the widget. For the window's text edit. */
 void TSDMFieldSetWidgetWrappedText(DMField *field);
 void TSDMFieldClearWidgetWrappedText(DMField *field);
 

@@ -17,18 +17,6 @@
 
 namespace {
 
-std::string HostText(LexObj obj) {
-    const EStrPtr text(EStrNewFromLexObjImpl(obj));
-    EStrSetEncoding(text.get(), EStrHost);
-    return std::string(EStrGetBytes(text.get()), EStrGetLen(text.get()));
-}
-
-LexObj NewText(LexDoc doc, const std::string &host) {
-    const EStrPtr text(EStrNewImpl(host.c_str(), EStrHost));
-    EStrSetEncoding(text.get(), EStrText);
-    return LexNewString(doc, /*indirect*/ false, EStrGetBytes(text.get()), EStrGetLen(text.get()));
-}
-
 std::int16_t ShortEntry(DMField *field, KRAtom key, std::int16_t missing) {
     LexObj value = TSDMFieldGetObj(field, key);
     if (!IsInteger(value)) return missing;
@@ -50,7 +38,7 @@ bool IsScalar(LexObj obj) {
 }
 
 std::string ScalarText(LexObj obj) {
-    return IsScalar(obj) ? HostText(obj) : std::string();
+    return IsScalar(obj) ? TSHostTextOf(obj) : std::string();
 }
 
 // An element of `Opt` offers something: a pair of export and text, or a text that is not empty.
@@ -82,19 +70,31 @@ bool ChoicesEqual(const TSChoices &a, const TSChoices &b) {
 LexObj NewChoice(LexDoc doc, const TSChoices &choices, std::size_t i) {
     const bool hasExport = i < choices.exports.size() && choices.exports[i];
     const bool hasValue = !choices.values[i].empty();
-    if (!hasExport) return NewText(doc, choices.values[i]);
-    if (!hasValue) return NewText(doc, *choices.exports[i]);
+    if (!hasExport) return TSNewTextOf(doc, choices.values[i]);
+    if (!hasValue) return TSNewTextOf(doc, *choices.exports[i]);
     LexObj pair = LexNewArray(doc, /*indirect*/ false, 2);
-    LexArrayPut(pair, 0, NewText(doc, *choices.exports[i]));
-    LexArrayPut(pair, 1, NewText(doc, choices.values[i]));
+    LexArrayPut(pair, 0, TSNewTextOf(doc, *choices.exports[i]));
+    LexArrayPut(pair, 1, TSNewTextOf(doc, choices.values[i]));
     return pair;
 }
 
 } // namespace
 
+std::string TSHostTextOf(LexObj obj) {
+    const EStrPtr text(EStrNewFromLexObjImpl(obj));
+    EStrSetEncoding(text.get(), EStrHost);
+    return std::string(EStrGetBytes(text.get()), EStrGetLen(text.get()));
+}
+
+LexObj TSNewTextOf(LexDoc doc, const std::string &host) {
+    const EStrPtr text(EStrNewImpl(host.c_str(), EStrHost));
+    EStrSetEncoding(text.get(), EStrText);
+    return LexNewString(doc, /*indirect*/ false, EStrGetBytes(text.get()), EStrGetLen(text.get()));
+}
+
 char *TSDMWidgetAcquireStringValue(DMAnnot annot) {
     LexObj value = TSDMFieldGetValue(TSDMAnnotGetField(annot));
-    return IsNull(value) ? nullptr : miCopyStrImpl(HostText(value).c_str());
+    return IsNull(value) ? nullptr : miCopyStrImpl(TSHostTextOf(value).c_str());
 }
 
 bool TSDMWidgetSetStringValue(DMAnnot annot, LexType type, const char *text) {
@@ -102,7 +102,7 @@ bool TSDMWidgetSetStringValue(DMAnnot annot, LexType type, const char *text) {
     LexDoc doc = LexObjGetDoc(DMAnnotGetLexObj(annot));
     LexObj value = LexNullObj;
     if (text && *text)
-        value = type == LexName ? LexNewName(doc, /*indirect*/ false, KRAtomFromString(text)) : NewText(doc, text);
+        value = type == LexName ? LexNewName(doc, /*indirect*/ false, KRAtomFromString(text)) : TSNewTextOf(doc, text);
     return TSDMFieldSetValue(field, value);
 }
 

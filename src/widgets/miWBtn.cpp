@@ -69,10 +69,6 @@ void WButtonReleaseData(SCWidgetHandler *, TSWidgetData *data) {
     TSDMWidgetReleaseData(data);
 }
 
-void WButtonCompareData(SCWidgetHandler *, TSWidgetData *first, const TSWidgetData *other) {
-    TSDMWidgetCompareData(first, other);
-}
-
 void WButtonWriteData(SCWidgetHandler *, DMAnnot annot, TSWidgetData *data) {
     TSDMWidgetWriteData(annot, data);
     const TSButtonData *button = ButtonOf(data);
@@ -91,14 +87,18 @@ void WButtonWriteData(SCWidgetHandler *, DMAnnot annot, TSWidgetData *data) {
     TSDMFieldUpdateAppearance(TSDMAnnotGetField(annot));
 }
 
+/** Lays caption and icon of a slot; what the slot does not give is taken from the normal face. */
 void LayContent(WFace &face, std::int32_t slot) {
     const TSButtonData *button = ButtonOf(face.data);
+    const bool ownCaption = !button->captions[slot].empty();
+    const bool ownIcon = !IsNull(button->icons[slot]);
     const TextAppearance look = WFaceLook(face);
-    const EStrPtr caption = WFaceText(button->captions[slot].c_str(), look);
+    const EStrPtr caption = WFaceText(button->captions[ownCaption ? slot : WButtonNormal].c_str(), look);
     CStoreClear(face.content.get());
     face.content->flags = 0;
-    CStoreLayoutIconText(face.content.get(), &button->fit, face.margin, button->layout, button->icons[slot], &look,
-                         EStrGetBytes(caption.get()), /*isDingbat*/ false);
+    CStoreLayoutIconText(face.content.get(), &button->fit, face.margin, button->layout,
+                         button->icons[ownIcon ? slot : WButtonNormal], &look, EStrGetBytes(caption.get()),
+                         /*isDingbat*/ false);
 }
 
 // A face of its own, or the normal one where the button gives no other.
@@ -106,18 +106,6 @@ bool HasOwnContent(const TSButtonData *button, std::int32_t slot) {
     const bool caption = !button->captions[slot].empty() && button->captions[slot] != button->captions[WButtonNormal];
     const bool icon = !IsNull(button->icons[slot]) && !LexObjEqual(button->icons[slot], button->icons[WButtonNormal]);
     return caption || icon;
-}
-
-// What the face does not replace is taken from the normal one.
-void LayOwnContent(WFace &face, std::int32_t slot) {
-    TSButtonData *button = ButtonOf(face.data);
-    const std::string caption = button->captions[slot];
-    const LexObj icon = button->icons[slot];
-    if (caption.empty()) button->captions[slot] = button->captions[WButtonNormal];
-    if (IsNull(icon)) button->icons[slot] = button->icons[WButtonNormal];
-    LayContent(face, slot);
-    button->captions[slot] = caption;
-    button->icons[slot] = icon;
 }
 
 void WButtonSaveSimpleFaces(WFace &face) {
@@ -132,13 +120,13 @@ void WButtonSavePushFaces(WFace &face) {
     LayContent(face, WButtonNormal);
     TSDMWidgetSetNormalFace(face.annot, KRAtomNull, WFaceSave(face, /*down*/ false, /*circular*/ false, /*shift*/ 0));
 
-    if (HasOwnContent(button, WButtonDown)) LayOwnContent(face, WButtonDown);
+    if (HasOwnContent(button, WButtonDown)) LayContent(face, WButtonDown);
     TSDMAnnotSetAppearance(face.annot, FaceDown_K, KRAtomNull,
                            WFaceSave(face, /*down*/ true, /*circular*/ false, face.borderWidth));
 
     LexObj rollover = LexNullObj;
     if (HasOwnContent(button, WButtonRollover)) {
-        LayOwnContent(face, WButtonRollover);
+        LayContent(face, WButtonRollover);
         rollover = WFaceSave(face, /*down*/ false, /*circular*/ false, /*shift*/ 0);
     }
     TSDMAnnotSetAppearance(face.annot, FaceRollOver_K, KRAtomNull, rollover);
@@ -182,9 +170,7 @@ bool ValueKey(DMField *field, KRAtom *key) {
 std::string TSDMWidgetGetCaptionEx(DMAnnot annot, std::int32_t slot) {
     LexObj value = TSDMWidgetGetObj(annot, CaptionKey(slot));
     if (!IsString(value)) return {};
-    const EStrPtr text(EStrNewFromLexObjImpl(value));
-    EStrSetEncoding(text.get(), EStrHost);
-    return EStrGetBytes(text.get());
+    return TSHostTextOf(value);
 }
 
 void TSDMWidgetSetCaptionEx(DMAnnot annot, const EStr *text, std::int32_t slot) {
@@ -217,6 +203,12 @@ void WButtonToggle(DMAnnot annot) {
     }
 }
 
+void WButtonPress(DMAnnot annot) {
+    if (!TSDMAnnotHasAction(annot, MouseUp_K)) return;
+    SCDoc view = TSLexDocGetSCDoc(LexObjGetDoc(DMAnnotGetLexObj(annot)));
+    Protect([&] { SCDocPerformAction(view, TSDMAnnotGetAction(annot, MouseUp_K)); });
+}
+
 void WButtonClick(SCWidgetHandler *, DMAnnot annot, SCPageView, std::int16_t, std::int16_t, std::uint32_t,
                   std::int16_t) {
     WButtonToggle(annot);
@@ -224,10 +216,7 @@ void WButtonClick(SCWidgetHandler *, DMAnnot annot, SCPageView, std::int16_t, st
 
 void WButtonDoKeyDown(SCWidgetHandler *, DMAnnot annot, std::uint16_t key, std::uint32_t) {
     if (key != ' ' && key != '\r' && key != '\n') return;
-    if (TSDMAnnotHasAction(annot, MouseUp_K)) {
-        SCDoc view = TSLexDocGetSCDoc(LexObjGetDoc(DMAnnotGetLexObj(annot)));
-        Protect([&] { SCDocPerformAction(view, TSDMAnnotGetAction(annot, MouseUp_K)); });
-    }
+    WButtonPress(annot);
     WButtonToggle(annot);
 }
 
@@ -255,7 +244,7 @@ void WButton_Init() {
     h.GetName = PICallback(gExtensionID, &WButtonGetName);
     h.DoKeyDown = PICallback(gExtensionID, &WButtonDoKeyDown);
     h.AcquireData = PICallback(gExtensionID, &WButtonAcquireData);
-    h.CompareData = PICallback(gExtensionID, &WButtonCompareData);
+    h.CompareData = PICallback(gExtensionID, &WFaceCompareData);
     h.WriteData = PICallback(gExtensionID, &WButtonWriteData);
     h.ReleaseData = PICallback(gExtensionID, &WButtonReleaseData);
     h.WriteAppearance = PICallback(gExtensionID, &WButtonWriteAppearance);

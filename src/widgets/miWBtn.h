@@ -36,8 +36,10 @@ void TSDMWidgetSetIconEx(DMAnnot annot, LexObj icon, std::int32_t slot);
  */
 void WButtonToggle(DMAnnot annot);
 
-// For handlers of the button family.
+// For handlers of the button family, signatures among them.
 
+/** Runs the annotation's action U, if it has one. What the action raises is dropped. */
+void WButtonPress(DMAnnot annot);
 void WButtonClick(SCWidgetHandler *handler, DMAnnot annot, SCPageView view, std::int16_t x, std::int16_t y,
                   std::uint32_t flags, std::int16_t clicks);
 /** Space, return and line feed press the button: its action runs, then it toggles. */

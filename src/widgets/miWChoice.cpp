@@ -23,15 +23,11 @@ bool SameChoices(const TSChoices &a, const TSChoices &b) {
     return a.values == b.values && a.exports == b.exports;
 }
 
-std::uint32_t WithBit(std::uint32_t flags, std::uint32_t bit, bool on) {
-    return on ? flags | bit : flags & ~bit;
-}
-
 void WriteFlags(DMField *field, KRAtom type, const TSChoiceData &choice) {
     std::uint32_t flags = TSDMFieldGetFlags(field, 1);
-    if (!(choice.changed & TSChoiceSort)) flags = WithBit(flags, TSFieldSorted, choice.sort);
+    if (!(choice.changed & TSChoiceSort)) flags = TSWithFlags(flags, TSFieldSorted, choice.sort);
     if (type == ComboBox_K && !(choice.changed & TSChoiceEditable))
-        flags = WithBit(flags, TSFieldComboEdit, choice.editable);
+        flags = TSWithFlags(flags, TSFieldComboEdit, choice.editable);
     TSDMFieldSetFlags(field, 1, flags);
 }
 

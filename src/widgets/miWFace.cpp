@@ -67,6 +67,10 @@ EStrPtr WFaceText(const char *hostText, const TextAppearance &look) {
     return TSTextForFont(text.get(), look.baseFont);
 }
 
+void WFaceCompareData(SCWidgetHandler *, TSWidgetData *first, const TSWidgetData *other) {
+    TSDMWidgetCompareData(first, other);
+}
+
 void WFaceOwnMakerDict(DMAnnot annot) {
     LexObj mk;
     LexObj dict = DMAnnotGetLexObj(annot);

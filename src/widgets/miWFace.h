@@ -34,5 +34,11 @@ TextAppearance WFaceLook(const WFace &face);
 /** A host text as the look's font shows it. */
 EStrPtr WFaceText(const char *hostText, const TextAppearance &look);
 
-/** The annotation has `MK` of its own after this, if it is native. */
+/** CompareData of the handlers that have nothing of their own to compare. */
+void WFaceCompareData(SCWidgetHandler *handler, TSWidgetData *first, const TSWidgetData *other);
+
+/**
+ * The annotation has `MK` of its own after this, if it is native. What an appearance holds stays there as well: other
+ * widgets may share the stream.
+ */
 void WFaceOwnMakerDict(DMAnnot annot);

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "Common/src/miLexType.h"
+#include "Common/src/miUtils.h"
 #include "Common/unix/mdMessages.h"
 #include "PIFrame.h"
 #include "PIMain.h"
@@ -15,17 +16,18 @@
 #include "model/DMField.h"
 #include "model/DMFieldValue.h"
 #include "model/WidgetReg.h"
-#include "model/miAction.h"
 #include "objects/AnnotUtl.h"
 #include "objects/LexCopy.h"
 #include "objects/LexUtil.h"
 #include "widgets/WidgetHandlers.h"
+#include "widgets/miWBtn.h"
 #include "widgets/miWFace.h"
 
 namespace {
 
 SCWidgetHandler s_handler;
-constexpr std::int32_t s_nameLimit = 258;
+/** Bytes. */
+constexpr std::size_t s_nameLimit = 258;
 /** Layouts: the mark alone, the name below the mark, the name alone. */
 constexpr std::int32_t s_markOnly = 1;
 constexpr std::int32_t s_nameBelow = 2;
@@ -58,10 +60,6 @@ void WSignatureReleaseData(SCWidgetHandler *, TSWidgetData *data) {
     TSDMWidgetReleaseData(data);
 }
 
-void WSignatureCompareData(SCWidgetHandler *, TSWidgetData *first, const TSWidgetData *other) {
-    TSDMWidgetCompareData(first, other);
-}
-
 // Every other widget of the same field takes the record too: one signature, one look.
 void WriteToNamesakes(DMField *field, TSWidgetData *data) {
     DMField *top = DMFieldTopOfName(field);
@@ -88,10 +86,9 @@ void WSignatureWriteData(SCWidgetHandler *, DMAnnot annot, TSWidgetData *data) {
 std::string SignerName(LexObj value) {
     LexObj name = TSLexDictGetOfType(value, Name_K, LexString);
     if (!IsString(name)) return {};
-    const EStrPtr text(EStrNewFromLexObjImpl(name));
-    EStrSetEncoding(text.get(), EStrHost);
-    EStrTrunc(text.get(), s_nameLimit);
-    return EStrGetBytes(text.get());
+    std::string text = TSHostTextOf(name);
+    text.resize(miHostCutLength(text.data(), text.size(), s_nameLimit));
+    return text;
 }
 
 void WSignatureSaveFace(DMAnnot annot, const TSWidgetData *data) {
@@ -131,10 +128,7 @@ void WSignatureClick(SCWidgetHandler *, DMAnnot annot, SCPageView, std::int16_t,
 
 void WSignatureDoKeyDown(SCWidgetHandler *, DMAnnot annot, std::uint16_t key, std::uint32_t) {
     if (key != ' ' && key != '\r') return;
-    if (TSDMAnnotHasAction(annot, MouseUp_K)) {
-        SCDoc view = TSLexDocGetSCDoc(LexObjGetDoc(DMAnnotGetLexObj(annot)));
-        Protect([&] { SCDocPerformAction(view, TSDMAnnotGetAction(annot, MouseUp_K)); });
-    }
+    WButtonPress(annot);
     ShowProperties(annot);
 }
 
@@ -186,7 +180,7 @@ void WSignature_Init() {
     h.GetName = PICallback(gExtensionID, &WSignatureGetName);
     h.DoKeyDown = PICallback(gExtensionID, &WSignatureDoKeyDown);
     h.AcquireData = PICallback(gExtensionID, &WSignatureAcquireData);
-    h.CompareData = PICallback(gExtensionID, &WSignatureCompareData);
+    h.CompareData = PICallback(gExtensionID, &WFaceCompareData);
     h.WriteData = PICallback(gExtensionID, &WSignatureWriteData);
     h.ReleaseData = PICallback(gExtensionID, &WSignatureReleaseData);
     h.WriteAppearance = PICallback(gExtensionID, &WSignatureWriteAppearance);

@@ -1,5 +1,6 @@
 // The handler of signature fields: the unsigned and signed look, and what keeps a signed appearance undistorted when
-// the widget's rectangle changes. Signing itself belongs to another plug-in. SPDX-License-Identifier: MIT
+// the widget's rectangle changes. Signing itself belongs to another plug-in.
+// SPDX-License-Identifier: MIT
 #pragma once
 
 #include "widgets/DMWidget.h"

@@ -145,7 +145,7 @@ LexObj GetThumper(LexDoc doc, const TextAppearance *look) {
     if (color.empty()) return LexNullObj;
     std::vector<const char *> lines;
     for (const char *const *line = thumper; *line; ++line) lines.push_back(*line);
-    lines[thumperColorLine] = color.c_str();
+    lines[ThumperColorLine] = color.c_str();
     lines.push_back(nullptr);
     LexObj stream = CreateStreamFromStringArray(doc, lines.data(), nullptr, nullptr);
     KRFixedMatrix matrix = KRFixedMatrixIdentity;

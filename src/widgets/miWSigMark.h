@@ -5,4 +5,4 @@
 /** Lines of a content stream, ended by null. */
 extern const char *const thumper[];
 /** The line that sets the colour, replaced by the look's. */
-inline constexpr int thumperColorLine = 3;
+inline constexpr int ThumperColorLine = 3;

@@ -33,14 +33,6 @@ void WTextGetName(SCWidgetHandler *, char *buffer, std::int32_t size) {
     mdGetString(Msg::widgetText, buffer, static_cast<std::uint16_t>(size));
 }
 
-std::string DefaultText(DMField *field) {
-    LexObj standard = TSDMFieldGetEntry(field, TSEntryDV);
-    if (IsNull(standard)) return {};
-    const EStrPtr text(EStrNewFromLexObjImpl(standard));
-    EStrSetEncoding(text.get(), EStrHost);
-    return EStrGetBytes(text.get());
-}
-
 TSWidgetData *WTextAcquireData(SCWidgetHandler *, DMAnnot annot) {
     DMField *field = TSDMAnnotGetField(annot);
     auto text = std::make_unique<TSTextData>();
@@ -52,7 +44,7 @@ TSWidgetData *WTextAcquireData(SCWidgetHandler *, DMAnnot annot) {
     text->maxLength = TSDMFieldGetMaxLen(field);
     text->justification = data->quadding;
     text->fontSize = data->textSize;
-    text->defaultValue = DefaultText(field);
+    text->defaultValue = TSHostTextOf(TSDMFieldGetEntry(field, TSEntryDV));
     data->extension = text.release();
     return data.release();
 }
@@ -79,14 +71,10 @@ void WTextCompareData(SCWidgetHandler *, TSWidgetData *first, const TSWidgetData
     if (a->justification != b->justification) a->changed |= TSTextJustification;
 }
 
-std::uint32_t WithBit(std::uint32_t flags, std::uint32_t bit, bool on) {
-    return on ? flags | bit : flags & ~bit;
-}
-
 void WriteFlags(DMField *field, const TSTextData &text) {
     std::uint32_t flags = TSDMFieldGetFlags(field, 1);
-    if (!(text.changed & TSTextMultiLine)) flags = WithBit(flags, TSFieldMultiLine, text.multiLine);
-    if (!(text.changed & TSTextPassword)) flags = WithBit(flags, TSFieldPassword, text.password);
+    if (!(text.changed & TSTextMultiLine)) flags = TSWithFlags(flags, TSFieldMultiLine, text.multiLine);
+    if (!(text.changed & TSTextPassword)) flags = TSWithFlags(flags, TSFieldPassword, text.password);
     TSDMFieldSetFlags(field, 1, flags);
     if (!(text.changed & TSTextMaxLength)) TSDMFieldSetMaxLen(field, text.maxLength);
 }
@@ -94,12 +82,7 @@ void WriteFlags(DMField *field, const TSTextData &text) {
 void WriteDefault(DMAnnot annot, const TSTextData &text) {
     if (text.changed & TSTextDefault) return;
     LexObj value = LexNullObj;
-    if (!text.defaultValue.empty()) {
-        const EStrPtr stored(EStrNewImpl(text.defaultValue.c_str(), EStrHost));
-        EStrSetEncoding(stored.get(), EStrText);
-        value = LexNewString(LexObjGetDoc(DMAnnotGetLexObj(annot)), /*indirect*/ false, EStrGetBytes(stored.get()),
-                             EStrGetLen(stored.get()));
-    }
+    if (!text.defaultValue.empty()) value = TSNewTextOf(LexObjGetDoc(DMAnnotGetLexObj(annot)), text.defaultValue);
     TSDMFieldSetDefaultValue(TSDMAnnotGetField(annot), value);
 }
 

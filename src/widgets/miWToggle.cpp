@@ -107,10 +107,6 @@ void WriteFaces(SCWidgetHandler *handler, DMAnnot annot, bool mayBeCircular) {
     RaiseIf(code);
 }
 
-void WToggleCompareData(SCWidgetHandler *, TSWidgetData *first, const TSWidgetData *other) {
-    TSDMWidgetCompareData(first, other);
-}
-
 } // namespace
 
 TSWidgetData *WToggleAcquireData(SCWidgetHandler *, DMAnnot annot) {
@@ -175,7 +171,7 @@ void WToggleInit(SCWidgetHandler *handler) {
     h.usesTracking = 1;
     h.DoKeyDown = PICallback(gExtensionID, &WButtonDoKeyDown);
     h.AcquireData = PICallback(gExtensionID, &WToggleAcquireData);
-    h.CompareData = PICallback(gExtensionID, &WToggleCompareData);
+    h.CompareData = PICallback(gExtensionID, &WFaceCompareData);
     h.WriteData = PICallback(gExtensionID, &WToggleWriteData);
     h.ReleaseData = PICallback(gExtensionID, &WToggleReleaseData);
     h.Click = PICallback(gExtensionID, &WButtonClick);

@@ -74,7 +74,7 @@ TEST_F(Signatures, TheMarkTakesTheColorOfTheLook) {
     }
     look.fillColor.space = -1;
     EXPECT_EQ(Text(GetThumper(doc.lex, &look)), "null");
-    EXPECT_STREQ(thumper[thumperColorLine], "0.8 g");
+    EXPECT_STREQ(thumper[ThumperColorLine], "0.8 g");
 }
 
 TEST_F(Signatures, StreamsBecomeFormsAndFormsAreWrapped) {
