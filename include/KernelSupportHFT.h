@@ -19,7 +19,10 @@ inline constexpr Slot<&gKernelSupportHFT, 3, void(void *block)> KRfree;
 
 // Errors.
 
-/** Text of a code, cut to `size` bytes with its terminator; gives `buffer`. An unknown code gives "Error 0x%08X". */
+/**
+ * The sentence of the error last raised, with what is known of file, object and offset, when it had this code; else the
+ * code's own text, for an unknown one "Error 0x%08X". Cut to `size` bytes with its terminator; gives `buffer`.
+ */
 inline constexpr Slot<&gKernelSupportHFT, 4, char *(KRErrorCode code, char *buffer, std::int32_t size)>
     KRGetErrorString;
 /** A new code for `text` (copied). `severity` is 0 to 15 and stands in the top four bits. */

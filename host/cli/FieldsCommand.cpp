@@ -10,6 +10,7 @@
 
 #include "CoreHFT.h"
 #include "cli/Field.h"
+#include "cli/Printable.h"
 #include "cli/Session.h"
 #include "cli/Text.h"
 
@@ -18,6 +19,11 @@ namespace jackdaw::cli {
 namespace {
 
 using Json = nlohmann::ordered_json;
+
+/** What the table shows at most; `--json` has all. */
+constexpr std::size_t s_nameColumns = 80;
+constexpr std::size_t s_valueColumns = 50;
+constexpr std::size_t s_valuesListed = 8;
 
 // What a check box without a value and a push button show.
 Json ValueJson(const std::vector<std::string> &texts) {
@@ -68,18 +74,19 @@ Row RowOf(const Field &field) {
     const std::vector<std::string> values = ValueTexts(Forms::TSDMFieldGetValue(field.handle));
     std::string flags;
     for (const std::string &word : FlagWords(field.handle, field.type)) flags += (flags.empty() ? "" : " ") + word;
-    return {page, WordOfType(field.type), OneLine(field.name), OneLine(JoinTexts(values, /*limit*/ 8)), flags};
+    return {page, WordOfType(field.type), CutToColumns(Printable(field.name), s_nameColumns),
+            CutToColumns(Printable(JoinTexts(values, s_valuesListed)), s_valueColumns), flags};
 }
 
 void PrintTable(const std::vector<Row> &rows) {
     std::vector<std::size_t> widths(rows.front().size(), 0);
     for (const Row &row : rows) {
-        for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], CountCharacters(row[i]));
+        for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], CountColumns(row[i]));
     }
     for (const Row &row : rows) {
         std::string line;
         for (std::size_t i = 0; i < row.size(); ++i)
-            line += row[i] + std::string(widths[i] - CountCharacters(row[i]) + 2, ' ');
+            line += row[i] + std::string(widths[i] - CountColumns(row[i]) + 2, ' ');
         line.resize(line.find_last_not_of(' ') + 1);
         std::puts(line.c_str());
     }
@@ -93,7 +100,7 @@ void RunFields(const FieldsOptions &options) {
     const std::vector<Field> fields = ListFields(document.Doc());
     if (options.json) {
         for (const Field &field : fields)
-            std::puts(FieldJson(field).dump(-1, ' ', false, Json::error_handler_t::replace).c_str());
+            std::puts(PrintableJson(FieldJson(field).dump(-1, ' ', false, Json::error_handler_t::replace)).c_str());
         return;
     }
     std::vector<Row> rows{{"PAGE", "TYPE", "NAME", "VALUE", "FLAGS"}};

@@ -12,6 +12,7 @@
 #include "PIFrame.h"
 #include "ScreenViewHFT.h"
 #include "cli/Field.h"
+#include "cli/Input.h"
 #include "cli/Session.h"
 #include "cli/Text.h"
 
@@ -131,7 +132,7 @@ private:
 std::vector<Assignment> ReadJson(const std::string &path) {
     if (path.empty()) return {};
     AssignmentReader reader;
-    if (!nlohmann::json::sax_parse(ReadInput(path), &reader)) throw CommandFailed{path + ": " + reader.problem};
+    if (!nlohmann::json::sax_parse(ReadData(path), &reader)) throw CommandFailed{path + ": " + reader.problem};
     return std::move(reader.assignments);
 }
 

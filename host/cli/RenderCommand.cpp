@@ -28,11 +28,13 @@ void RunRender(const RenderOptions &options) {
                             "; the document has " + std::to_string(pages)};
     std::unique_ptr<ScratchFile> scratch;
     if (options.output == "-") scratch = std::make_unique<ScratchFile>();
+    const std::string place = scratch ? scratch->Path() : options.output;
     const KRErrorCode code = Protect([&] {
-        const HostPath path(scratch ? scratch->Path() : options.output);
+        const HostPath path(place);
         SCDocRenderPage(document.Doc(), options.page - 1, options.dpi, KRGetDefaultFileSys(), path.Get());
     });
-    if (code != KRErrNone) throw CommandFailed{options.output + ": " + SentenceOf(code)};
+    if (code != KRErrNone)
+        throw CommandFailed{SentenceOfFile(code, place, scratch ? "standard output" : options.output)};
     if (scratch) CopyToOutput(scratch->Path());
 }
 

@@ -16,7 +16,8 @@
 #include "PIFrame.h"
 #include "ScreenViewHFT.h"
 #include "cli/Field.h"
-#include "cli/Text.h"
+#include "cli/Input.h"
+#include "cli/Printable.h"
 
 namespace jackdaw::cli {
 
@@ -27,30 +28,18 @@ bool s_warned = false;
 
 using File = std::unique_ptr<std::FILE, int (*)(std::FILE *)>;
 
-std::string Reason() {
-    return std::strerror(errno);
-}
-
-std::string ReadStream(std::FILE *in, const std::string &name) {
-    std::string bytes;
-    char block[65536];
-    for (std::size_t got; (got = std::fread(block, 1, sizeof block, in)) > 0;) bytes.append(block, got);
-    if (std::ferror(in)) throw CommandFailed{name + ": " + Reason()};
-    return bytes;
-}
-
-void WriteScratch(const ScratchFile &scratch, const std::string &bytes) {
+void FillScratch(const ScratchFile &scratch) {
     const File out(std::fopen(scratch.Path().c_str(), "wb"), &std::fclose);
-    if (!out || std::fwrite(bytes.data(), 1, bytes.size(), out.get()) != bytes.size() || std::fflush(out.get()) != 0)
-        throw CommandFailed{scratch.Path() + ": " + Reason()};
+    if (!out) throw CommandFailed{scratch.Path() + ": " + FileReason(errno)};
+    CopyInputTo(out.get());
+    if (std::fflush(out.get()) != 0) throw CommandFailed{scratch.Path() + ": " + FileReason(errno)};
 }
 
-// The first line of the file, without its end.
-std::string ReadPassword(const std::string &path) {
-    if (path.empty()) return {};
-    std::string password = ReadInput(path);
-    password.resize(std::min(password.find_first_of("\r\n"), password.size()));
-    return password;
+std::string SentenceOfOpening(KRErrorCode code, const std::string &path, const std::string &name,
+                              const std::string &passwordFile) {
+    if (code != KRErrPassword) return SentenceOfFile(code, path, name);
+    if (passwordFile.empty()) return name + ": needs a password; --password-file names a file that holds it";
+    return name + ": the password in " + passwordFile + " does not open it";
 }
 
 } // namespace
@@ -65,7 +54,7 @@ bool AnyWarnings() {
 }
 
 void PrintFailure(const std::string &what) {
-    std::fprintf(stderr, "jackdaw: %s\n", OneLine(what).c_str());
+    std::fprintf(stderr, "jackdaw: %s\n", Printable(what).c_str());
 }
 
 std::string SentenceOf(KRErrorCode code) {
@@ -73,20 +62,32 @@ std::string SentenceOf(KRErrorCode code) {
     return KRGetErrorString(code, text, sizeof text);
 }
 
-std::string ReadInput(const std::string &path) {
-    if (path == "-") {
-        if (std::feof(stdin)) throw CommandFailed{"standard input is asked for twice"};
-        return ReadStream(stdin, "standard input");
+std::string SentenceOfFile(KRErrorCode code, const std::string &path, const std::string &name) {
+    std::string sentence = SentenceOf(code);
+    if (sentence.rfind(path, 0) != 0) return name + ": " + sentence;
+    return name + sentence.substr(path.size());
+}
+
+std::string FileReason(int errnoValue) {
+    switch (errnoValue) {
+    case ENOENT:
+        return "there is no such file";
+    case EISDIR:
+        return "is a folder";
+    case EACCES:
+    case EPERM:
+        return "permission denied";
+    case ENOSPC:
+        return "the disk is full";
+    default:
+        return std::strerror(errnoValue);
     }
-    const File in(std::fopen(path.c_str(), "rb"), &std::fclose);
-    if (!in) throw CommandFailed{path + ": " + Reason()};
-    return ReadStream(in.get(), path);
 }
 
 ScratchFile::ScratchFile() {
     std::string name = (std::filesystem::temp_directory_path() / "jackdaw-XXXXXX").string();
     const int file = mkstemp(name.data());
-    if (file < 0) throw CommandFailed{name + ": " + Reason()};
+    if (file < 0) throw CommandFailed{name + ": " + FileReason(errno)};
     close(file);
     path = name;
 }
@@ -103,20 +104,21 @@ HostPath::~HostPath() {
 
 OpenDocument::OpenDocument(const std::string &path, const std::string &passwordFile)
     : name(path == "-" ? "standard input" : path) {
-    const std::string password = ReadPassword(passwordFile);
+    const std::string password = passwordFile.empty() ? "" : ReadPassword(passwordFile);
     const SCDocOpenParams params{sizeof params, passwordFile.empty() ? nullptr : password.c_str(), false};
     // The document reads from its file as long as it is open; a removed file stays readable until then.
     std::unique_ptr<ScratchFile> scratch;
     if (path == "-") {
         scratch = std::make_unique<ScratchFile>();
-        WriteScratch(*scratch, ReadInput(path));
+        FillScratch(*scratch);
     }
+    const std::string place = scratch ? scratch->Path() : path;
     const KRErrorCode code = Protect([&] {
-        const HostPath hostPath(scratch ? scratch->Path() : path);
+        const HostPath hostPath(place);
         view = SCDocOpenFromFileWithParams(hostPath.Get(), KRGetDefaultFileSys(), &params);
         doc = SCDocGetDMDoc(view);
     });
-    if (code != KRErrNone) throw CommandFailed{name + ": " + SentenceOf(code)};
+    if (code != KRErrNone) throw CommandFailed{SentenceOfOpening(code, place, name, passwordFile)};
 }
 
 // A large form is a million small blocks, which take seconds to free one by one. The process is about to end: a release
@@ -130,11 +132,12 @@ OpenDocument::~OpenDocument() {
 void OpenDocument::SaveAs(const std::string &path) {
     std::unique_ptr<ScratchFile> scratch;
     if (path == "-") scratch = std::make_unique<ScratchFile>();
+    const std::string place = scratch ? scratch->Path() : path;
     const KRErrorCode code = Protect([&] {
-        const HostPath hostPath(scratch ? scratch->Path() : path);
+        const HostPath hostPath(place);
         DMDocSave(doc, DMDocSaveFull, KRGetDefaultFileSys(), hostPath.Get());
     });
-    if (code != KRErrNone) throw CommandFailed{path + ": " + SentenceOf(code)};
+    if (code != KRErrNone) throw CommandFailed{SentenceOfFile(code, place, scratch ? "standard output" : path)};
     if (scratch) CopyToOutput(scratch->Path());
 }
 
@@ -150,7 +153,7 @@ void OpenDocument::RequireFilling() const {
 
 void LeaveProcess(int code) {
     if (std::fflush(stdout) != 0) {
-        PrintFailure("standard output cannot be written: " + Reason());
+        PrintFailure("standard output: " + FileReason(errno));
         code = ExitNothingDone;
     }
 #ifdef NDEBUG
@@ -162,9 +165,14 @@ void LeaveProcess(int code) {
 }
 
 void CopyToOutput(const std::string &path) {
-    const std::string bytes = ReadInput(path);
-    if (std::fwrite(bytes.data(), 1, bytes.size(), stdout) != bytes.size() || std::fflush(stdout) != 0)
-        throw CommandFailed{"standard output: " + Reason()};
+    const File in(std::fopen(path.c_str(), "rb"), &std::fclose);
+    if (!in) throw CommandFailed{path + ": " + FileReason(errno)};
+    char block[65536];
+    for (std::size_t got; (got = std::fread(block, 1, sizeof block, in.get())) > 0;) {
+        if (std::fwrite(block, 1, got, stdout) < got) throw CommandFailed{"standard output: " + FileReason(errno)};
+    }
+    if (std::ferror(in.get())) throw CommandFailed{path + ": " + FileReason(errno)};
+    if (std::fflush(stdout) != 0) throw CommandFailed{"standard output: " + FileReason(errno)};
 }
 
 } // namespace jackdaw::cli

@@ -23,8 +23,10 @@ void PrintFailure(const std::string &what);
 /** A sentence for a code that was raised; what the host knows of file, object and offset is in it. */
 std::string SentenceOf(KRErrorCode code);
 
-/** Reads a whole file; "-" is standard input. Throws CommandFailed. */
-std::string ReadInput(const std::string &path);
+/** The same for a call on the file at `path`, under the name that the user knows it by. */
+std::string SentenceOfFile(KRErrorCode code, const std::string &path, const std::string &name);
+/** The words for what the system said of a file. */
+std::string FileReason(int errnoValue);
 
 /** A temporary file of ours, removed with the object. */
 class ScratchFile {

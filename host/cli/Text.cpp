@@ -206,12 +206,6 @@ std::size_t CountCharacters(std::string_view utf8) {
         std::count_if(utf8.begin(), utf8.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
 }
 
-std::string OneLine(std::string utf8) {
-    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < ' ' || c == 0x7F; };
-    std::replace_if(utf8.begin(), utf8.end(), isControl, ' ');
-    return utf8;
-}
-
 std::string JoinTexts(const std::vector<std::string> &texts, std::size_t limit) {
     std::string joined;
     for (std::size_t i = 0; i < texts.size() && i < limit; ++i) joined += (i ? ", " : "") + texts[i];

@@ -29,9 +29,6 @@ std::string TextOfObject(LexObj obj);
 /** How many characters a text has. */
 std::size_t CountCharacters(std::string_view utf8);
 
-/** The text with blanks for control characters: one line, which cannot steer a terminal. */
-std::string OneLine(std::string utf8);
-
 /** `texts` joined by commas, cut after `limit` of them. */
 std::string JoinTexts(const std::vector<std::string> &texts, std::size_t limit);
 

@@ -42,6 +42,35 @@ KRErrorCode codeOfErrno(int value) {
     }
 }
 
+/** Which folder of the path is missing decides between a wrong name and a wrong place. */
+std::string missingPart(const std::string &path) {
+    const std::size_t slash = path.rfind('/');
+    const std::string folder = slash == std::string::npos ? "" : path.substr(0, slash);
+    struct stat info;
+    const bool known = folder.empty() || stat(folder.c_str(), &info) == 0;
+    return known ? "there is no such file" : "there is no folder " + folder;
+}
+
+std::string reasonOf(const char *tried, const std::string &path, int errnoValue) {
+    switch (errnoValue) {
+    case ENOENT:
+        return missingPart(path);
+    case ENOTDIR:
+        return "a part of the path is no folder";
+    case EISDIR:
+        return "is a folder";
+    case EACCES:
+    case EPERM:
+        return "permission denied";
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG:
+        return "the disk is full, or the file larger than is allowed";
+    default:
+        return "cannot " + std::string(tried) + " it: " + std::strerror(errnoValue);
+    }
+}
+
 /** A file of the default file system. stdio wants a positioning between reading and writing; `last_` knows when. */
 class PosixFile final : public KRFileRec {
 public:
@@ -140,8 +169,7 @@ std::map<KRAtom, KRFileSys> s_fileSystems;
 } // namespace
 
 void ThrowFileError(const char *tried, const std::string &path, int errnoValue) {
-    throw HostError{codeOfErrno(errnoValue),
-                    "Cannot " + std::string(tried) + " " + path + ": " + std::strerror(errnoValue)};
+    throw HostError{codeOfErrno(errnoValue), path + ": " + reasonOf(tried, path, errnoValue)};
 }
 
 KRFileSys DefaultFileSys() {

@@ -37,7 +37,7 @@ void copyCut(const std::string &text, char *buffer, std::int32_t size) {
 
 char *krGetErrorString(KRErrorCode code, char *buffer, std::int32_t size) {
     return Edge([&] {
-        copyCut(ErrorText(code), buffer, size);
+        copyCut(ErrorSentence(code), buffer, size);
         return buffer;
     });
 }

@@ -16,6 +16,8 @@ struct Limits {
     /** Levels of direct containers in each other that callers may build. The writer goes through them recursively, and
      *  the reader takes an object with more than 500 for damaged. */
     std::uint16_t directDepth = 400;
+    /** Bytes of a document that is read from a pipe or a device. */
+    std::int64_t pipedFileBytes = std::int64_t{256} << 20;
     /** Bytes of an FDF file. */
     std::int64_t fdfBytes = std::int64_t{1} << 30;
 };

@@ -138,7 +138,10 @@ LexDoc tryPatched(const std::string &name, std::string bytes, const char *passwo
 LexDoc openDamagedPdf(const std::string &name, const std::string &bytes, const char *password, const Failure &failure) {
     if (LexDoc doc = tryPatched(name, withStartOfXRefStream(bytes), password, /*fdf*/ false)) return doc;
     if (LexDoc doc = tryPatched(name, withTrailerForCatalog(bytes), password, /*fdf*/ false)) return doc;
-    throwFailure(failure);
+    if (bytes.empty()) throw HostError{KRErrBadPDF, name + ": the file is empty"};
+    if (std::string_view(bytes).substr(0, s_headerReach).find("%PDF-") == std::string::npos)
+        throw HostError{KRErrBadPDF, name + ": not a PDF document"};
+    throw HostError{KRErrBadPDF, failure.what + "; the document is damaged and could not be repaired"};
 }
 
 struct FileCloser {
@@ -158,10 +161,16 @@ OpenFile openForReading(const std::string &path, bool *seekable) {
     return file;
 }
 
-std::string readAll(OpenFile file, const std::string &path) {
+/** `file` as bytes: what is no regular file may be endless. */
+std::string readAll(OpenFile file, const std::string &path, std::int64_t limit = INT64_MAX) {
     std::string bytes;
     char block[65536];
-    while (const std::size_t count = std::fread(block, 1, sizeof block, file.get())) bytes.append(block, count);
+    while (const std::size_t count = std::fread(block, 1, sizeof block, file.get())) {
+        bytes.append(block, count);
+        if (static_cast<std::int64_t>(bytes.size()) > limit)
+            throw HostError{KRErrNoMemory, path + ": no regular file, and longer than " + std::to_string(limit) +
+                                               " bytes; a file of that size would be read"};
+    }
     if (std::ferror(file.get())) ThrowFileError("read", path, errno);
     return bytes;
 }
@@ -171,7 +180,7 @@ std::string readAll(OpenFile file, const std::string &path) {
 LexDoc openPdfFile(const std::string &path, const char *password) {
     bool seekable = false;
     OpenFile file = openForReading(path, &seekable);
-    if (!seekable) return openPdfBytes(path, readAll(std::move(file), path), password);
+    if (!seekable) return openPdfBytes(path, readAll(std::move(file), path, limits().pipedFileBytes), password);
     Failure failure;
     LexDoc opened = tryToOpen(newRecord(path), &failure, [&](LexDocRec &doc) {
         const int fd = ::dup(fileno(file.get()));
