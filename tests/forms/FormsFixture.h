@@ -78,25 +78,16 @@ inline std::string UCS2(const std::string &ascii, const std::vector<int> &units 
     return text + std::string(2, '\0');
 }
 
-/** The decoded data of a stream; "null" and the like for anything else. */
-inline std::string StreamText(LexObj stream) {
-    return LexObjGetType(stream) == LexStream ? CStoreReadStream(stream) : Text(stream);
-}
-
 inline DMAnnot AnnotOf(const TestDoc &doc, const char *field) {
     return TSDMFieldGetDMAnnot(FieldOf(doc, field));
 }
 
 inline LexObj FaceOf(DMAnnot annot, KRAtom mode, const char *state = nullptr) {
-    return TSDMAnnotGetAppearance(annot, mode, state ? KRAtomFromString(state) : KRAtomNull);
+    return TSDMAnnotGetAppearance(annot, mode, state ? Atom(state) : KRAtomNull);
 }
 
 inline std::string FaceText(DMAnnot annot, KRAtom mode = FaceNormal_K, const char *state = nullptr) {
-    return StreamText(FaceOf(annot, mode, state));
-}
-
-inline LexObj EntryOf(LexObj obj, const char *key) {
-    return LexDictGet(obj, KRAtomFromString(key));
+    return Data(FaceOf(annot, mode, state));
 }
 
 inline std::string RectOf(LexObj obj, KRAtom key) {

@@ -21,6 +21,8 @@
 #include "objects/FontMgr.h"
 #include "objects/Tessella.h"
 #include "tests/support/HostFixture.h"
+#include "tests/support/Listener.h"
+#include "tests/support/Objects.h"
 
 /** Atoms, servers, hooks: what start-up does for the model. */
 inline void StartModel() {
@@ -87,20 +89,7 @@ protected:
 };
 
 /** Observes a server for the length of a test. */
-class Observer {
-public:
-    Observer(TSServer server, TSNotifyProc proc, void *clientData = nullptr)
-        : server_(server), id_(TessellaRegisterObserver(server, proc, nullptr, clientData)) {}
-    ~Observer() {
-        TessellaUnregisterObserver(server_, id_);
-    }
-    Observer(const Observer &) = delete;
-    Observer &operator=(const Observer &) = delete;
-
-private:
-    TSServer server_;
-    std::int32_t id_;
-};
+using Listener = ServerListener<TessellaRegisterObserver, TessellaUnregisterObserver>;
 
 inline DMField *FieldOf(const TestDoc &doc, const char *name) {
     return TSDMDocGetDMFieldFromName(doc.doc, name);
@@ -111,24 +100,7 @@ inline LexObj Str(const TestDoc &doc, const std::string &text) {
 }
 
 inline LexObj Name(const TestDoc &doc, const char *text) {
-    return LexNewName(doc.lex, false, KRAtomFromString(text));
-}
-
-/** The bytes of a string, the text of a name with its slash, "null" or "type <n>" for anything else. */
-inline std::string Text(LexObj obj) {
-    std::int32_t length = 0;
-    switch (LexObjGetType(obj)) {
-    case LexString: {
-        const char *bytes = LexStringValue(obj, &length);
-        return {bytes, static_cast<std::size_t>(length)};
-    }
-    case LexName:
-        return std::string("/") + KRAtomGetString(LexNameValue(obj));
-    case LexNull:
-        return "null";
-    default:
-        return "type " + std::to_string(LexObjGetType(obj));
-    }
+    return LexNewName(doc.lex, false, Atom(text));
 }
 
 /** An indirect widget of its own, on no page. */

@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/HostFixture.h"
 
-#include <sstream>
-
 #include <gtest/gtest.h>
 
 #include "CoreHFT.h"
@@ -12,6 +10,7 @@
 #include "LexHFT.h"
 #include "ScreenViewHFT.h"
 #include "app/Startup.h"
+#include "tests/support/Objects.h"
 
 namespace {
 
@@ -60,16 +59,5 @@ std::string TestDoc::Saved() const {
 }
 
 LexObj TestDoc::At(const std::string &path) const {
-    LexObj obj = LexDocGetRoot(lex);
-    std::istringstream parts(path);
-    for (std::string part; std::getline(parts, part, '/');) {
-        const auto type = LexObjGetType(obj);
-        if (type == LexArray)
-            obj = LexArrayGet(obj, std::stoi(part));
-        else if (type == LexDict || type == LexStream)
-            obj = LexDictGet(obj, KRAtomFromString(part.c_str()));
-        else
-            return LexNullObj;
-    }
-    return obj;
+    return ::At(LexDocGetRoot(lex), path);
 }

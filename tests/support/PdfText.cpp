@@ -46,16 +46,36 @@ std::string PdfText(const std::vector<std::string> &objects) {
     return text;
 }
 
+std::string StreamObject(const std::string &entries, const std::string &data) {
+    return "<< " + entries + " /Length " + std::to_string(data.size()) + " >>\nstream\n" + data + "\nendstream";
+}
+
+std::vector<std::string> PageObjects(const std::string &catalogEntries, const std::vector<std::string> &more) {
+    std::vector<std::string> objects = {"<< /Type /Catalog /Pages 2 0 R " + catalogEntries + " >>",
+                                        "<< /Type /Pages /Kids [3 0 R] /Count 1 >>",
+                                        "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 612 792] >>"};
+    objects.insert(objects.end(), more.begin(), more.end());
+    return objects;
+}
+
+std::vector<std::string> TreeObjects(const std::string &roots, const std::vector<std::string> &more,
+                                     const std::string &formExtra) {
+    return PageObjects("/AcroForm << /Fields [" + roots + "] " + formExtra + " >>", more);
+}
+
+std::string WidgetObject(const std::string &entries) {
+    return "<< /Type /Annot /Subtype /Widget /Rect [0 0 10 10] " + entries + " >>";
+}
+
 std::vector<std::string> FormObjects(const std::vector<std::string> &fields, const std::string &formExtra) {
     std::string refs;
-    for (std::size_t i = 0; i < fields.size(); ++i) refs += std::to_string(4 + i) + " 0 R ";
-    std::vector<std::string> objects = {
-        "<< /Type /Catalog /Pages 2 0 R /AcroForm << /Fields [" + refs + "] " + formExtra + " >> >>",
-        "<< /Type /Pages /Kids [3 0 R] /Count 1 >>",
-        "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 612 792] /Annots [" + refs + "] >>",
-    };
-    for (const std::string &field : fields)
-        objects.push_back("<< /Type /Annot /Subtype /Widget /Rect [100 700 300 720] /P 3 0 R " + field + " >>");
+    std::vector<std::string> widgets;
+    for (const std::string &field : fields) {
+        refs += std::to_string(4 + widgets.size()) + " 0 R ";
+        widgets.push_back("<< /Type /Annot /Subtype /Widget /Rect [100 700 300 720] /P 3 0 R " + field + " >>");
+    }
+    std::vector<std::string> objects = TreeObjects(refs, widgets, formExtra);
+    objects[2] = "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 612 792] /Annots [" + refs + "] >>";
     return objects;
 }
 

@@ -137,7 +137,7 @@ TEST_F(LayoutTest, WhatIsMissingOrTooLargeIsLeftOut) {
     for (const std::int32_t layout : {2, 3}) {
         const Laid laid = LaidOut(icon, layout, "ab", 40);
         EXPECT_EQ(laid.flags, CStoreUsesFont);
-        EXPECT_EQ(laid.text.find("Do"), std::string::npos);
+        EXPECT_FALSE(Has(laid.text, "Do"));
     }
     EXPECT_EQ(LaidOut(icon, 4, "a caption of some length", 10).flags, CStoreUsesFont);
     EXPECT_FALSE(LaidOut(LexNullObj, 0, "a caption of some length", 20).fits);
@@ -189,20 +189,20 @@ TEST_F(LayoutTest, TextIsClippedInsideItsBorder) {
         TSLayoutText(store.get(), /*multiLine*/ false, /*wrap*/ true, &inset, &look, text.data());
         const std::string clip = rotation == 0 ? "q 4 4 192 12 re W n" : "q 4 4 12 192 re W n";
         EXPECT_EQ(TextOf(store.get()).substr(0, clip.size()), clip);
-        EXPECT_NE(TextOf(store.get()).find("(ab) Tj ET Q"), std::string::npos) << TextOf(store.get());
+        EXPECT_TRUE(Has(TextOf(store.get()), "(ab) Tj ET Q")) << TextOf(store.get());
     }
     const StorePtr store = NewStore(200, 40);
     std::string wide = UCS2("a\nb");
     look.baseFont = KanjiGothic_K;
     look.fontResource = KaGo_K;
     TSLayoutText(store.get(), /*multiLine*/ false, /*wrap*/ true, &solid, &look, wide.data());
-    EXPECT_NE(TextOf(store.get()).find("(\\000\\141\\000\\142) Tj"), std::string::npos) << TextOf(store.get());
+    EXPECT_TRUE(Has(TextOf(store.get()), "(\\000\\141\\000\\142) Tj")) << TextOf(store.get());
 
     CStoreClear(store.get());
     std::string lines = "a\nb";
     look = LookOf(0);
     TSLayoutTextEx(store.get(), /*multiLine*/ true, /*wrap*/ true, &solid, &look, lines.data(), Pt(5), Pt(9));
-    EXPECT_NE(TextOf(store.get()).find("/Helv 9 Tf 0 g 1 0 0 1 1 "), std::string::npos) << TextOf(store.get());
+    EXPECT_TRUE(Has(TextOf(store.get()), "/Helv 9 Tf 0 g 1 0 0 1 1 ")) << TextOf(store.get());
     CStoreClear(store.get());
     TSLayoutText(store.get(), true, true, &solid, &look, nullptr);
     TSLayoutBorder(nullptr, &solid, &s_red, &s_back, false);

@@ -30,7 +30,7 @@ LexObj Replaced(const TestDoc &doc, LexObj old, CStore *store) {
 std::string ReplacedText(const TestDoc &doc, const std::string &old, const std::string &fresh) {
     const StorePtr store = NewStore(100, 20);
     CStorePrintf(store.get(), "%c", fresh.c_str());
-    return StreamText(Replaced(doc, NewForm(doc, old), store.get()));
+    return Data(Replaced(doc, NewForm(doc, old), store.get()));
 }
 
 TEST_F(CStoreTest, ANewStoreStartsAtTheOriginAndTurnsItsSides) {
@@ -146,26 +146,26 @@ TEST_F(CStoreTest, ASavedStoreNamesWhatItUses) {
     store->flags |= CStoreUsesXObject;
     store->xobject = NewForm(doc, "f");
     const LexObj form = CStoreSave(doc.lex, store.get());
-    EXPECT_EQ(StreamText(form), TextOf(store.get()));
-    EXPECT_EQ(Text(EntryOf(form, "Subtype")), "/Form");
+    EXPECT_EQ(Data(form), TextOf(store.get()));
+    EXPECT_EQ(Text(At(form, "Subtype")), "/Form");
     EXPECT_EQ(RectOf(form, BBox_K), "0 0 20 200");
     KRFixedMatrix matrix;
     TSLexGetMatrix(LexStreamDict(form), Matrix_K, &matrix);
     EXPECT_EQ(matrix.b, KRFixedOne);
     EXPECT_EQ(matrix.e, Pt(200));
-    const LexObj resources = EntryOf(form, "Resources");
-    EXPECT_EQ(Text(EntryOf(EntryOf(EntryOf(resources, "Font"), "Helv"), "BaseFont")), "/Helvetica");
-    EXPECT_EQ(Text(LexArrayGet(EntryOf(resources, "ProcSet"), 0)), "/PDF");
-    EXPECT_EQ(Text(LexArrayGet(EntryOf(resources, "ProcSet"), 1)), "/Text");
-    EXPECT_TRUE(LexObjEqual(EntryOf(EntryOf(resources, "XObject"), "FRM"), store->xobject));
+    const LexObj resources = At(form, "Resources");
+    EXPECT_EQ(Text(At(resources, "Font/Helv/BaseFont")), "/Helvetica");
+    EXPECT_EQ(Text(LexArrayGet(At(resources, "ProcSet"), 0)), "/PDF");
+    EXPECT_EQ(Text(LexArrayGet(At(resources, "ProcSet"), 1)), "/Text");
+    EXPECT_TRUE(LexObjEqual(At(resources, "XObject/FRM"), store->xobject));
     EXPECT_FALSE(LexDictKnown(LexStreamDict(form), Type_K));
 
-    store->metrics.font = KRAtomFromString("NoSuchFont");
+    store->metrics.font = Atom("NoSuchFont");
     EXPECT_EQ(Text(CStoreSave(doc.lex, store.get())), "null");
 
     const StorePtr read = NewStore(1, 1);
     CStoreLoad(read.get(), form);
-    EXPECT_EQ(TextOf(read.get()), StreamText(form));
+    EXPECT_EQ(TextOf(read.get()), Data(form));
     EXPECT_EQ(RectText(read->bbox), "0 0 20 200");
     CStoreLoad(read.get(), doc.At("Pages"));
     EXPECT_EQ(read->length, 0);
@@ -178,8 +178,8 @@ TEST_F(CStoreTest, StreamsAreCompressedAbove256Bytes) {
         CStorePrintf(store.get(), "%c", std::string(length, ' ').c_str());
         const LexObj form = CStoreSave(doc.lex, store.get());
         EXPECT_EQ(LexDictKnown(LexStreamDict(form), Filter_K), length > 256);
-        EXPECT_EQ(StreamText(form).size(), length);
-        EXPECT_FALSE(LexDictKnown(EntryOf(form, "Resources"), Font_K));
+        EXPECT_EQ(Data(form).size(), length);
+        EXPECT_FALSE(LexDictKnown(At(form, "Resources"), Font_K));
     }
 }
 
@@ -249,8 +249,7 @@ TEST_F(CStoreTest, BlocksWriteLineBelowLine) {
     CStoreBlockLine(block, "a");
     CStoreBlockLine(block, "aa");
     CStoreBlockEnd(block);
-    EXPECT_NE(TextOf(store.get()).find("93.44 -11.5601 Td (a) Tj -5.56 -11.5601 Td (aa) Tj"), std::string::npos)
-        << TextOf(store.get());
+    EXPECT_TRUE(Has(TextOf(store.get()), "93.44 -11.5601 Td (a) Tj -5.56 -11.5601 Td (aa) Tj")) << TextOf(store.get());
 
     CStoreClear(store.get());
     CStoreBlockEnd(CStoreBlockStart(store.get(), Pt(1), &look));
@@ -285,23 +284,23 @@ TEST_F(CStoreTest, SplicingKeepsFilterAndResources) {
     CStorePrintf(store.get(), "/Tx BMC %c EMC", std::string(300, 'x').c_str());
     const LexObj old = NewForm(doc, "q /Tx BMC a EMC Q");
     const LexObj first = Replaced(doc, old, store.get());
-    EXPECT_EQ(Text(LexArrayGet(EntryOf(first, "Filter"), 0)), "/FlateDecode");
+    EXPECT_EQ(Text(LexArrayGet(At(first, "Filter"), 0)), "/FlateDecode");
     // The frame that stays was drawn in the widget's own box.
     EXPECT_EQ(RectOf(first, BBox_K), "0 0 100 20");
-    EXPECT_EQ(LexArrayLength(EntryOf(first, "Matrix")), 6);
-    EXPECT_EQ(Text(EntryOf(EntryOf(EntryOf(EntryOf(first, "Resources"), "Font"), "Helv"), "BaseFont")), "/Helvetica");
+    EXPECT_EQ(LexArrayLength(At(first, "Matrix")), 6);
+    EXPECT_EQ(Text(At(first, "Resources/Font/Helv/BaseFont")), "/Helvetica");
 
     const LexObj attributes = LexNewDict(doc.lex, false, 1);
     LexDictPut(attributes, Filter_K, Name(doc, "ASCIIHexDecode"));
     const LexObj hex = NewForm(doc, "q /Tx BMC a EMC Q", attributes);
     LexObj resources = TSLexDictEnsure(LexStreamDict(hex), Resources_K);
-    LexDictPut(TSLexDictEnsure(resources, Font_K), KRAtomFromString("Own"), LexNewDict(doc.lex, false, 1));
+    LexDictPut(TSLexDictEnsure(resources, Font_K), Atom("Own"), LexNewDict(doc.lex, false, 1));
     const LexObj second = Replaced(doc, hex, store.get());
-    EXPECT_EQ(Text(EntryOf(second, "Filter")), "/ASCIIHexDecode");
-    const LexObj fonts = EntryOf(EntryOf(second, "Resources"), "Font");
-    EXPECT_TRUE(LexDictKnown(fonts, KRAtomFromString("Own")) && LexDictKnown(fonts, Helv_K));
+    EXPECT_EQ(Text(At(second, "Filter")), "/ASCIIHexDecode");
+    const LexObj fonts = At(second, "Resources/Font");
+    EXPECT_TRUE(LexDictKnown(fonts, Atom("Own")) && LexDictKnown(fonts, Helv_K));
     EXPECT_FALSE(LexDictKnown(LexStreamDict(hex), Resources_K));
-    EXPECT_EQ(StreamText(second), StreamText(first));
+    EXPECT_EQ(Data(second), Data(first));
 }
 
 TEST_F(CStoreTest, AFontThatTheFormHoldsUnderAnotherKeyComesAlong) {
@@ -309,9 +308,9 @@ TEST_F(CStoreTest, AFontThatTheFormHoldsUnderAnotherKeyComesAlong) {
     const StorePtr store = NewStore(100, 20);
     CStorePrintf(store.get(), "/Tx BMC BT /F1 9 Tf ET EMC");
     TextAppearance look = LookOf(9);
-    look.fontResource = KRAtomFromString("F1");
+    look.fontResource = Atom("F1");
     const LexObj form = CStoreReplace(NewForm(doc, "q /Tx BMC a EMC Q"), store.get(), &look, doc.At("Tessella/DR"));
-    EXPECT_EQ(Text(EntryOf(EntryOf(EntryOf(EntryOf(form, "Resources"), "Font"), "F1"), "BaseFont")), "/Helvetica");
+    EXPECT_EQ(Text(At(form, "Resources/Font/F1/BaseFont")), "/Helvetica");
 }
 
 } // namespace

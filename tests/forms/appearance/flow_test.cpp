@@ -55,7 +55,7 @@ TEST_F(FlowTest, MetricsScaleWithTheSize) {
     EXPECT_TRUE(kanji.isKanji);
     EXPECT_EQ(kanji.font, KanjiMincho_K);
     EXPECT_EQ(kanji.height, helvetica.height);
-    EXPECT_EQ(MetricsOf(KRAtomFromString("NoSuchFont"), 10).height, 0);
+    EXPECT_EQ(MetricsOf(Atom("NoSuchFont"), 10).height, 0);
 }
 
 TEST_F(FlowTest, WidthsOfTexts) {
@@ -152,7 +152,7 @@ TEST_F(FlowTest, TheAutomaticSizeIsTheLargestThatFits) {
     EXPECT_NEAR(CStoreCalcTextSize(&box, Helvetica_K, Pt(2)), Pt(18 / 1.156 * 0.9), 100);
     EXPECT_EQ(CStoreCalcTextSize(&high, Helvetica_K, 0), Pt(144));
     EXPECT_EQ(CStoreCalcTextSize(&flat, Helvetica_K, Pt(2)), Pt(4));
-    EXPECT_EQ(CStoreCalcTextSize(&box, KRAtomFromString("NoSuchFont"), 0), Pt(144));
+    EXPECT_EQ(CStoreCalcTextSize(&box, Atom("NoSuchFont"), 0), Pt(144));
 }
 
 TEST_F(FlowTest, FlowedTextFillsItsLines) {

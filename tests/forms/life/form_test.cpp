@@ -10,28 +10,17 @@
 #include "model/FieldArray.h"
 #include "model/LexField.h"
 #include "model/NameHash.h"
-#include "objects/FontMgr.h"
 #include "objects/LexUtil.h"
 #include "objects/TextLook.h"
 #include "tests/forms/ModelFixture.h"
 
 namespace {
 
-class Form : public Model {
-protected:
-    void SetUp() override {
-        Model::SetUp();
-        FontMgrInit();
-    }
-};
+using Form = Model;
 
-void NoteEntries(void *record, void *log) {
-    static_cast<std::vector<std::uint32_t> *>(log)->push_back(static_cast<TSFieldNotifyRec *>(record)->entries);
-}
-
-std::vector<std::string> NoForm() {
-    return {"<< /Type /Catalog /Pages 2 0 R >>", "<< /Type /Pages /Kids [3 0 R] /Count 1 >>",
-            "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 612 792] >>"};
+/** Notes the entries of each broadcast. */
+Listener::Reaction NoteIn(std::vector<std::uint32_t> &log) {
+    return [&log](TSFieldNotifyRec &record) { log.push_back(record.entries); };
 }
 
 TEST_F(Form, ValidityAsksForFieldsAndAVersionOfToday) {
@@ -55,7 +44,7 @@ TEST_F(Form, ValidityAsksForFieldsAndAVersionOfToday) {
 }
 
 TEST_F(Form, LookUpsGiveNullForWhatHasNoForm) {
-    TestDoc doc(NoForm());
+    TestDoc doc(PageObjects());
     EXPECT_EQ(LexObjGetType(TSDMDocGetTessella(nullptr)), LexNull);
     EXPECT_EQ(LexObjGetType(TSDMDocGetTessella(doc.doc)), LexNull);
     TestDoc form(FormObjects({"/T (a) /FT /Tx"}, "/Q 1"));
@@ -68,17 +57,16 @@ TEST_F(Form, LookUpsGiveNullForWhatHasNoForm) {
 }
 
 TEST_F(Form, ANewFormHasADefaultLook) {
-    TestDoc doc(NoForm());
+    TestDoc doc(PageObjects());
     std::vector<std::uint32_t> created;
-    const Observer observer(TSFormDidCreate, &NoteEntries, &created);
+    const Listener listener(TSFormDidCreate, NoteIn(created));
     const LexObj form = TSDMDocCreateForm(doc.doc);
     EXPECT_TRUE(TessellaIsValid(form));
     EXPECT_TRUE(LexObjIsIndirect(form));
     EXPECT_EQ(created.size(), 1u);
-    EXPECT_EQ(Text(LexDictGet(form, textApp_K)), "/Helv 0 Tf 0 g ");
-    EXPECT_FALSE(LexDictKnown(form, quadding_K)) << "the default 0 is not written";
-    for (const char *font : {"Helv", "ZaDb"})
-        EXPECT_EQ(LexObjGetType(doc.At(std::string("Tessella/DR/Font/") + font)), LexDict) << font;
+    // The default quadding 0 is not written.
+    EXPECT_EQ(Text(form), "<< /DA (/Helv 0 Tf 0 g ) /DR << /Encoding << /PDFDocEncoding R >> /Font << /Helv R /ZaDb R "
+                          ">> >> /Fields [] >>");
     TextAppearance look{};
     TessellaGetDefaultTextAppearance(form, &look);
     EXPECT_EQ(look.baseFont, Helvetica_K);
@@ -87,25 +75,20 @@ TEST_F(Form, ANewFormHasADefaultLook) {
 }
 
 TEST_F(Form, ADictionaryWithoutFieldsIsMadeAFormByItsFirstField) {
-    const std::string kid = "<< /Parent 4 0 R /Type /Annot /Subtype /Widget /Rect [0 0 9 9] >>";
-    auto objects = NoForm();
-    objects[0] = "<< /Type /Catalog /Pages 2 0 R /AcroForm << /Q 1 >> >>";
+    auto objects = PageObjects("/AcroForm << /Q 1 >>", {"<< /T (g) /FT /Tx /Kids [5 0 R 6 0 R] >>",
+                                                        WidgetObject("/Parent 4 0 R"), WidgetObject("/Parent 4 0 R")});
     objects[2] = "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 612 792] /Annots [5 0 R 6 0 R] >>";
-    for (const std::string &object : {std::string("<< /T (g) /FT /Tx /Kids [5 0 R 6 0 R] >>"), kid, kid})
-        objects.push_back(object);
     TestDoc doc(objects);
     const LexObj widget = doc.At("Pages/Kids/0/Annots/0");
-    const DMField *field = TSDMAnnotGetField(DMAnnotFromLexObj(widget));
-    ASSERT_TRUE(TSDMFieldIsValid(field));
-    EXPECT_STREQ(TSDMFieldGetName(field), "g");
+    EXPECT_STREQ(TSDMFieldGetName(TSDMAnnotGetField(DMAnnotFromLexObj(widget))), "g");
     EXPECT_TRUE(LexObjEqual(doc.At("Tessella/Fields/0"), LexDictGet(widget, parent_K)));
 }
 
 TEST_F(Form, SettingTheDefaultLookTellsWhatChanged) {
-    TestDoc doc(NoForm());
+    TestDoc doc(PageObjects());
     const LexObj form = TSDMDocCreateForm(doc.doc);
     std::vector<std::uint32_t> changes;
-    const Observer observer(TSFormEntryDidChange, &NoteEntries, &changes);
+    const Listener listener(TSFormEntryDidChange, NoteIn(changes));
     TextAppearance look{};
     TessellaGetDefaultTextAppearance(form, &look);
     TessellaSetDefaultTextAppearance(form, &look);
@@ -119,7 +102,7 @@ TEST_F(Form, SettingTheDefaultLookTellsWhatChanged) {
     EXPECT_TRUE(changes[0] & TSEntryQ);
     EXPECT_EQ(Text(LexDictGet(form, textApp_K)), "/CoBo 11 Tf 0 g ");
     EXPECT_EQ(LexIntegerValue(LexDictGet(form, quadding_K)), 2);
-    look.baseFont = KRAtomFromString("NoSuchFont");
+    look.baseFont = Atom("NoSuchFont");
     EXPECT_EQ(Protect([&] { TessellaSetDefaultTextAppearance(form, &look); }), KRErrBadParam);
     TessellaSetDefaultTextAppearance(form, nullptr);
     TessellaSetDefaultTextAppearance(LexNullObj, &look);
@@ -190,7 +173,7 @@ TEST_F(Form, VolatileValuesDoNotReachTheFile) {
 TEST_F(Form, DestroyingAFormTakesItsWidgetsAlong) {
     TestDoc doc(FormObjects({"/FT /Tx /T (a)", "/FT /Tx /T (b)", "/F 3", "/F 4"}));
     std::vector<std::uint32_t> told;
-    const Observer observer(TSFormWillDestroy, &NoteEntries, &told);
+    const Listener listener(TSFormWillDestroy, NoteIn(told));
     TSDMDocDestroyForm(doc.doc, /*flag*/ false);
     EXPECT_EQ(told.size(), 1u);
     EXPECT_EQ(LexObjGetType(doc.At("Tessella")), LexNull);
@@ -199,13 +182,6 @@ TEST_F(Form, DestroyingAFormTakesItsWidgetsAlong) {
     TSDMDocDestroyForm(invalid.doc, false);
     EXPECT_EQ(LexObjGetType(invalid.At("Tessella")), LexNull) << "also one that is not valid";
     TSDMDocDestroyForm(nullptr, false);
-}
-
-TEST_F(Form, ServersAreTwelve) {
-    EXPECT_NE(TessellaGetNotificationServer(11), nullptr);
-    EXPECT_EQ(TessellaGetNotificationServer(12), nullptr);
-    EXPECT_EQ(TessellaGetNotificationServer(-1), nullptr);
-    EXPECT_EQ(TessellaRegisterObserver(12, &NoteEntries, nullptr, nullptr), -1);
 }
 
 } // namespace

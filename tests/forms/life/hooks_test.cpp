@@ -14,7 +14,7 @@
 
 namespace {
 
-class Hooks : public Model {};
+using Hooks = Model;
 
 constexpr std::int32_t s_atTheEnd = -2;
 
@@ -39,7 +39,7 @@ TEST_F(Hooks, ANewWidgetPrintsAndSitsUpright) {
     EXPECT_TRUE(IsDMDocTessella(doc.doc));
     EXPECT_EQ(DMAnnotGetFlags(widget), 4u);
     EXPECT_EQ(TSDMAnnotGetRotation(widget), 90);
-    const DMAnnot link = DMPageCreateAnnot(page, KRAtomFromString("Link"), &rect);
+    const DMAnnot link = DMPageCreateAnnot(page, Atom("Link"), &rect);
     DMPageAddAnnot(page, s_atTheEnd, link);
     EXPECT_EQ(DMAnnotGetFlags(link), 0u);
     DMPageRelease(page);
@@ -96,13 +96,6 @@ TEST_F(Hooks, InsertedWidgetsBecomeFieldsInTheOrderOfTheirSource) {
     EXPECT_EQ(Text(target.At("Names/JavaScript/Names/0")), "s");
 }
 
-TEST_F(Hooks, FlagsFollowTheAnnotation) {
-    TestDoc doc(FormObjects({"/FT /Tx /T (a)"}));
-    DMField *field = FieldOf(doc, "a");
-    DMAnnotSetFlags(TSDMFieldGetDMAnnot(field), 6);
-    EXPECT_EQ(TSDMFieldGetFlags(field, 0), 6u);
-}
-
 TEST_F(Hooks, ActionsStandWhereTheirEventBelongs) {
     TestDoc doc(FormObjects({"/FT /Tx /T (a)"}));
     DMField *field = FieldOf(doc, "a");
@@ -157,14 +150,14 @@ TEST_F(Hooks, ScriptsAreStringsOrStreams) {
 
 TEST_F(Hooks, TheNewestHandlerOfATypeIsFound) {
     SCWidgetHandler first{}, second{};
-    first.GetType = second.GetType = [](SCWidgetHandler *) { return KRAtomFromString("TestType"); };
+    first.GetType = second.GetType = [](SCWidgetHandler *) { return Atom("TestType"); };
     second.GetName = [](SCWidgetHandler *, char *, std::int32_t) {};
     TSSCAppRegisterWidgetHandler(&first);
-    EXPECT_EQ(TSSCAppGetWidgetHandlerByName(KRAtomFromString("TestType")), nullptr);
+    EXPECT_EQ(TSSCAppGetWidgetHandlerByName(Atom("TestType")), nullptr) << "it has no name";
     first.GetName = second.GetName;
     TSSCAppRegisterWidgetHandler(&first);
     TSSCAppRegisterWidgetHandler(&second);
-    EXPECT_EQ(TSSCAppGetWidgetHandlerByName(KRAtomFromString("TestType")), &second);
+    EXPECT_EQ(TSSCAppGetWidgetHandlerByName(Atom("TestType")), &second);
     std::vector<SCWidgetHandler *> seen;
     TSSCAppEnumWidgetHandlers(
         [](SCWidgetHandler *handler, void *data) { static_cast<decltype(seen) *>(data)->push_back(handler); }, &seen);
@@ -192,12 +185,12 @@ TEST_F(Hooks, OnKeysOutliveTheirAppearance) {
     TestDoc doc(
         FormObjects({"/FT /Btn /T (a) /AP << /N << /Off null /Ja << >> >> >>", "/FT /Btn /T (b) /AP << /N 3 >>"}));
     const DMAnnot a = AnnotAt(doc, "Tessella/Fields/0");
-    EXPECT_EQ(WButtonGetOnKey(a), KRAtomFromString("Ja"));
+    EXPECT_EQ(WButtonGetOnKey(a), Atom("Ja"));
     WButtonSetOnKey(a, KRAtomNull);
-    WButtonSetOnKey(a, KRAtomFromString("Kept"));
-    EXPECT_EQ(WButtonGetOnKey(a), KRAtomFromString("Kept"));
+    WButtonSetOnKey(a, Atom("Kept"));
+    EXPECT_EQ(WButtonGetOnKey(a), Atom("Kept"));
     WButtonCleanUpKeys(a);
-    EXPECT_EQ(WButtonGetOnKey(a), KRAtomFromString("Ja"));
+    EXPECT_EQ(WButtonGetOnKey(a), Atom("Ja"));
     EXPECT_EQ(WButtonGetOnKeyEx(AnnotAt(doc, "Tessella/Fields/1")), KRAtomNull);
     EXPECT_NE(WButtonGetOnKey(AnnotAt(doc, "Tessella/Fields/1")), KRAtomNull);
 }

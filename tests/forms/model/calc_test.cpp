@@ -5,19 +5,12 @@
 #include "model/DocData.h"
 #include "model/LexField.h"
 #include "model/NameHash.h"
-#include "objects/FontMgr.h"
 #include "objects/LexUtil.h"
 #include "tests/forms/ModelFixture.h"
 
 namespace {
 
-class CalcOrder : public Model {
-protected:
-    void SetUp() override {
-        Model::SetUp();
-        FontMgrInit();
-    }
-};
+using CalcOrder = Model;
 
 const std::string s_calculates = " /AA << /C << /S /JavaScript /JS (1) >> >>";
 
@@ -80,8 +73,7 @@ TEST_F(CalcOrder, WhatIsNoFieldVanishesOnReading) {
 }
 
 TEST_F(CalcOrder, AnEmptyListWritesNothingAndRemovesWhatWasThere) {
-    TestDoc none({"<< /Type /Catalog /Pages 2 0 R >>", "<< /Type /Pages /Kids [3 0 R] /Count 1 >>",
-                  "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 612 792] >>"});
+    TestDoc none(PageObjects());
     TSDMDocSetCalcArray(none.doc, TJSGetCalcArray(none.doc));
     EXPECT_EQ(LexObjGetType(none.At("Tessella")), LexNull);
     TestDoc doc(ThreeFields("/CO [4 0 R]"));

@@ -12,20 +12,11 @@
 
 namespace {
 
-class LexField : public Model {};
+using LexField = Model;
 
 std::string NameAt(const TestDoc &doc, const std::string &path) {
     const char *name = TSDMFieldGetName(TSDMFieldFromLexObj(doc.At(path)));
     return name ? name : "(none)";
-}
-
-void CountBroadcast(void *record, void *clientData) {
-    ++*static_cast<int *>(clientData);
-    EXPECT_NE(static_cast<TSFieldNotifyRec *>(record)->field, nullptr);
-}
-
-void Reject(void *record, void *) {
-    static_cast<TSFieldNotifyRec *>(record)->reject = 1;
 }
 
 TEST_F(LexField, DefiningADottedNameMakesItsNodes) {
@@ -46,19 +37,22 @@ TEST_F(LexField, DefiningADottedNameMakesItsNodes) {
 
 TEST_F(LexField, NothingHangsBelowATerminalField) {
     TestDoc doc(FormObjects({"/FT /Tx /T (a) /V (kept)"}));
-    for (const char *name : {"a.b", "a.b.c"}) {
-        const LexObj widget = NewWidget(doc);
-        EXPECT_EQ(TSLexDictDefineField(widget, name), nullptr) << name;
-        EXPECT_FALSE(LexDictKnown(widget, T_K));
-        EXPECT_FALSE(LexDictKnown(widget, parent_K));
-    }
+    const std::string before = Text(doc.At("Tessella/Fields/0"));
+    const LexObj widget = NewWidget(doc), other = NewWidget(doc);
+    LexDictPut(other, FT_K, Name(doc, "Btn"));
+    const std::string bare = Text(widget), button = Text(other);
+    for (const char *name : {"a.b", "a.b.c"}) EXPECT_EQ(TSLexDictDefineField(widget, name), nullptr) << name;
+    EXPECT_EQ(TSLexDictDefineField(other, "a"), nullptr) << "types under one name must agree";
+    EXPECT_EQ(Text(doc.At("Tessella/Fields/0")), before);
     EXPECT_TRUE(TSDMFieldIsTerminal(FieldOf(doc, "a")));
-    EXPECT_EQ(Text(TSDMFieldGetValue(FieldOf(doc, "a"))), "kept");
-    EXPECT_FALSE(LexDictKnown(doc.At("Tessella/Fields/0"), Kids_K));
-    // Nor below a group of widgets.
+    EXPECT_FALSE(FieldOf(doc, "a")->state & DMFieldSharesName);
+    // Nor below a group of widgets, and a node takes no widgets.
     ASSERT_NE(TSLexDictDefineField(NewWidget(doc), "a"), nullptr);
-    EXPECT_EQ(TSLexDictDefineField(NewWidget(doc), "a.b"), nullptr);
+    EXPECT_EQ(TSLexDictDefineField(widget, "a.b"), nullptr);
     EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields/0/Kids")), 2);
+    ASSERT_NE(TSLexDictDefineField(NewWidget(doc), "n.b"), nullptr);
+    EXPECT_EQ(Protect([&] { TSLexDictDefineField(widget, "n"); }), KRErrBadParam);
+    EXPECT_EQ(Text(widget) + Text(other), bare + button);
 }
 
 TEST_F(LexField, ASecondWidgetMakesAGroup) {
@@ -69,30 +63,27 @@ TEST_F(LexField, ASecondWidgetMakesAGroup) {
     LexDictPut(added, FT_K, Name(doc, "Tx"));
     LexDictPut(added, value_K, Str(doc, "other"));
     LexDictPut(added, UserName_K, Str(doc, "other tip"));
-    const LexObj events = TSLexDictEnsure(added, AA_K);
-    LexDictPut(events, Keystroke_K, LexNewDict(doc.lex, false, 1));
+    LexDictPut(TSLexDictEnsure(added, AA_K), Keystroke_K, LexNewDict(doc.lex, false, 1));
     int splits = 0;
-    const Observer observer(TSFieldDidSplit, &CountBroadcast, &splits);
+    const Listener listener(TSFieldDidSplit, [&](TSFieldNotifyRec &record) {
+        EXPECT_TRUE(record.field);
+        ++splits;
+    });
     DMField *field = TSLexDictDefineField(added, "a");
     ASSERT_TRUE(TSDMFieldIsValid(field));
     EXPECT_EQ(splits, 1);
 
+    // What belongs to the value rules from the top, what belongs to the widget stays there; an emptied AA goes.
     ASSERT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 1);
-    const std::string top = "Tessella/Fields/0/";
-    for (const auto &[key, text] : {std::pair{"T", "a"}, {"FT", "/Tx"}, {"V", "v"}, {"DV", "d"}, {"TU", "tip"}})
-        EXPECT_EQ(Text(doc.At(top + key)), text) << key;
-    EXPECT_TRUE(LexObjEqual(doc.At(top + "Kids/0"), old));
-    EXPECT_TRUE(LexObjEqual(doc.At(top + "Kids/1"), added));
-    for (const LexObj kid : {old, added}) {
-        for (const KRAtom key : {T_K, FT_K, value_K, default_K, flagsF_K, UserName_K, quadding_K})
-            EXPECT_FALSE(LexDictKnown(kid, key)) << KRAtomGetString(key);
-        EXPECT_STREQ(TSDMFieldGetName(TSDMFieldFromLexObj(kid)), "a");
-    }
-    // The events of the value rule from the top, those of the widget stay; an emptied AA goes.
-    EXPECT_EQ(LexObjGetType(doc.At(top + "AA/K")), LexDict);
-    EXPECT_EQ(LexObjGetType(doc.At(top + "Kids/0/AA/E")), LexDict);
-    EXPECT_EQ(LexObjGetType(doc.At(top + "Kids/0/AA/K")), LexNull);
-    EXPECT_FALSE(LexDictKnown(added, AA_K));
+    const LexObj top = doc.At("Tessella/Fields/0");
+    EXPECT_EQ(Text(top), "<< /AA R /DV (d) /FT /Tx /Ff 2 /Kids [R R] /Q 1 /T (a) /TU (tip) /V (v) >>");
+    EXPECT_EQ(Text(At(top, "AA")), "<< /K << /JS (k) /S /JavaScript >> >>");
+    EXPECT_TRUE(LexObjEqual(At(top, "Kids/0"), old));
+    EXPECT_EQ(Text(old), "<< /AA << /E << /JS (e) /S /JavaScript >> >> /P R /Parent R /Rect [100 700 300 720] "
+                         "/Subtype /Widget /Type /Annot >>");
+    EXPECT_TRUE(LexObjEqual(At(top, "Kids/1"), added));
+    EXPECT_EQ(Text(added), "<< /Parent R /Rect [10 20 30 40] /Subtype /Widget /Type /Annot >>");
+    for (const LexObj kid : {old, added}) EXPECT_STREQ(TSDMFieldGetName(TSDMFieldFromLexObj(kid)), "a");
     DMField *head = FieldOf(doc, "a");
     EXPECT_NE(head->firstChild, nullptr);
     EXPECT_TRUE(TSDMFieldIsTerminal(head));
@@ -102,8 +93,7 @@ TEST_F(LexField, ASecondWidgetMakesAGroup) {
     const LexObj third = NewWidget(doc);
     ASSERT_NE(TSLexDictDefineField(third, "a"), nullptr);
     EXPECT_EQ(splits, 1);
-    EXPECT_EQ(LexArrayLength(doc.At(top + "Kids")), 3);
-    EXPECT_TRUE(LexObjEqual(doc.At(top + "Kids/2"), third));
+    EXPECT_TRUE(LexObjEqual(At(top, "Kids/2"), third));
 }
 
 TEST_F(LexField, AGroupBelowANodeTakesItsPlaceThere) {
@@ -120,32 +110,14 @@ TEST_F(LexField, AGroupBelowANodeTakesItsPlaceThere) {
     EXPECT_TRUE(TSDMFieldIsTerminal(second->parent));
 }
 
-TEST_F(LexField, TypesUnderOneNameMustAgree) {
-    TestDoc doc(FormObjects({"/FT /Tx /T (a)"}));
-    const LexObj widget = NewWidget(doc);
-    LexDictPut(widget, FT_K, Name(doc, "Btn"));
-    EXPECT_EQ(TSLexDictDefineField(widget, "a"), nullptr);
-    EXPECT_EQ(Text(LexDictGet(widget, FT_K)), "/Btn");
-    EXPECT_FALSE(LexDictKnown(doc.At("Tessella/Fields/0"), Kids_K));
-    EXPECT_FALSE(FieldOf(doc, "a")->state & DMFieldSharesName);
-}
-
 TEST_F(LexField, ARejectedSplitStandsButCountsAsFailure) {
     TestDoc doc(FormObjects({"/FT /Tx /T (a) /V (v)"}));
     const LexObj widget = NewWidget(doc);
-    const Observer observer(TSFieldDidSplit, &Reject);
+    const Listener listener(TSFieldDidSplit, [](TSFieldNotifyRec &record) { record.reject = true; });
     EXPECT_EQ(TSLexDictDefineField(widget, "a"), nullptr);
     EXPECT_FALSE(LexDictKnown(widget, parent_K));
     EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields/0/Kids")), 1);
     EXPECT_EQ(Text(TSDMFieldGetValue(FieldOf(doc, "a"))), "v");
-}
-
-TEST_F(LexField, ANodeTakesNoWidgets) {
-    TestDoc doc(FormObjects({}));
-    ASSERT_NE(TSLexDictDefineField(NewWidget(doc), "a.b"), nullptr);
-    const LexObj widget = NewWidget(doc);
-    EXPECT_EQ(Protect([&] { TSLexDictDefineField(widget, "a"); }), KRErrBadParam);
-    EXPECT_FALSE(LexDictKnown(widget, T_K));
 }
 
 TEST_F(LexField, DefiningAFieldAgainKeepsOrMovesIt) {
@@ -214,33 +186,22 @@ TEST_F(LexField, RemovingAFieldLeavesTheAnnotation) {
 }
 
 TEST_F(LexField, CopiesKeepWhatTheSourceInherits) {
-    auto objects = FormObjects({});
-    objects[0] = "<< /Type /Catalog /Pages 2 0 R /AcroForm << /Fields [4 0 R] >> >>";
-    objects.push_back("<< /T (n) /Ff 1 /Q 2 /Kids [5 0 R] >>");
-    objects.push_back("<< /T (a) /FT /Tx /Parent 4 0 R /Type /Annot /Subtype /Widget /Rect [0 0 9 9] /V (v) "
-                      "/MK << /CA (c) >> /A << /S /Named /N /Print >> >>");
-    TestDoc source(objects);
+    TestDoc source(TreeObjects("4 0 R", {"<< /T (n) /Ff 1 /Q 2 /Kids [5 0 R] >>",
+                                         WidgetObject("/T (a) /FT /Tx /Parent 4 0 R /V (v) /MK << /CA (c) >> "
+                                                      "/A << /S /Named /N /Print >>")}));
     TestDoc target(FormObjects({}));
     DMField *field = FieldOf(source, "n.a");
     ASSERT_NE(field, nullptr);
-
     const LexObj plain = NewWidget(target);
     DMField *copy = TSLexDictCopyField(plain, field, nullptr, /*fresh*/ false, /*noActions*/ false);
     ASSERT_TRUE(TSDMFieldIsValid(copy));
     EXPECT_STREQ(TSDMFieldGetName(copy), "n.a");
-    EXPECT_EQ(copy->type, Tx_K);
-    EXPECT_EQ(TSDMFieldGetFlags(copy, 1), 1u);
-    EXPECT_EQ(Text(TSDMFieldGetValue(copy)), "v");
-    EXPECT_EQ(LexObjGetType(LexDictGet(plain, A_K)), LexDict);
-    EXPECT_FALSE(LexDictKnown(plain, Kids_K));
-
+    EXPECT_EQ(Text(plain), "<< /A << /N /Print /S /Named >> /FT /Tx /Ff 1 /MK << /CA (c) >> /Parent R /Q 2 "
+                           "/Rect [10 20 30 40] /Subtype /Widget /T (a) /Type /Annot /V (v) >>");
     const LexObj fresh = NewWidget(source);
     copy = TSLexDictCopyField(fresh, field, "m", /*fresh*/ true, /*noActions*/ true);
     ASSERT_TRUE(TSDMFieldIsValid(copy));
-    EXPECT_FALSE(LexDictKnown(fresh, value_K));
-    EXPECT_FALSE(LexDictKnown(fresh, A_K));
-    EXPECT_FALSE(LexDictKnown(fresh, Appearance_K));
-    EXPECT_EQ(Text(LexDictGet(LexDictGet(fresh, MakerDict_K), KRAtomFromString("CA"))), "c");
+    EXPECT_EQ(Text(fresh), "<< /FT /Tx /MK << /CA (c) >> /Rect [10 20 30 40] /Subtype /Widget /T (m) /Type /Annot >>");
     ASSERT_FALSE(DrawnLog().empty());
     EXPECT_EQ(DrawnLog().back().field, "m");
     EXPECT_EQ(TSLexDictCopyField(LexNewDict(source.lex, false, 1), field, "x", false, false), nullptr);
@@ -297,10 +258,10 @@ TEST_F(LexField, CutOffDictionariesShareNothing) {
     const LexObj page = LexDictGet(dict, PageFromAnnot_K);
     TSLexDictReplaceIndirects(dict);
     EXPECT_FALSE(LexObjEqual(LexDictGet(dict, MakerDict_K), maker));
-    EXPECT_EQ(Text(LexDictGet(LexDictGet(dict, MakerDict_K), KRAtomFromString("CA"))), "c");
+    EXPECT_EQ(Text(LexDictGet(LexDictGet(dict, MakerDict_K), Atom("CA"))), "c");
     // Pages and widgets are no one's own.
     EXPECT_TRUE(LexObjEqual(LexDictGet(dict, PageFromAnnot_K), page));
-    EXPECT_TRUE(LexObjEqual(LexDictGet(dict, KRAtomFromString("X")), dict));
+    EXPECT_TRUE(LexObjEqual(LexDictGet(dict, Atom("X")), dict));
 }
 
 TEST_F(LexField, WidgetsUnderDottedTitlesDoNotMeetEachOther) {
@@ -314,16 +275,13 @@ TEST_F(LexField, WidgetsUnderDottedTitlesDoNotMeetEachOther) {
     EXPECT_EQ(LexArrayLength(LexDictGet(FieldOf(doc, "a.x")->obj, Kids_K)), 2);
 }
 
-void RemoveField(void *record, void *) {
-    const LexObj dict = static_cast<TSFieldNotifyRec *>(record)->field->obj;
-    TSDMAnnotRemoveField(DMAnnotFromLexObj(dict), nullptr, /*flag*/ false, /*keepValue*/ false);
-}
-
 TEST_F(LexField, AFieldThatItsFirstDisplayRemovesIsNoResult) {
     TestDoc doc(FormObjects({"/FT /Tx /T (a) /V (v)", "/FT /Tx /T (s) /V (v)"}));
     DMField *field = FieldOf(doc, "a");
     DMField *source = FieldOf(doc, "s");
-    const Observer observer(TSFieldWillDisplay, &RemoveField);
+    const Listener listener(TSFieldWillDisplay, [](TSFieldNotifyRec &record) {
+        TSDMAnnotRemoveField(DMAnnotFromLexObj(record.field->obj), nullptr, /*flag*/ false, /*keepValue*/ false);
+    });
     const LexObj widget = NewWidget(doc);
     LexDictPut(widget, FT_K, Name(doc, "Tx"));
     EXPECT_EQ(TSDMAnnotDefineField(DMAnnotFromLexObj(widget), "n"), nullptr);

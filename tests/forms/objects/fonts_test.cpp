@@ -2,37 +2,15 @@
 // SPDX-License-Identifier: MIT
 #include "objects/FontMgr.h"
 
-#include <gtest/gtest.h>
-
-#include "CoreHFT.h"
-#include "base/FormStr.h"
 #include "objects/LexUtil.h"
-#include "tests/support/HostFixture.h"
+#include "tests/forms/ModelFixture.h"
 
 namespace {
 
-class Fonts : public testing::Test {
-protected:
-    static void SetUpTestSuite() {
-        TessellaKRAtoms();
-        FontMgrInit();
-    }
-};
-
-KRAtom NameAt(LexObj dict, KRAtom key) {
-    KRAtom name = KRAtomNull;
-    TSLexDictLoad<LexName>(dict, key, &name);
-    return name;
-}
-
-std::int32_t IntegerAt(LexObj dict, KRAtom key) {
-    std::int32_t value = -9999;
-    TSLexDictLoad<LexInteger>(dict, key, &value);
-    return value;
-}
+using Fonts = Model;
 
 TEST_F(Fonts, NamesMapBothWaysAndUnknownOnesDiffer) {
-    const KRAtom unknown = KRAtomFromString("Papyrus");
+    const KRAtom unknown = Atom("Papyrus");
     EXPECT_EQ(MapBaseFontToNameFont(CourierBoldOblique_K), CoBO_K);
     EXPECT_EQ(MapNameFontToBaseFont(KaMi_K), KanjiMincho_K);
     EXPECT_EQ(MapBaseFontToNameFont(unknown), unknown);
@@ -43,29 +21,27 @@ TEST_F(Fonts, NamesMapBothWaysAndUnknownOnesDiffer) {
 }
 
 TEST_F(Fonts, AFontIsMadeOnceAndLatinFontsShareTheirEncoding) {
-    const TestDoc doc(std::vector<std::string>{"<< /Type /Catalog /Pages 2 0 R >>",
-                                               "<< /Type /Pages /Kids [3 0 R] /Count 1 >>",
-                                               "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 9 9] >>"});
+    const TestDoc doc(PageObjects());
     const LexObj helvetica = TSDMDocGetFontDict(doc.doc, Helvetica_K);
     ASSERT_EQ(LexObjGetType(helvetica), LexDict);
     EXPECT_TRUE(LexObjIsIndirect(doc.At("Tessella")));
     EXPECT_TRUE(LexObjEqual(doc.At("Tessella/DR/Font/Helv"), helvetica));
     EXPECT_TRUE(LexObjEqual(TSDMDocGetFontDict(doc.doc, Helvetica_K), helvetica));
-    EXPECT_EQ(NameAt(helvetica, Name_K), Helv_K);
-    EXPECT_EQ(NameAt(helvetica, Subtype_K), Type1_K);
+    EXPECT_EQ(LexNameValue(LexDictGet(helvetica, Name_K)), Helv_K);
+    EXPECT_EQ(LexNameValue(LexDictGet(helvetica, Subtype_K)), Type1_K);
 
     const LexObj courier = TSDMDocGetFontDict(doc.doc, Courier_K);
     const LexObj encoding = doc.At("Tessella/DR/Encoding/PDFDocEncoding");
     EXPECT_TRUE(LexObjEqual(LexDictGet(courier, Encoding_K), encoding));
     EXPECT_TRUE(LexObjEqual(LexDictGet(helvetica, Encoding_K), encoding));
-    const LexObj differences = LexDictGet(encoding, KRAtomFromString("Differences"));
+    const LexObj differences = LexDictGet(encoding, Atom("Differences"));
     ASSERT_EQ(LexArrayLength(differences), 140);
     EXPECT_EQ(LexIntegerValue(LexArrayGet(differences, 0)), 24);
-    EXPECT_EQ(LexNameValue(LexArrayGet(differences, 139)), KRAtomFromString("ydieresis"));
+    EXPECT_EQ(LexNameValue(LexArrayGet(differences, 139)), Atom("ydieresis"));
     for (const KRAtom sign : {Symbol_K, ZapfDingbats_K}) {
         EXPECT_FALSE(LexDictKnown(TSDMDocGetFontDict(doc.doc, sign), Encoding_K));
     }
-    EXPECT_EQ(LexObjGetType(TSDMDocGetFontDict(doc.doc, KRAtomFromString("Papyrus"))), LexNull);
+    EXPECT_EQ(LexObjGetType(TSDMDocGetFontDict(doc.doc, Atom("Papyrus"))), LexNull);
     EXPECT_EQ(LexObjGetType(TSDMDocGetFontDict(doc.doc, KRAtomNull)), LexNull);
 }
 
@@ -73,10 +49,9 @@ TEST_F(Fonts, ANameBelongsToItsFont) {
     const TestDoc doc(FormObjects({}, "/DR << /Font << /Helv << /BaseFont /Other >> /Papyrus << /BaseFont /Papyrus >> "
                                       "/Cour 7 >> >>"));
     EXPECT_EQ(FontDictGetBaseFontName(TSDMDocGetFontDict(doc.doc, Helvetica_K)), Helvetica_K);
-    EXPECT_EQ(NameAt(doc.At("Tessella/DR/Font/Helv"), BaseFont_K), Helvetica_K);
+    EXPECT_EQ(LexNameValue(LexDictGet(doc.At("Tessella/DR/Font/Helv"), BaseFont_K)), Helvetica_K);
     EXPECT_EQ(LexObjGetType(TSDMDocGetFontDict(doc.doc, Courier_K)), LexDict);
-    EXPECT_TRUE(
-        LexObjEqual(TSDMDocGetFontDict(doc.doc, KRAtomFromString("Papyrus")), doc.At("Tessella/DR/Font/Papyrus")));
+    EXPECT_TRUE(LexObjEqual(TSDMDocGetFontDict(doc.doc, Atom("Papyrus")), doc.At("Tessella/DR/Font/Papyrus")));
 }
 
 /** Walks a `W` array: every CID once, in order; gives the last one and what the array says of `cid`. */
@@ -108,13 +83,13 @@ TEST_F(Fonts, JapaneseFontsAreComposite) {
     for (const Case &c : {Case{KanjiGothic_K, KanjiGothicDescendant_K, -221, 500, 500},
                           Case{KanjiMincho_K, KanjiMinchoDescendant_K, -241, 33, 921}}) {
         const LexObj font = TSDMDocGetFontDict(doc.doc, c.font);
-        EXPECT_EQ(NameAt(font, Subtype_K), Type0_K);
-        EXPECT_EQ(NameAt(font, Encoding_K), KanjiEncoding_K);
+        EXPECT_EQ(LexNameValue(LexDictGet(font, Subtype_K)), Type0_K);
+        EXPECT_EQ(LexNameValue(LexDictGet(font, Encoding_K)), KanjiEncoding_K);
         const LexObj below = LexArrayGet(LexDictGet(font, DescendantFonts_K), 0);
-        EXPECT_EQ(NameAt(below, BaseFont_K), c.descendant);
-        EXPECT_EQ(IntegerAt(below, DW_K), 1000);
+        EXPECT_EQ(LexNameValue(LexDictGet(below, BaseFont_K)), c.descendant);
+        EXPECT_EQ(LexIntegerValue(LexDictGet(below, DW_K)), 1000);
         const LexObj descriptor = LexDictGet(below, FontDescriptor_K);
-        EXPECT_EQ(IntegerAt(descriptor, Descent_K), c.descent);
+        EXPECT_EQ(LexIntegerValue(LexDictGet(descriptor, Descent_K)), c.descent);
         std::int32_t length = 0;
         LexStringValue(LexDictGet(LexDictGet(descriptor, Style_K), Panose_K), &length);
         EXPECT_EQ(length, 12);

@@ -2,37 +2,15 @@
 // SPDX-License-Identifier: MIT
 #include "appearance/FieldLook.h"
 
-#include <gtest/gtest.h>
-
-#include <cstring>
-#include <string>
-
-#include "CoreHFT.h"
-#include "DocModelHFT.h"
-#include "KRErrors.h"
-#include "PIFrame.h"
 #include "base/BufCont.h"
-#include "base/FormStr.h"
-#include "model/DMField.h"
 #include "objects/ColorUtl.h"
-#include "objects/FontMgr.h"
 #include "objects/LexUtil.h"
 #include "objects/TextLook.h"
-#include "tests/support/HostFixture.h"
+#include "tests/forms/ModelFixture.h"
 
 namespace {
 
-class Looks : public testing::Test {
-protected:
-    static void SetUpTestSuite() {
-        TessellaKRAtoms();
-        FontMgrInit();
-    }
-};
-
-LexObj String(const TestDoc &doc, const std::string &text) {
-    return LexNewString(doc.lex, /*indirect*/ false, text.data(), static_cast<std::int32_t>(text.size()));
-}
+using Looks = Model;
 
 /** "error 1" when the look cannot be written. */
 std::string Written(TextAppearance look) {
@@ -61,12 +39,12 @@ TEST_F(Looks, StringsParseAndWriteBackInTheirOrder) {
     };
     for (const auto &[text, written] : cases) {
         TextAppearance look;
-        ASSERT_EQ(Protect([&] { TSLexStringGetTextAppearance(String(doc, text), &look); }), 0) << text;
+        ASSERT_EQ(Protect([&] { TSLexStringGetTextAppearance(Str(doc, text), &look); }), 0) << text;
         EXPECT_EQ(Written(look), written) << text;
         EXPECT_EQ(look.baseFont, Helvetica_K) << "resources tell what a name stands for";
     }
     TextAppearance look;
-    TSLexStringGetTextAppearance(String(doc, "/My#20Font 9 Tf"), &look);
+    TSLexStringGetTextAppearance(Str(doc, "/My#20Font 9 Tf"), &look);
     EXPECT_STREQ(KRAtomGetString(look.fontResource), "My Font");
 }
 
@@ -77,10 +55,10 @@ TEST_F(Looks, MalformedStringsAreRefused) {
     for (const std::string text : {"", "0 g", "0.5 0.5 0.5 0.5 0.5 k /Helv 9 Tf", "2 g /Helv 9 Tf", "0 0 rg /Helv 9 Tf",
                                    "g /Helv 9 Tf", "/Helv", "Tf", many.c_str()}) {
         TextAppearance look;
-        EXPECT_EQ(Protect([&] { TSLexStringGetTextAppearance(String(doc, text), &look); }), KRErrBadField) << text;
+        EXPECT_EQ(Protect([&] { TSLexStringGetTextAppearance(Str(doc, text), &look); }), KRErrBadField) << text;
     }
     TextAppearance look;
-    (void)Protect([&] { TSLexStringGetTextAppearance(String(doc, "/Helv 9 Tf 0 0 g"), &look); });
+    (void)Protect([&] { TSLexStringGetTextAppearance(Str(doc, "/Helv 9 Tf 0 0 g"), &look); });
     EXPECT_EQ(look.baseFont, KRAtomNull);
     EXPECT_EQ(look.hScale, 0);
     EXPECT_EQ(Protect([&] { TSLexStringGetTextAppearance(doc.At("Pages"), &look); }), KRErrBadParam);
@@ -107,14 +85,6 @@ TEST_F(Looks, IllFormedLooksAreNotWrittenAndUnseenColoursAreBlack) {
 
 DMField *FieldAt(const TestDoc &doc, int index) {
     return TSDMFieldFromLexObj(doc.At("Tessella/Fields/" + std::to_string(index)));
-}
-
-std::string StringAt(const TestDoc &doc, const std::string &path) {
-    const LexObj obj = doc.At(path);
-    if (LexObjGetType(obj) != LexString) return "none";
-    std::int32_t length = 0;
-    const char *const bytes = LexStringValue(obj, &length);
-    return {bytes, static_cast<std::size_t>(length)};
 }
 
 constexpr const char *s_formLook = "/DA (/Helv 0 Tf 0 g) /DR << /Font << /Helv << /Type /Font /Subtype /Type1 "
@@ -159,7 +129,7 @@ TEST_F(Looks, AMissingLookBecomesTheFormsAndBadResourcesAreRefused) {
     TextAppearance look;
     TSDMFieldGetDefaultTextAppearance(FieldAt(none, 0), &look);
     EXPECT_EQ(look.fontResource, Helv_K);
-    EXPECT_EQ(StringAt(none, "Tessella/DA").substr(0, 14), "/Helv 0 Tf 0 g");
+    EXPECT_EQ(Text(none.At("Tessella/DA")).substr(0, 14), "/Helv 0 Tf 0 g");
     for (const char *resources : {"/DR 7", "/DR << /Font [] >>"}) {
         const TestDoc bad(FormObjects({"/FT /Tx /T (a) /DA (/Helv 0 Tf)"}, resources));
         EXPECT_EQ(Protect([&] { TSDMFieldGetDefaultTextAppearance(FieldAt(bad, 0), &look); }), KRErrBadResource);
@@ -176,17 +146,17 @@ TEST_F(Looks, ChangesAreStoredOnlyWhereTheyDiffer) {
     look.quadding = 2;
     TSDMColorValueSet(&look.fillColor, TSColorRGB);
     TSDMFieldSetDefaultTextAppearance(field, &look);
-    EXPECT_EQ(StringAt(doc, "Tessella/Fields/0/DA"), "/CoBo 12 Tf 0 g");
+    EXPECT_EQ(Text(doc.At("Tessella/Fields/0/DA")), "/CoBo 12 Tf 0 g");
     EXPECT_EQ(LexIntegerValue(doc.At("Tessella/Fields/0/Q")), 2);
     EXPECT_EQ(field->entries & (TSEntryDA | TSEntryQ), std::uint32_t{TSEntryDA | TSEntryQ});
 
     TSDMFieldSetDefaultTextAppearance(field, nullptr);
-    EXPECT_EQ(StringAt(doc, "Tessella/Fields/0/DA"), "none");
+    EXPECT_EQ(Text(doc.At("Tessella/Fields/0/DA")), "null");
     EXPECT_EQ(field->entries & (TSEntryDA | TSEntryDR | TSEntryQ), 0u);
 
     look.size = 7 * KRFixedOne;
     TSDMFieldSetDefaultTextAppearance(field, &look);
-    EXPECT_EQ(StringAt(doc, "Tessella/Fields/0/DA"), "/CoBo 7 Tf 0 g");
+    EXPECT_EQ(Text(doc.At("Tessella/Fields/0/DA")), "/CoBo 7 Tf 0 g");
     TSDMFieldSetDefaultQuadding(field, 0);
     TextAppearance inherited;
     LexDictRemove(TSDMFieldGetLexObj(field), textApp_K);
@@ -194,7 +164,7 @@ TEST_F(Looks, ChangesAreStoredOnlyWhereTheyDiffer) {
     TSDMFieldGetDefaultTextAppearance(field, &inherited);
     TSDMFieldSetDefaultTextAppearance(field, &look);
     TSDMFieldSetDefaultTextAppearance(field, &inherited);
-    EXPECT_EQ(StringAt(doc, "Tessella/Fields/0/DA"), "none") << "equal to the inherited look";
+    EXPECT_EQ(Text(doc.At("Tessella/Fields/0/DA")), "null") << "equal to the inherited look";
 
     look.baseFont = KRAtomNull;
     EXPECT_EQ(Protect([&] { TSDMFieldSetDefaultTextAppearance(field, &look); }), KRErrBadParam);
@@ -214,8 +184,8 @@ TEST_F(Looks, AChangeReachesTheKids) {
     TextAppearance seen;
     TSDMFieldGetDefaultTextAppearance(kid, &seen);
     EXPECT_TRUE(TextAppearanceEqual(&seen, &look));
-    EXPECT_EQ(StringAt(doc, "Tessella/Fields/0/DA"), "/Helv 20 Tf 0 g");
-    EXPECT_EQ(StringAt(doc, "Tessella/Fields/0/Kids/1/DA"), "none");
+    EXPECT_EQ(Text(doc.At("Tessella/Fields/0/DA")), "/Helv 20 Tf 0 g");
+    EXPECT_EQ(Text(doc.At("Tessella/Fields/0/Kids/1/DA")), "null");
 }
 
 TEST_F(Looks, JapaneseFieldsAreKnownByTheirStrings) {

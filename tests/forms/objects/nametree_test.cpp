@@ -2,37 +2,18 @@
 // SPDX-License-Identifier: MIT
 #include "objects/NameTree.h"
 
-#include <gtest/gtest.h>
-
 #include <map>
 #include <random>
 #include <string>
 #include <vector>
 
-#include "Common/src/miEStr.h"
-#include "KRErrors.h"
-#include "PIFrame.h"
-#include "base/FormStr.h"
 #include "objects/LexUtil.h"
 #include "objects/NameTreeNode.h"
-#include "tests/support/HostFixture.h"
+#include "tests/forms/ModelFixture.h"
 
 namespace {
 
-class NameTrees : public testing::Test {
-protected:
-    static void SetUpTestSuite() {
-        TessellaKRAtoms();
-    }
-};
-
-std::vector<std::string> Doc(const std::string &names, const std::vector<std::string> &more = {}) {
-    std::vector<std::string> objects = {"<< /Type /Catalog /Pages 2 0 R " + names + " >>",
-                                        "<< /Type /Pages /Kids [3 0 R] /Count 1 >>",
-                                        "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 612 792] >>"};
-    objects.insert(objects.end(), more.begin(), more.end());
-    return objects;
-}
+using NameTrees = Model;
 
 struct Key {
     explicit Key(const std::string &text) : name(EStrNewImpl(text.c_str(), EStrPDFDoc)) {}
@@ -70,21 +51,16 @@ std::string All(const TestDoc &doc) {
     return text;
 }
 
-std::string LimitsAt(const TestDoc &doc, const std::string &node) {
-    const LexObj limits = doc.At(node + "/Limits");
-    if (LexObjGetType(limits) != LexArray) return "none";
-    return std::string(TSStringOf(LexArrayGet(limits, 0))) + ".." + std::string(TSStringOf(LexArrayGet(limits, 1)));
-}
-
 /** Two leaves below one inner node below the root. */
 TestDoc ThreeLevels() {
-    return TestDoc(Doc("/Names << /JavaScript << /Kids [4 0 R] >> >>",
-                       {"<< /Kids [5 0 R 6 0 R] /Limits [(d) (s)] >>", "<< /Names [(d) 1 (f) 2] /Limits [(d) (f)] >>",
-                        "<< /Names [(p) 3 (s) 4] /Limits [(p) (s)] >>"}));
+    return TestDoc(
+        PageObjects("/Names << /JavaScript << /Kids [4 0 R] >> >>",
+                    {"<< /Kids [5 0 R 6 0 R] /Limits [(d) (s)] >>", "<< /Names [(d) 1 (f) 2] /Limits [(d) (f)] >>",
+                     "<< /Names [(p) 3 (s) 4] /Limits [(p) (s)] >>"}));
 }
 
 TEST_F(NameTrees, NamesAreKeptSortedByBytesAndUnique) {
-    const TestDoc doc(Doc(""));
+    const TestDoc doc(PageObjects(""));
     EXPECT_EQ(Find(doc, "a"), -1);
     EXPECT_EQ(LexObjGetType(doc.At("Names")), LexNull) << "reading makes nothing";
     for (const auto &[name, value] : std::map<std::string, int>{{"b", 1}, {"ab", 2}, {"\xE4", 3}, {"a", 4}}) {
@@ -100,11 +76,11 @@ TEST_F(NameTrees, NamesAreKeptSortedByBytesAndUnique) {
 TEST_F(NameTrees, ANameBelowAllOthersWidensTheWholePath) {
     const TestDoc doc = ThreeLevels();
     Add(doc, "a", 5);
-    EXPECT_EQ(LimitsAt(doc, "Names/JavaScript"), "none");
-    EXPECT_EQ(LimitsAt(doc, "Names/JavaScript/Kids/0"), "a..s");
-    EXPECT_EQ(LimitsAt(doc, "Names/JavaScript/Kids/0/Kids/0"), "a..f");
+    EXPECT_EQ(Text(doc.At("Names/JavaScript/Limits")), "null");
+    EXPECT_EQ(Text(doc.At("Names/JavaScript/Kids/0/Limits")), "[(a) (s)]");
+    EXPECT_EQ(Text(doc.At("Names/JavaScript/Kids/0/Kids/0/Limits")), "[(a) (f)]");
     Add(doc, "z", 6);
-    EXPECT_EQ(LimitsAt(doc, "Names/JavaScript/Kids/0/Kids/1"), "p..z");
+    EXPECT_EQ(Text(doc.At("Names/JavaScript/Kids/0/Kids/1/Limits")), "[(p) (z)]");
     Add(doc, "k", 7);
     EXPECT_EQ(All(doc), "a=5 d=1 f=2 k=7 p=3 s=4 z=6 ");
     EXPECT_EQ(Find(doc, "k"), 7);
@@ -114,10 +90,10 @@ TEST_F(NameTrees, ANameBelowAllOthersWidensTheWholePath) {
 TEST_F(NameTrees, RemovalAtAnEdgeRecomputesLimitsOnRequest) {
     const TestDoc doc = ThreeLevels();
     Remove(doc, "s", /*updateLimits*/ false);
-    EXPECT_EQ(LimitsAt(doc, "Names/JavaScript/Kids/0"), "d..s");
+    EXPECT_EQ(Text(doc.At("Names/JavaScript/Kids/0/Limits")), "[(d) (s)]");
     Remove(doc, "d", /*updateLimits*/ true);
-    EXPECT_EQ(LimitsAt(doc, "Names/JavaScript/Kids/0"), "f..p");
-    EXPECT_EQ(LimitsAt(doc, "Names/JavaScript/Kids/0/Kids/1"), "p..p");
+    EXPECT_EQ(Text(doc.At("Names/JavaScript/Kids/0/Limits")), "[(f) (p)]");
+    EXPECT_EQ(Text(doc.At("Names/JavaScript/Kids/0/Kids/1/Limits")), "[(p) (p)]");
     Remove(doc, "f", /*updateLimits*/ true);
     EXPECT_EQ(LexArrayLength(doc.At("Names/JavaScript/Kids/0/Kids/0/Names")), 0);
     Remove(doc, "not there", /*updateLimits*/ true);
@@ -127,7 +103,7 @@ TEST_F(NameTrees, RemovalAtAnEdgeRecomputesLimitsOnRequest) {
 }
 
 TEST_F(NameTrees, ReplacedAndRemovedValuesAreDestroyedOnRequest) {
-    const TestDoc doc(Doc(""));
+    const TestDoc doc(PageObjects(""));
     const auto put = [&](LexObj value, std::uint32_t flags) {
         TSAddNameEntry(doc.lex, JavaScript_K, Key("n"), value, flags);
     };
@@ -146,7 +122,7 @@ TEST_F(NameTrees, ReplacedAndRemovedValuesAreDestroyedOnRequest) {
 TEST_F(NameTrees, RebuiltTreesAreBalancedAndHoldTheSame) {
     for (const int branching : {2, 3, 10}) {
         for (const int count : {1, 2, 3, 9, 10, 27, 28, 100}) {
-            const TestDoc doc(Doc("/Names << /Dests << /Names [] >> >>"));
+            const TestDoc doc(PageObjects("/Names << /Dests << /Names [] >> >>"));
             std::string expected;
             for (int i = 0; i < count; ++i) {
                 const std::string name = std::to_string(1000 + i);
@@ -156,7 +132,7 @@ TEST_F(NameTrees, RebuiltTreesAreBalancedAndHoldTheSame) {
             TSRegenerateNameTree(doc.lex, JavaScript_K, branching);
             EXPECT_EQ(All(doc), expected) << count << " by " << branching;
             for (int i = 0; i < count; ++i) EXPECT_EQ(Find(doc, std::to_string(1000 + i)), i);
-            EXPECT_EQ(LimitsAt(doc, "Names/JavaScript"), "none");
+            EXPECT_EQ(Text(doc.At("Names/JavaScript/Limits")), "null");
             const LexObj kids = doc.At("Names/JavaScript/Kids");
             EXPECT_EQ(LexObjGetType(kids), count > branching ? LexArray : LexNull);
             EXPECT_TRUE(count <= branching || LexArrayLength(kids) <= branching);
@@ -168,7 +144,7 @@ TEST_F(NameTrees, RebuiltTreesAreBalancedAndHoldTheSame) {
 }
 
 TEST_F(NameTrees, RebuildingKeepsDirectValuesAndTakesAnEmptiedNamesAway) {
-    const TestDoc doc(Doc("/Names 4 0 R", {"<< /JavaScript << /Names [(a) << /JS (x) >> (b) [1 2]] >> >>"}));
+    const TestDoc doc(PageObjects("/Names 4 0 R", {"<< /JavaScript << /Names [(a) << /JS (x) >> (b) [1 2]] >> >>"}));
     const LexObj oldNames = doc.At("Names");
     TSRegenerateNameTree(doc.lex, JavaScript_K, 2);
     EXPECT_EQ(LexObjGetType(oldNames), LexNull);
@@ -179,7 +155,7 @@ TEST_F(NameTrees, RebuildingKeepsDirectValuesAndTakesAnEmptiedNamesAway) {
 }
 
 TEST_F(NameTrees, AgainstAModel) {
-    const TestDoc doc(Doc(""));
+    const TestDoc doc(PageObjects(""));
     std::map<std::string, std::int32_t> model;
     std::mt19937 random(7);
     for (std::int32_t step = 0; step < 600; ++step) {
@@ -205,19 +181,20 @@ TEST_F(NameTrees, AgainstAModel) {
 }
 
 TEST_F(NameTrees, TreesThatAreNoTreesEnd) {
-    const TestDoc circle(Doc("/Names << /JavaScript 4 0 R >>", {"<< /Kids [5 0 R 4 0 R 5 0 R] /Limits [(a) (z)] >>",
-                                                                "<< /Kids [4 0 R 6 0 R] /Limits [(a) (z)] >>",
-                                                                "<< /Names [(m) 1] /Limits [(m) (m)] >>"}));
+    const TestDoc circle(
+        PageObjects("/Names << /JavaScript 4 0 R >>",
+                    {"<< /Kids [5 0 R 4 0 R 5 0 R] /Limits [(a) (z)] >>", "<< /Kids [4 0 R 6 0 R] /Limits [(a) (z)] >>",
+                     "<< /Names [(m) 1] /Limits [(m) (m)] >>"}));
     EXPECT_EQ(All(circle), "m=1 ");
     EXPECT_EQ(Protect([&] { Add(circle, "q", 2); }), KRErrBadParam) << "a path without an end";
     EXPECT_EQ(Protect([&] { Find(circle, "q"); }), KRErrBadParam);
     TSRegenerateNameTree(circle.lex, JavaScript_K, 2);
     EXPECT_EQ(Find(circle, "m"), 1);
 
-    const TestDoc junk(Doc("/Names << /JavaScript << /Kids [1 (x) null] /Names [(odd)] >> /Dests 3 >>"));
+    const TestDoc junk(PageObjects("/Names << /JavaScript << /Kids [1 (x) null] /Names [(odd)] >> /Dests 3 >>"));
     Add(junk, "a", 1);
     EXPECT_EQ(Find(junk, "a"), 1);
-    const TestDoc wrong(Doc("/Names [1 2]"));
+    const TestDoc wrong(PageObjects("/Names [1 2]"));
     EXPECT_EQ(All(wrong), "");
     Add(wrong, "a", 1);
     EXPECT_EQ(All(wrong), "a=1 ");

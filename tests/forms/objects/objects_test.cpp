@@ -1,59 +1,17 @@
 // Typed access, deep copies, annotation and colour utilities, forms made of pages.
 // SPDX-License-Identifier: MIT
-#include <gtest/gtest.h>
-
-#include <string>
-
-#include "CoreHFT.h"
-#include "DocModelHFT.h"
-#include "KRErrors.h"
 #include "KernelSupportHFT.h"
-#include "PIFrame.h"
-#include "base/FormStr.h"
 #include "objects/AnnotUtl.h"
 #include "objects/ColorUtl.h"
 #include "objects/FixedUtl.h"
 #include "objects/LexCopy.h"
 #include "objects/LexUtil.h"
 #include "objects/PageForm.h"
-#include "tests/support/HostFixture.h"
+#include "tests/forms/ModelFixture.h"
 
 namespace {
 
-class Objects : public testing::Test {
-protected:
-    static void SetUpTestSuite() {
-        TessellaKRAtoms();
-    }
-};
-
-KRAtom Atom(const char *text) {
-    return KRAtomFromString(text);
-}
-
-/** A document of one page whose catalog has `entries`, and further objects from 4 on. */
-std::vector<std::string> Doc(const std::string &entries, const std::vector<std::string> &more = {}) {
-    std::vector<std::string> objects = {"<< /Type /Catalog /Pages 2 0 R " + entries + " >>",
-                                        "<< /Type /Pages /Kids [3 0 R] /Count 1 >>",
-                                        "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 612 792] >>"};
-    objects.insert(objects.end(), more.begin(), more.end());
-    return objects;
-}
-
-std::string Stream(const std::string &dict, const std::string &data) {
-    return "<< " + dict + " /Length " + std::to_string(data.size()) + " >>\nstream\n" + data + "\nendstream";
-}
-
-std::string Data(LexObj stream, LexStreamMode mode) {
-    const KRStm open = LexStreamOpenStm(stream, mode);
-    std::string data;
-    char buffer[256];
-    for (std::int32_t n; (n = KRStmRead(buffer, 1, sizeof buffer, open)) > 0;) {
-        data.append(buffer, static_cast<std::size_t>(n));
-    }
-    KRStmClose(open);
-    return data;
-}
+using Objects = Model;
 
 LexObj EmptyStream(LexDoc doc) {
     const KRStm nothing = KRMemStmOpen("", 0);
@@ -71,7 +29,7 @@ std::string CString(LexObj obj, std::int32_t size) {
 }
 
 TEST_F(Objects, TypedReadsTakeWhatFitsAndLeaveTheRest) {
-    const TestDoc doc(Doc("/I 40000 /F 2.5 /B true /N /Name /S (text) /A [1 2]"));
+    const TestDoc doc(PageObjects("/I 40000 /F 2.5 /B true /N /Name /S (text) /A [1 2]"));
     const LexObj root = doc.At("");
     std::int32_t number = 7;
     EXPECT_EQ(TSLexDictLoad<LexInteger>(root, Atom("I"), &number), 0);
@@ -96,7 +54,7 @@ TEST_F(Objects, TypedReadsTakeWhatFitsAndLeaveTheRest) {
 }
 
 TEST_F(Objects, EnsuringReplacesWhatHasTheWrongType) {
-    const TestDoc doc(Doc("/A 1 /D [1] /Good << /X 1 >>"));
+    const TestDoc doc(PageObjects("/A 1 /D [1] /Good << /X 1 >>"));
     const LexObj root = doc.At("");
     EXPECT_EQ(LexArrayLength(TSLexArrayEnsure(root, Atom("A"), /*indirect*/ true)), 0);
     EXPECT_TRUE(LexObjIsIndirect(doc.At("A")));
@@ -105,7 +63,7 @@ TEST_F(Objects, EnsuringReplacesWhatHasTheWrongType) {
 }
 
 TEST_F(Objects, RectanglesAndMatricesReadForgivingly) {
-    const TestDoc doc(Doc("/R [1 2 30 40.5] /Short [1 2 3] /Words [(a) 1 2 3] /M [1 0 0 2 3]"));
+    const TestDoc doc(PageObjects("/R [1 2 30 40.5] /Short [1 2 3] /Words [(a) 1 2 3] /M [1 0 0 2 3]"));
     KRFixedRect rect;
     TSLexGetRect(doc.At(""), Atom("R"), &rect);
     EXPECT_EQ(rect.left, KRFixedFromInt(1));
@@ -122,9 +80,10 @@ TEST_F(Objects, RectanglesAndMatricesReadForgivingly) {
 }
 
 TEST_F(Objects, EquivalenceComparesValuesAndEndsInCircles) {
-    const TestDoc doc(Doc("/A [1 (x) [/N true]] /B [1 (x) [/N true]] /C [1 (y) [/N true]] /D << /X 1 >> /E << /X 1 >> "
-                          "/F 1 /G 1.0 /P 4 0 R /Q 5 0 R /U 6 0 R",
-                          {"[4 0 R 4 0 R]", "[5 0 R 5 0 R]", "[6 0 R 1]"}));
+    const TestDoc doc(
+        PageObjects("/A [1 (x) [/N true]] /B [1 (x) [/N true]] /C [1 (y) [/N true]] /D << /X 1 >> /E << /X 1 >> "
+                    "/F 1 /G 1.0 /P 4 0 R /Q 5 0 R /U 6 0 R",
+                    {"[4 0 R 4 0 R]", "[5 0 R 5 0 R]", "[6 0 R 1]"}));
     EXPECT_TRUE(TSLexObjEquivalent(doc.At("A"), doc.At("B")));
     EXPECT_FALSE(TSLexObjEquivalent(doc.At("A"), doc.At("C")));
     EXPECT_FALSE(TSLexObjEquivalent(doc.At("D"), doc.At("E")));
@@ -135,17 +94,17 @@ TEST_F(Objects, EquivalenceComparesValuesAndEndsInCircles) {
 }
 
 TEST_F(Objects, InheritedValuesSurviveACircleOfParents) {
-    const TestDoc doc(Doc("/L 4 0 R", {"<< /Parent 5 0 R >>", "<< /Parent 4 0 R /Q 2 >>"}));
+    const TestDoc doc(PageObjects("/L 4 0 R", {"<< /Parent 5 0 R >>", "<< /Parent 4 0 R /Q 2 >>"}));
     EXPECT_EQ(LexIntegerValue(TSLexObjInheritedValue(doc.At("L"), quadding_K)), 2);
     EXPECT_EQ(LexObjGetType(TSLexObjInheritedValue(doc.At("L"), Atom("Missing"))), LexNull);
 }
 
 TEST_F(Objects, CopiesKeepCirclesSharingAndStreamData) {
     // A dictionary that holds itself, shares a string, and has a stream whose resources lead back to it.
-    const TestDoc source(
-        Doc("/X 4 0 R", {"<< /Self 4 0 R /S 5 0 R /T [5 0 R] /Form 6 0 R >>", "(shared)",
-                         Stream("/Filter /ASCIIHexDecode /Resources << /XObject << /Me 6 0 R >> >>", "48 49>")}));
-    const TestDoc target(Doc(""));
+    const TestDoc source(PageObjects(
+        "/X 4 0 R", {"<< /Self 4 0 R /S 5 0 R /T [5 0 R] /Form 6 0 R >>", "(shared)",
+                     StreamObject("/Filter /ASCIIHexDecode /Resources << /XObject << /Me 6 0 R >> >>", "48 49>")}));
+    const TestDoc target(PageObjects(""));
     const LexObj copy = TSLexObjCopy(target.lex, source.At("X"), /*shallow*/ false);
     ASSERT_EQ(LexObjGetType(copy), LexDict);
     EXPECT_EQ(LexObjGetDoc(copy), target.lex);
@@ -158,11 +117,11 @@ TEST_F(Objects, CopiesKeepCirclesSharingAndStreamData) {
     const LexObj resources = LexDictGet(form, Resources_K);
     EXPECT_TRUE(LexObjEqual(LexDictGet(LexDictGet(resources, XObject_K), Atom("Me")), form));
     LexDictPut(target.At(""), Atom("Kept"), copy);
-    EXPECT_NE(target.Saved().find("48 49>"), std::string::npos);
+    EXPECT_TRUE(Has(target.Saved(), "48 49>"));
 }
 
 TEST_F(Objects, CopiesAreAsDeepAsTheirSource) {
-    const TestDoc doc(Doc(""));
+    const TestDoc doc(PageObjects(""));
     LexObj chain = LexNewInteger(doc.lex, /*indirect*/ true, 1);
     for (int i = 0; i < 50'000; ++i) {
         const LexObj next = LexNewArray(doc.lex, /*indirect*/ true, 1);
@@ -177,8 +136,8 @@ TEST_F(Objects, CopiesAreAsDeepAsTheirSource) {
 }
 
 TEST_F(Objects, PartialCopiesNeverDragTheFieldTreeAlong) {
-    const TestDoc doc(Doc("/X << /Up 4 0 R /W 5 0 R /Plain 6 0 R /Has 1 /D << /P 6 0 R >> >> /Y << /Has 2 >>",
-                          {"<< /Kids [] >>", "<< /Subtype /Widget >>", "<< /Some 1 >>"}));
+    const TestDoc doc(PageObjects("/X << /Up 4 0 R /W 5 0 R /Plain 6 0 R /Has 1 /D << /P 6 0 R >> >> /Y << /Has 2 >>",
+                                  {"<< /Kids [] >>", "<< /Subtype /Widget >>", "<< /Some 1 >>"}));
     TSLexDictPartialCopy(doc.At("X"), doc.At("Y"), /*sameDocument*/ false);
     EXPECT_TRUE(LexObjEqual(doc.At("Y/Up"), doc.At("X/Up")));
     EXPECT_TRUE(LexObjEqual(doc.At("Y/W"), doc.At("X/W")));
@@ -280,7 +239,7 @@ TEST_F(Objects, ColoursConvertWithTheirUnshiftedProducts) {
 }
 
 TEST_F(Objects, ColoursAsArraysAndOperators) {
-    const TestDoc doc(Doc("/Two [0 1] /RGB [1 0 0.5] /Bad [1 (x) 0] /M << /BG [0.25] >>"));
+    const TestDoc doc(PageObjects("/Two [0 1] /RGB [1 0 0.5] /Bad [1 (x) 0] /M << /BG [0.25] >>"));
     DMColorValue color;
     for (const char *key : {"Two", "Bad", "None"}) {
         TSDMColorLoad(doc.At(key), KRAtomNull, &color);
@@ -303,7 +262,8 @@ TEST_F(Objects, ColoursAsArraysAndOperators) {
 }
 
 TEST_F(Objects, PagesBecomeFormsCentredAndUpright) {
-    auto objects = Doc("/Co << /Contents 4 0 R /Rotate -90 >>", {Stream("", "0 g"), Stream("", "q"), Stream("", "Q")});
+    auto objects = PageObjects("/Co << /Contents 4 0 R /Rotate -90 >>",
+                               {StreamObject("", "0 g"), StreamObject("", "q"), StreamObject("", "Q")});
     objects[2] = "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 200 100] /CropBox [0 0 100 300] /Rotate 90 "
                  "/Contents [4 0 R 5 0 R 6 0 R] /Resources << /Font << >> >> >>";
     const TestDoc doc(objects);

@@ -32,10 +32,6 @@ std::vector<std::string> Widgets(const std::vector<std::string> &fields, const s
     return objects;
 }
 
-bool Holds(const std::string &text, const std::string &part) {
-    return text.find(part) != std::string::npos;
-}
-
 /** Text of the shown value of a text field with these entries. */
 std::string ShownText(const std::string &entries, const std::string &value = "abc") {
     const TestDoc doc(Widgets({"/FT /Tx /T (a) " + entries}));
@@ -51,16 +47,15 @@ TEST_F(Faces, ATextFieldDrawsItsFrameAndItsValue) {
               "0.5 g 0 0 200 20 re f 1 0 0 RG 1 w 0.5 0.5 199 19 re s /Tx BMC q 1 1 198 18 re W n " + line + " Q EMC");
     EXPECT_EQ(ShownText("/MK << >> /Border [0 0 0]"),
               "/Tx BMC q 0 0 200 20 re W n BT /Helv 10 Tf 0 g 0 6.29 Td (abc) Tj ET Q EMC");
-    EXPECT_TRUE(
-        Holds(ShownText("/MK << >> /BS << /W 2 /S /I >>"), "/Tx BMC q 4 4 192 12 re W n BT /Helv 10 Tf 0 g 8 "));
-    EXPECT_TRUE(Holds(ShownText("/Ff 8192"), "(***) Tj"));
-    EXPECT_TRUE(Holds(ShownText("/Q 2"), " 181.88 6.29 Td (abc)"));
+    EXPECT_TRUE(Has(ShownText("/MK << >> /BS << /W 2 /S /I >>"), "/Tx BMC q 4 4 192 12 re W n BT /Helv 10 Tf 0 g 8 "));
+    EXPECT_TRUE(Has(ShownText("/Ff 8192"), "(***) Tj"));
+    EXPECT_TRUE(Has(ShownText("/Q 2"), " 181.88 6.29 Td (abc)"));
     // Line ends vanish from a single line and break several.
-    EXPECT_TRUE(Holds(ShownText("", "a\r\nb\nc"), "(abc) Tj"));
-    EXPECT_TRUE(Holds(ShownText("/Ff 4096", "a\rb"), "1 0 0 1 1 21.07 Tm 1 -11.5601 Td (a) Tj 0 -11.5601 Td (b) Tj"));
+    EXPECT_TRUE(Has(ShownText("", "a\r\nb\nc"), "(abc) Tj"));
+    EXPECT_TRUE(Has(ShownText("/Ff 4096", "a\rb"), "1 0 0 1 1 21.07 Tm 1 -11.5601 Td (a) Tj 0 -11.5601 Td (b) Tj"));
     // What the font lacks shows as a bullet.
-    EXPECT_TRUE(Holds(ShownText("", std::string("\xFE\xFF\x04\x14\0o", 6)), "(\\200o) Tj"));
-    EXPECT_TRUE(Holds(ShownText("/DA (/Helv 0 Tf 0 g)"), "/Helv 13.8"));
+    EXPECT_TRUE(Has(ShownText("", std::string("\xFE\xFF\x04\x14\0o", 6)), "(\\200o) Tj"));
+    EXPECT_TRUE(Has(ShownText("/DA (/Helv 0 Tf 0 g)"), "/Helv 13.8"));
 }
 
 TEST_F(Faces, ATurnedWidgetIsDrawnUprightInCrossedSides) {
@@ -72,7 +67,7 @@ TEST_F(Faces, ATurnedWidgetIsDrawnUprightInCrossedSides) {
     KRFixedMatrix matrix;
     TSLexGetMatrix(LexStreamDict(face), Matrix_K, &matrix);
     EXPECT_TRUE(matrix.b == KRFixedOne && matrix.c == -KRFixedOne && matrix.e == Pt(200));
-    EXPECT_TRUE(Holds(StreamText(face), "0.5 0.5 19 199 re s /Tx BMC q 1 1 18 198 re W n")) << StreamText(face);
+    EXPECT_TRUE(Has(Data(face), "0.5 0.5 19 199 re s /Tx BMC q 1 1 18 198 re W n")) << Data(face);
     EXPECT_FALSE(LexDictKnown(LexStreamDict(FaceOf(AnnotOf(doc, "b"), FaceNormal_K)), Matrix_K));
 }
 
@@ -86,8 +81,8 @@ TEST_F(Faces, AForeignFrameStaysAroundTheValue) {
     Show(doc, "a", "");
     EXPECT_EQ(FaceText(AnnotOf(doc, "a")), "1 0 0 rg 0 0 200 20 re f /Tx BMC EMC\nQ");
     Show(doc, "b", "abc");
-    EXPECT_TRUE(Holds(FaceText(AnnotOf(doc, "b")), "q 9 w Q")) << FaceText(AnnotOf(doc, "b"));
-    EXPECT_TRUE(LexDictKnown(EntryOf(EntryOf(FaceOf(AnnotOf(doc, "b"), FaceNormal_K), "Resources"), "Font"), Helv_K));
+    EXPECT_TRUE(Has(FaceText(AnnotOf(doc, "b")), "q 9 w Q")) << FaceText(AnnotOf(doc, "b"));
+    EXPECT_TRUE(LexDictKnown(At(FaceOf(AnnotOf(doc, "b"), FaceNormal_K), "Resources/Font"), Helv_K));
 }
 
 TEST_F(Faces, FontsOutsideTheBaseFontsAreDrawnInTheNearest) {
@@ -126,7 +121,7 @@ TEST_F(Faces, AListShowsTheLinesAroundItsSelection) {
                            "0 -11.5601 Td (3) Tj ET Q EMC");
     Show(doc, "a", "n");
     EXPECT_EQ(TSDMFieldGetTopIndex(FieldOf(doc, "a")), 7);
-    EXPECT_TRUE(Holds(FaceText(a), "(8) Tj 1 1 0 rg 0 -11.5601 Td (9) Tj 0 g ET"));
+    EXPECT_TRUE(Has(FaceText(a), "(8) Tj 1 1 0 rg 0 -11.5601 Td (9) Tj 0 g ET"));
     Show(doc, "a", "1");
     EXPECT_EQ(TSDMFieldGetTopIndex(FieldOf(doc, "a")), 1);
     TSDMFieldUpdateAppearance(FieldOf(doc, "b"));
@@ -136,8 +131,7 @@ TEST_F(Faces, AListShowsTheLinesAroundItsSelection) {
     EXPECT_EQ(TSDMFieldGetTopIndex(FieldOf(doc, "c")), 3);
     // An option that is none has no line, and the bar stands behind the right one.
     Show(doc, "d", "b");
-    EXPECT_TRUE(Holds(FaceText(AnnotOf(doc, "d")), "(a) Tj 1 g 0 -11.5601 Td (b) Tj 0 g"))
-        << FaceText(AnnotOf(doc, "d"));
+    EXPECT_TRUE(Has(FaceText(AnnotOf(doc, "d")), "(a) Tj 1 g 0 -11.5601 Td (b) Tj 0 g")) << FaceText(AnnotOf(doc, "d"));
 }
 
 TEST_F(Faces, LongListsAreDrawnWhereTheSelectionIs) {
@@ -146,7 +140,7 @@ TEST_F(Faces, LongListsAreDrawnWhereTheSelectionIs) {
     const TestDoc doc(Widgets({"/FT /Ch /T (a) " + options + "]"}));
     Show(doc, "a", "0");
     Show(doc, "a", "99999");
-    EXPECT_TRUE(Holds(FaceText(AnnotOf(doc, "a")), "(item) Tj"));
+    EXPECT_TRUE(Has(FaceText(AnnotOf(doc, "a")), "(item) Tj"));
 }
 
 TEST_F(Faces, AButtonWritesItsFacesByItsHighlight) {
@@ -166,11 +160,11 @@ TEST_F(Faces, AButtonWritesItsFacesByItsHighlight) {
               "0.499 g 0 0 200 20 re f q 1 1 198 18 re W n 1 0 0 1 1 -1 cm " + caption);
     EXPECT_EQ(FaceText(AnnotOf(doc, "b"), FaceRollOver_K), "null");
     const DMAnnot c = AnnotOf(doc, "c");
-    EXPECT_TRUE(Holds(FaceText(c), "/FRM Do Q BT") && Holds(FaceText(c), "(Go) Tj"));
-    EXPECT_TRUE(Holds(FaceText(c, FaceDown_K), "q 4 4 192 12 re W n 1 0 0 1 2 -2 cm q")) << FaceText(c, FaceDown_K);
-    EXPECT_TRUE(Holds(FaceText(c, FaceDown_K), "(Down) Tj"));
-    EXPECT_TRUE(Holds(FaceText(c, FaceRollOver_K), "(Over) Tj"));
-    EXPECT_TRUE(LexDictKnown(EntryOf(EntryOf(FaceOf(c, FaceNormal_K), "Resources"), "XObject"), FRM_K));
+    EXPECT_TRUE(Has(FaceText(c), "/FRM Do Q BT") && Has(FaceText(c), "(Go) Tj"));
+    EXPECT_TRUE(Has(FaceText(c, FaceDown_K), "q 4 4 192 12 re W n 1 0 0 1 2 -2 cm q")) << FaceText(c, FaceDown_K);
+    EXPECT_TRUE(Has(FaceText(c, FaceDown_K), "(Down) Tj"));
+    EXPECT_TRUE(Has(FaceText(c, FaceRollOver_K), "(Over) Tj"));
+    EXPECT_TRUE(LexDictKnown(At(FaceOf(c, FaceNormal_K), "Resources/XObject"), FRM_K));
     // A button that had nothing stays native by its new dictionary; a foreign face is left alone.
     EXPECT_EQ(FaceText(AnnotOf(doc, "d")), "q 1 1 198 18 re W n Q");
     EXPECT_TRUE(TSDMWidgetIsNative(AnnotOf(doc, "d"), nullptr));
@@ -191,15 +185,15 @@ TEST_F(Faces, CheckBoxesHaveFourFaces) {
     EXPECT_EQ(FaceText(a, FaceDown_K, "Off"), "0.749 g 0 0 20 20 re f");
     EXPECT_EQ(FaceText(a, FaceRollOver_K), "null");
     EXPECT_EQ(TSDMAnnotGetState(a), Off_K);
-    EXPECT_EQ(Text(EntryOf(EntryOf(EntryOf(FaceOf(a, FaceNormal_K, "Yes"), "Resources"), "Font"), "ZaDb")), "type 6");
+    EXPECT_EQ(Text(At(FaceOf(a, FaceNormal_K, "Yes"), "Resources/Font")), "<< /ZaDb R >>");
 
     // A beveled mark moves when it is pressed, in its down face only. Without an appearance the key is the default.
     TSDMFieldUpdateAppearance(FieldOf(doc, "b"));
     const DMAnnot b = AnnotOf(doc, "b");
     const char *key = KRAtomGetString(WButtonGetOnKeyEx(b));
     EXPECT_STREQ(key, "Yes");
-    EXPECT_TRUE(Holds(FaceText(b, FaceDown_K, key), "q 2 2 16 16 re W n 1 0 0 1 1 -1 cm BT"));
-    EXPECT_FALSE(Holds(FaceText(b, FaceNormal_K, key), "1 0 0 1 1 -1 cm"));
+    EXPECT_TRUE(Has(FaceText(b, FaceDown_K, key), "q 2 2 16 16 re W n 1 0 0 1 1 -1 cm BT"));
+    EXPECT_FALSE(Has(FaceText(b, FaceNormal_K, key), "1 0 0 1 1 -1 cm"));
 }
 
 TEST_F(Faces, RadioButtonsWithACircleAreRound) {
@@ -210,12 +204,12 @@ TEST_F(Faces, RadioButtonsWithACircleAreRound) {
     TSDMFieldUpdateAppearance(FieldOf(doc, "b"));
     const std::string on = FaceText(AnnotOf(doc, "a"), FaceNormal_K, "A");
     // The frame's radius is half the side less half the border; the disc's half of what the border leaves.
-    EXPECT_TRUE(Holds(on, "0 G 1 w q 1 0 0 1 10 10 cm 9.5 0 m")) << on;
-    EXPECT_TRUE(Holds(on, "s Q q 1 1 18 18 re W n 0 g q 1 0 0 1 10 10 cm 4.5 0 m")) << on;
-    EXPECT_FALSE(Holds(on, "BT"));
-    EXPECT_FALSE(LexDictKnown(EntryOf(FaceOf(AnnotOf(doc, "a"), FaceNormal_K, "A"), "Resources"), Font_K));
-    EXPECT_TRUE(Holds(FaceText(AnnotOf(doc, "a"), FaceDown_K, "A"), "0 g q 1 0 0 1 10 10 cm 4.5 0 m"));
-    EXPECT_TRUE(Holds(FaceText(AnnotOf(doc, "b"), FaceNormal_K, "A"), "0.5 0.5 19 19 re s"));
+    EXPECT_TRUE(Has(on, "0 G 1 w q 1 0 0 1 10 10 cm 9.5 0 m")) << on;
+    EXPECT_TRUE(Has(on, "s Q q 1 1 18 18 re W n 0 g q 1 0 0 1 10 10 cm 4.5 0 m")) << on;
+    EXPECT_FALSE(Has(on, "BT"));
+    EXPECT_FALSE(LexDictKnown(At(FaceOf(AnnotOf(doc, "a"), FaceNormal_K, "A"), "Resources"), Font_K));
+    EXPECT_TRUE(Has(FaceText(AnnotOf(doc, "a"), FaceDown_K, "A"), "0 g q 1 0 0 1 10 10 cm 4.5 0 m"));
+    EXPECT_TRUE(Has(FaceText(AnnotOf(doc, "b"), FaceNormal_K, "A"), "0.5 0.5 19 19 re s"));
 }
 
 TEST_F(Faces, TogglingFollowsTheFlags) {
@@ -254,7 +248,7 @@ TEST_F(Faces, ToggleDataIsWrittenBack) {
     EXPECT_EQ(KRAtomGetString(toggle->onKey), std::string("Yes"));
     EXPECT_FALSE(toggle->isDefault);
     toggle->caption = "l";
-    toggle->onKey = KRAtomFromString("Agreed");
+    toggle->onKey = Atom("Agreed");
     toggle->isDefault = true;
     KRfree(data->value);
     data->value = miCopyStrImpl("Agreed");
@@ -262,14 +256,14 @@ TEST_F(Faces, ToggleDataIsWrittenBack) {
     WCheckBox_ReleaseData(data);
     const LexObj dict = DMAnnotGetLexObj(annot);
     EXPECT_EQ(Text(TSDMFieldGetValue(FieldOf(doc, "a"))), "/Agreed");
-    EXPECT_EQ(Text(EntryOf(dict, "DV")), "/Agreed");
-    EXPECT_EQ(Text(EntryOf(dict, "AS")), "/Agreed");
-    EXPECT_EQ(Text(EntryOf(dict, "H")), "/T");
-    EXPECT_FALSE(LexDictKnown(dict, TempOn_K) || LexDictKnown(EntryOf(dict, "MK"), AltCaption_K));
+    EXPECT_EQ(Text(At(dict, "DV")), "/Agreed");
+    EXPECT_EQ(Text(At(dict, "AS")), "/Agreed");
+    EXPECT_EQ(Text(At(dict, "H")), "/T");
+    EXPECT_FALSE(LexDictKnown(dict, TempOn_K) || LexDictKnown(At(dict, "MK"), AltCaption_K));
     // One on state: the old key's faces are gone.
     for (const KRAtom mode : {FaceNormal_K, FaceDown_K})
-        EXPECT_FALSE(LexDictKnown(FaceOf(annot, mode), KRAtomFromString("Yes"))) << mode;
-    EXPECT_TRUE(Holds(FaceText(annot, FaceNormal_K, "Agreed"), "(l) Tj"));
+        EXPECT_FALSE(LexDictKnown(FaceOf(annot, mode), Atom("Yes"))) << mode;
+    EXPECT_TRUE(Has(FaceText(annot, FaceNormal_K, "Agreed"), "(l) Tj"));
 
     data = WCheckBox_AcquireData(annot);
     static_cast<TSToggleData *>(data->extension)->isDefault = false;
@@ -296,11 +290,11 @@ TEST_F(Faces, ButtonDataIsWrittenBack) {
     button->highlight = Invert_K;
     WButton_WriteData(annot, data);
     WButton_ReleaseData(data);
-    const LexObj mk = EntryOf(DMAnnotGetLexObj(annot), "MK");
-    EXPECT_EQ(Text(EntryOf(mk, "RC")), "\xE4");
+    const LexObj mk = At(DMAnnotGetLexObj(annot), "MK");
+    EXPECT_EQ(Text(At(mk, "RC")), "\xE4");
     EXPECT_FALSE(LexDictKnown(mk, AltIcon_K) || LexDictKnown(mk, Position_K));
     EXPECT_FALSE(LexDictKnown(DMAnnotGetLexObj(annot), Highlight_K));
-    EXPECT_TRUE(Holds(FaceText(annot), "(Go) Tj"));
+    EXPECT_TRUE(Has(FaceText(annot), "(Go) Tj"));
 }
 
 TEST_F(Faces, TextDataIsComparedCutAndWrittenBack) {
@@ -328,11 +322,11 @@ TEST_F(Faces, TextDataIsComparedCutAndWrittenBack) {
     text->defaultValue = "\xC3\xA4\xC3\xB6\xC3\xBC\xC3\x9F";
     WText_WriteData(annot, data);
     const LexObj dict = DMAnnotGetLexObj(annot);
-    EXPECT_EQ(Text(EntryOf(dict, "DV")), "\xE4\xF6\xFC");
-    EXPECT_EQ(Text(EntryOf(dict, "V")), "val");
-    EXPECT_EQ(LexIntegerValue(EntryOf(dict, "Ff")), 8192);
-    EXPECT_EQ(LexIntegerValue(EntryOf(dict, "Q")), 2);
-    EXPECT_TRUE(Holds(FaceText(annot), "(***) Tj"));
+    EXPECT_EQ(Text(At(dict, "DV")), "\xE4\xF6\xFC");
+    EXPECT_EQ(Text(At(dict, "V")), "val");
+    EXPECT_EQ(LexIntegerValue(At(dict, "Ff")), 8192);
+    EXPECT_EQ(LexIntegerValue(At(dict, "Q")), 2);
+    EXPECT_TRUE(Has(FaceText(annot), "(***) Tj"));
     for (TSWidgetData *each : {data, other}) WText_ReleaseData(each);
     WListBox_ReleaseData(list);
 }
@@ -350,15 +344,15 @@ TEST_F(Faces, ChoiceDataIsWrittenBack) {
     WListBox_WriteData(AnnotOf(doc, "a"), data);
     WListBox_ReleaseData(data);
     const LexObj dict = DMAnnotGetLexObj(AnnotOf(doc, "a"));
-    EXPECT_EQ(Text(EntryOf(dict, "DV")), "1");
+    EXPECT_EQ(Text(At(dict, "DV")), "1");
     EXPECT_FALSE(LexDictKnown(dict, topIndex_K));
-    EXPECT_EQ(LexIntegerValue(EntryOf(dict, "Ff")), TSFieldSorted);
-    EXPECT_EQ(Text(LexArrayGet(LexArrayGet(EntryOf(dict, "Opt"), 1), 1)), "second");
-    EXPECT_TRUE(Holds(FaceText(AnnotOf(doc, "a")), "(second) Tj"));
+    EXPECT_EQ(LexIntegerValue(At(dict, "Ff")), TSFieldSorted);
+    EXPECT_EQ(Text(LexArrayGet(LexArrayGet(At(dict, "Opt"), 1), 1)), "second");
+    EXPECT_TRUE(Has(FaceText(AnnotOf(doc, "a")), "(second) Tj"));
 
     // A combo box shows the name of its export value.
     Show(doc, "b", "1");
-    EXPECT_TRUE(Holds(FaceText(AnnotOf(doc, "b")), "(one) Tj"));
+    EXPECT_TRUE(Has(FaceText(AnnotOf(doc, "b")), "(one) Tj"));
     data = WComboBox_AcquireData(AnnotOf(doc, "b"));
     static_cast<TSChoiceData *>(data->extension)->editable = true;
     WComboBox_WriteData(AnnotOf(doc, "b"), data);

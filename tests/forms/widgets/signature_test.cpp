@@ -13,10 +13,6 @@ using Signatures = BuiltInWidgets;
 
 constexpr char s_signed[] = "/FT /Sig /T (a) /MK << >> /V << /Contents <00> /Name (A. Signer) >> ";
 
-bool Holds(const std::string &text, const std::string &part) {
-    return text.find(part) != std::string::npos;
-}
-
 /** A signed field whose normal face is a wrapper of 100 by 50 around a form of `formBox`. */
 std::vector<std::string> Wrapped(const std::string &wrapper, const std::string &rect, const std::string &formBox) {
     auto objects = FormObjects({s_signed + ("/Rect " + rect + " /AP << /N 5 0 R >>")});
@@ -32,12 +28,12 @@ TEST_F(Signatures, AnUnsignedFieldShowsTheMarkAlone) {
     TSDMFieldUpdateAppearance(FieldOf(doc, "a"));
     const LexObj face = FaceOf(AnnotOf(doc, "a"), FaceNormal_K);
     // The mark's box is 100 by 100 around the origin; the inside 196 by 16.
-    EXPECT_EQ(StreamText(face), "q 1 1 198 18 re W n q 2 2 196 16 re W n 0.16 0 0 0.16 100 10.0002 cm /FRM Do Q Q");
-    const LexObj mark = EntryOf(EntryOf(EntryOf(face, "Resources"), "XObject"), "FRM");
-    EXPECT_EQ(StreamText(mark).substr(0, 52), "q\n0 J 0 j 4 M []0 d\n1 0 0 1 0 -1 cm\n0 0 1 rg\n0 i\n70.");
-    EXPECT_EQ(StreamText(mark).substr(StreamText(mark).size() - 6), "h f\nQ\n");
+    EXPECT_EQ(Data(face), "q 1 1 198 18 re W n q 2 2 196 16 re W n 0.16 0 0 0.16 100 10.0002 cm /FRM Do Q Q");
+    const LexObj mark = At(face, "Resources/XObject/FRM");
+    EXPECT_EQ(Data(mark).substr(0, 52), "q\n0 J 0 j 4 M []0 d\n1 0 0 1 0 -1 cm\n0 0 1 rg\n0 i\n70.");
+    EXPECT_EQ(Data(mark).substr(Data(mark).size() - 6), "h f\nQ\n");
     EXPECT_EQ(RectOf(mark, BBox_K), "0 0 100 100");
-    EXPECT_EQ(LexIntegerValue(EntryOf(mark, "FormType")), 1);
+    EXPECT_EQ(LexIntegerValue(At(mark, "FormType")), 1);
     KRFixedMatrix matrix;
     TSLexGetMatrix(LexStreamDict(mark), Matrix_K, &matrix);
     EXPECT_TRUE(matrix.a == KRFixedOne && matrix.e == Pt(-50) && matrix.f == Pt(-50));
@@ -50,12 +46,11 @@ TEST_F(Signatures, ASignedFieldShowsItsSignerBelowTheMark) {
     const TestDoc doc(FormObjects({std::string(s_signed) + "/DA (/Helv 10 Tf 0 g) /Rect [0 0 200 50]"}));
     TSDMFieldUpdateAppearance(FieldOf(doc, "a"));
     const std::string face = FaceText(AnnotOf(doc, "a"));
-    EXPECT_TRUE(Holds(face, "/FRM Do Q BT /Helv 10 Tf 0 g 1 0 0 1 ") && Holds(face, " 4.07 Tm (A. Signer) Tj ET"))
-        << face;
+    EXPECT_TRUE(Has(face, "/FRM Do Q BT /Helv 10 Tf 0 g 1 0 0 1 ") && Has(face, " 4.07 Tm (A. Signer) Tj ET")) << face;
     // A name longer than there is room for is cut.
-    LexDictPut(EntryOf(DMAnnotGetLexObj(AnnotOf(doc, "a")), "V"), Name_K, Str(doc, std::string(400, 'x')));
+    LexDictPut(At(DMAnnotGetLexObj(AnnotOf(doc, "a")), "V"), Name_K, Str(doc, std::string(400, 'x')));
     TSDMFieldUpdateAppearance(FieldOf(doc, "a"));
-    EXPECT_TRUE(Holds(FaceText(AnnotOf(doc, "a")), '(' + std::string(258, 'x') + ')'));
+    EXPECT_TRUE(Has(FaceText(AnnotOf(doc, "a")), '(' + std::string(258, 'x') + ')'));
 }
 
 TEST_F(Signatures, TheMarkTakesTheColorOfTheLook) {
@@ -70,7 +65,7 @@ TEST_F(Signatures, TheMarkTakesTheColorOfTheLook) {
     TextAppearance look = LookOf(10);
     for (const auto &c : cases) {
         look.fillColor = c.color;
-        EXPECT_TRUE(Holds(StreamText(GetThumper(doc.lex, &look)), c.line)) << c.line;
+        EXPECT_TRUE(Has(Data(GetThumper(doc.lex, &look)), c.line)) << c.line;
     }
     look.fillColor.space = -1;
     EXPECT_EQ(Text(GetThumper(doc.lex, &look)), "null");
@@ -82,9 +77,9 @@ TEST_F(Signatures, StreamsBecomeFormsAndFormsAreWrapped) {
     const char *const lines[] = {"q", "Q", "", "after", nullptr};
     LexObj resources;
     const LexObj stream = CreateStreamFromStringArray(doc.lex, lines, nullptr, &resources);
-    EXPECT_EQ(StreamText(stream), "q\nQ\n");
+    EXPECT_EQ(Data(stream), "q\nQ\n");
     EXPECT_EQ(RectOf(stream, BBox_K), "0 0 100 100");
-    EXPECT_EQ(Text(LexArrayGet(EntryOf(resources, "ProcSet"), 0)), "/PDF");
+    EXPECT_EQ(Text(LexArrayGet(At(resources, "ProcSet"), 0)), "/PDF");
 
     const KRFixedRect box = Box(0, 0, 7, 8);
     const LexObj form = StreamToXObject(stream, nullptr, &box, /*inPlace*/ false);
@@ -97,10 +92,10 @@ TEST_F(Signatures, StreamsBecomeFormsAndFormsAreWrapped) {
     TSLexGetMatrix(LexStreamDict(form), Matrix_K, &matrix);
     EXPECT_TRUE(matrix.a == Pt(4) && matrix.e == Pt(15));
 
-    EXPECT_EQ(StreamText(XObjectToStream(form, nullptr, &box)), "q 1 0 0 1 0 0 cm /FRM Do Q");
+    EXPECT_EQ(Data(XObjectToStream(form, nullptr, &box)), "q 1 0 0 1 0 0 cm /FRM Do Q");
     const LexObj wrapper = XObjectToStream(form, &twice, nullptr);
-    EXPECT_EQ(StreamText(wrapper), "q 2 0 0 2 5 0 cm /FRM Do Q");
-    EXPECT_TRUE(LexObjEqual(EntryOf(EntryOf(EntryOf(wrapper, "Resources"), "XObject"), "FRM"), form));
+    EXPECT_EQ(Data(wrapper), "q 2 0 0 2 5 0 cm /FRM Do Q");
+    EXPECT_TRUE(LexObjEqual(At(wrapper, "Resources/XObject/FRM"), form));
     EXPECT_EQ(StreamWrapsXObject(wrapper), FRM_K);
 
     const struct {
@@ -128,10 +123,10 @@ TEST_F(Signatures, AWrapperDoesNothingElse) {
                                   "q 1 0 0 1 0 x0 cm /Im Do Q",
                                   "q 1 0 0 1 0 0 cm Im Do Q",
                                   "Q 1 0 0 1 0 0 cm /Im Do Q"};
-    for (const char *text : wrappers) EXPECT_EQ(StreamWrapsXObject(NewForm(doc, text)), KRAtomFromString("Im")) << text;
+    for (const char *text : wrappers) EXPECT_EQ(StreamWrapsXObject(NewForm(doc, text)), Atom("Im")) << text;
     for (const char *text : others) EXPECT_EQ(StreamWrapsXObject(NewForm(doc, text)), KRAtomNull) << text;
     const std::string base = "q 1 0 0 1 0 0 cm /Im Do Q";
-    EXPECT_EQ(StreamWrapsXObject(NewForm(doc, base + std::string(253 - base.size(), ' '))), KRAtomFromString("Im"));
+    EXPECT_EQ(StreamWrapsXObject(NewForm(doc, base + std::string(253 - base.size(), ' '))), Atom("Im"));
     EXPECT_EQ(StreamWrapsXObject(NewForm(doc, base + std::string(254 - base.size(), ' '))), KRAtomNull);
     EXPECT_EQ(StreamWrapsXObject(LexNullObj), KRAtomNull);
 }

@@ -92,7 +92,7 @@ TEST_F(WidgetData, TheDefaultBorderIsWrittenByRemovingIt) {
     EXPECT_FALSE(LexDictKnown(DictOf(doc, "a"), BorderStyle_K));
 
     LexDictPut(DictOf(doc, "a"), Border_K, LexNewArray(doc.lex, false, 1));
-    LexArrayPut(EntryOf(DictOf(doc, "a"), "Border"), 2, LexNewInteger(doc.lex, false, 4));
+    LexArrayPut(At(DictOf(doc, "a"), "Border"), 2, LexNewInteger(doc.lex, false, 4));
     FieldOf(doc, "a")->state &= ~DMFieldDisplayDue;
     TSDMWidgetSetBorder(a, nullptr);
     EXPECT_EQ(BorderOf(a), "0 1 none");
@@ -101,7 +101,7 @@ TEST_F(WidgetData, TheDefaultBorderIsWrittenByRemovingIt) {
     wide.style = TSBorderInset;
     TSDMWidgetSetBorder(b, &wide);
     EXPECT_EQ(BorderOf(b), "3 5");
-    EXPECT_FALSE(LexDictKnown(EntryOf(DictOf(doc, "b"), "BS"), DashArray_K));
+    EXPECT_FALSE(LexDictKnown(At(DictOf(doc, "b"), "BS"), DashArray_K));
 }
 
 TEST_F(WidgetData, MakerEntriesComeAndGo) {
@@ -119,7 +119,7 @@ TEST_F(WidgetData, MakerEntriesComeAndGo) {
     EXPECT_EQ(TSDMWidgetGetInt(a, Position_K), 3);
     EXPECT_EQ(TSDMWidgetGetInt(a, Caption_K), 0);
     TSDMWidgetSetString(a, Caption_K, nullptr);
-    EXPECT_FALSE(LexDictKnown(EntryOf(DictOf(doc, "a"), "MK"), Caption_K));
+    EXPECT_FALSE(LexDictKnown(At(DictOf(doc, "a"), "MK"), Caption_K));
 
     DMColorValue border, back;
     TSDMWidgetGetAreaColors(b, &border, &back);
@@ -143,16 +143,16 @@ TEST_F(WidgetData, IconFitsAreWrittenWhereTheyDiffer) {
     TSDMAnnotSetFit(AnnotOf(doc, "b"), &fit); // not native
     EXPECT_FALSE(LexDictKnown(DictOf(doc, "b"), MakerDict_K));
     TSDMAnnotSetFit(AnnotOf(doc, "a"), &fit);
-    const LexObj written = EntryOf(EntryOf(DictOf(doc, "a"), "MK"), "IF");
-    EXPECT_EQ(Text(EntryOf(written, "SW")), "/B");
-    EXPECT_EQ(LexArrayLength(EntryOf(written, "A")), 2);
+    const LexObj written = At(DictOf(doc, "a"), "MK/IF");
+    EXPECT_EQ(Text(At(written, "SW")), "/B");
+    EXPECT_EQ(LexArrayLength(At(written, "A")), 2);
     fit.when = Always_K;
     fit.alignX = fit.alignY = Pt(0.5);
     TSDMAnnotSetFit(AnnotOf(doc, "a"), &fit);
     EXPECT_FALSE(LexDictKnown(written, ScaleWhen_K) || LexDictKnown(written, Align_K));
     TSDMAnnotInitFit(&fit);
     TSDMAnnotSetFit(AnnotOf(doc, "a"), &fit);
-    EXPECT_FALSE(LexDictKnown(EntryOf(DictOf(doc, "a"), "MK"), IF_K));
+    EXPECT_FALSE(LexDictKnown(At(DictOf(doc, "a"), "MK"), IF_K));
     TSDMAnnotGetFit(AnnotOf(doc, "d"), &fit);
     EXPECT_TRUE(fit.when == Always_K && fit.alignX == Pt(0.5));
 }
@@ -172,9 +172,9 @@ TEST_F(WidgetData, ChoicesLeaveOutWhatIsNone) {
     EXPECT_EQ(TSDMWidgetGetChoiceIndex(choices, "2", -1), -1);
     EXPECT_EQ(TSDMWidgetGetChoiceIndex(choices, nullptr, -1), -1);
     TSDMWidgetWriteChoices(AnnotOf(doc, "b"), choices);
-    EXPECT_EQ(Text(LexArrayGet(EntryOf(DictOf(doc, "b"), "Opt"), 0)), "one");
-    EXPECT_EQ(Text(LexArrayGet(LexArrayGet(EntryOf(DictOf(doc, "b"), "Opt"), 1), 0)), "2");
-    EXPECT_EQ(Text(LexArrayGet(EntryOf(DictOf(doc, "b"), "Opt"), 3)), "four");
+    EXPECT_EQ(Text(LexArrayGet(At(DictOf(doc, "b"), "Opt"), 0)), "one");
+    EXPECT_EQ(Text(LexArrayGet(LexArrayGet(At(DictOf(doc, "b"), "Opt"), 1), 0)), "2");
+    EXPECT_EQ(Text(LexArrayGet(At(DictOf(doc, "b"), "Opt"), 3)), "four");
     TSDMWidgetWriteChoices(AnnotOf(doc, "b"), {});
     EXPECT_FALSE(LexDictKnown(DictOf(doc, "b"), options_K));
 }
@@ -265,12 +265,12 @@ TEST_F(WidgetData, WritingStoresTheRecord) {
     TSDMWidgetWriteData(annot, data.get());
     EXPECT_EQ(FieldOf(doc, "a"), nullptr);
     const LexObj dict = DictOf(doc, "new.name");
-    EXPECT_EQ(Text(EntryOf(dict, "TU")), "Tip");
-    EXPECT_EQ(Text(EntryOf(dict, "DA")), "/CoBo 8 Tf 0 g");
+    EXPECT_EQ(Text(At(dict, "TU")), "Tip");
+    EXPECT_EQ(Text(At(dict, "DA")), "/CoBo 8 Tf 0 g");
     EXPECT_EQ(BorderOf(annot), "1 2 [3]");
-    EXPECT_EQ(LexIntegerValue(EntryOf(dict, "F")), 64 | 4);
-    EXPECT_EQ(LexIntegerValue(EntryOf(dict, "Ff")), 4096 | 3);
-    EXPECT_EQ(LexIntegerValue(EntryOf(dict, "Q")), 1);
+    EXPECT_EQ(LexIntegerValue(At(dict, "F")), 64 | 4);
+    EXPECT_EQ(LexIntegerValue(At(dict, "Ff")), 4096 | 3);
+    EXPECT_EQ(LexIntegerValue(At(dict, "Q")), 1);
     EXPECT_FALSE(LexDictKnown(dict, origHeight_K));
 
     // What is marked as mixed stays.
@@ -280,9 +280,9 @@ TEST_F(WidgetData, WritingStoresTheRecord) {
     data->fieldFlags = data->annotFlags = 0;
     data->title[0] = 'x';
     TSDMWidgetWriteData(annot, data.get());
-    EXPECT_EQ(LexIntegerValue(EntryOf(DictOf(doc, "new.name"), "Q")), 1);
+    EXPECT_EQ(LexIntegerValue(At(DictOf(doc, "new.name"), "Q")), 1);
     EXPECT_EQ(BorderOf(annot), "1 2 [3]");
-    EXPECT_EQ(LexIntegerValue(EntryOf(dict, "Ff")), 4096 | 3);
+    EXPECT_EQ(LexIntegerValue(At(dict, "Ff")), 4096 | 3);
 
     data->mixed = ~std::uint32_t{TSMixedType};
     data->type = CheckBox_K;
@@ -308,7 +308,7 @@ TEST_F(WidgetData, MakerDictionaryMovesFromTheAppearanceToTheWidget) {
     const DataPtr data(TSDMWidgetAcquireData(AnnotOf(doc, "a")));
     EXPECT_EQ(data->backColor.space, TSColorGray);
     TSDMWidgetWriteData(AnnotOf(doc, "a"), data.get());
-    EXPECT_TRUE(LexDictKnown(EntryOf(DictOf(doc, "a"), "MK"), Background_K));
+    EXPECT_TRUE(LexDictKnown(At(DictOf(doc, "a"), "MK"), Background_K));
     EXPECT_FALSE(LexDictKnown(LexStreamDict(FaceOf(AnnotOf(doc, "a"), FaceNormal_K)), MakerDict_K));
 }
 
