@@ -48,33 +48,15 @@ bool PrintDerived(int argc, char **argv, const CLI::App &app) {
     return manual || completion;
 }
 
-int Parse(CLI::App &app, int argc, char **argv) {
-    try {
-        app.parse(argc, argv);
-        return ExitDone;
-    } catch (const CLI::Success &success) {
-        app.exit(success);
-        return -1;
-    } catch (const CLI::ParseError &error) {
-        const std::string first = argc > 1 ? argv[1] : "";
-        const bool isWord = !first.empty() && first[0] != '-';
-        if (isWord && app.get_subcommands([&](const CLI::App *command) { return command->check_name(first); }).empty())
-            PrintFailure("there is no command \"" + first + "\"; see jackdaw --help");
-        else
-            PrintFailure(std::string(error.what()) + "; see jackdaw " + (isWord ? first + " " : "") + "--help");
-        return ExitNothingDone;
-    }
-}
-
 } // namespace
 
 int main(int argc, char **argv) {
     CLI::App app;
     Options options;
     DescribeOptions(app, options);
-    if (PrintDerived(argc, argv, app)) return ExitDone;
-    const int parsed = Parse(app, argc, argv);
-    if (parsed != ExitDone) return parsed < 0 ? ExitDone : parsed;
+    if (PrintDerived(argc, argv, app)) LeaveProcess(ExitDone);
+    const ParseResult parsed = ParseArguments(app, argc, argv);
+    if (parsed != ParseResult::Run) LeaveProcess(parsed == ParseResult::Told ? ExitDone : ExitNothingDone);
     HostOptions host;
     host.plugInDir = options.plugIns;
     try {

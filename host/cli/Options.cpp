@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "cli/Options.h"
 
+#include <charconv>
+
 #include "Version.h"
 
 namespace jackdaw::cli {
@@ -12,20 +14,33 @@ std::string CheckPath(const std::string &path) {
     return path.empty() ? "the path is empty" : "";
 }
 
+std::string CheckNumber(const std::string &text) {
+    int number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error == std::errc::result_out_of_range) return text + " is too large";
+    return error == std::errc() && *end == '\0' ? "" : "\"" + text + "\" is no whole number";
+}
+
 void AddInput(CLI::App *command, InputOptions &input) {
-    command->add_option("FILE", input.file, "The PDF document; - is standard input")->required()->check(CheckPath);
-    command->add_option("--password-file", input.passwordFile,
-                        "File whose first line is the password of an encrypted document");
+    command->add_option("FILE", input.file, "The PDF document; - is standard input")
+        ->required()
+        ->check(CheckPath)
+        ->type_name("");
+    command
+        ->add_option("--password-file", input.passwordFile,
+                     "File whose first line is the password of an encrypted document")
+        ->check(CheckPath)
+        ->type_name("PATH");
 }
 
 void AddOutput(CLI::App *command, std::string &output, const char *what) {
-    command->add_option("-o,--output", output, what)->required()->check(CheckPath);
+    command->add_option("-o,--output", output, what)->required()->check(CheckPath)->type_name("PATH");
 }
 
 void DescribeFields(CLI::App &app, FieldsOptions &options) {
     CLI::App *command = app.add_subcommand("fields", "List the fields of a form");
     AddInput(command, options.input);
-    command->add_flag("--json", options.json, "One JSON object a line instead of a table");
+    command->add_flag("--json", options.json, "One JSON object a line instead of a table")->disable_flag_override();
 }
 
 void DescribeFill(CLI::App &app, FillOptions &options) {
@@ -56,8 +71,14 @@ void DescribeReset(CLI::App &app, ResetOptions &options) {
 void DescribeRender(CLI::App &app, RenderOptions &options) {
     CLI::App *command = app.add_subcommand("render", "Draw a page with its fields as a PNG picture");
     AddInput(command, options.input);
-    command->add_option("--page", options.page, "Page to draw, from 1")->capture_default_str()->type_name("N");
-    command->add_option("--dpi", options.dpi, "Pixels to the inch, 1 to 2400")->capture_default_str()->type_name("N");
+    command->add_option("--page", options.page, "Page to draw, from 1")
+        ->check(CheckNumber)
+        ->capture_default_str()
+        ->type_name("N");
+    command->add_option("--dpi", options.dpi, "Pixels to the inch, 1 to 2400")
+        ->check(CheckNumber)
+        ->capture_default_str()
+        ->type_name("N");
     AddOutput(command, options.output, "The picture; - is standard output");
 }
 
@@ -97,11 +118,13 @@ void DescribeOptions(CLI::App &app, Options &options) {
     app.name("jackdaw");
     app.description("Fill in the forms of PDF documents");
     app.set_version_flag("--version", std::string("jackdaw ") + JACKDAW_VERSION, "Print the version and stop");
-    app.set_help_flag("--help", "Print this help and stop");
+    app.set_help_flag("-h,--help", "Print this help and stop");
     app.add_option("--plug-ins", options.plugIns,
                    "Folder of the plug-ins, in place of the one installed with the program")
         ->type_name("DIR");
     app.require_subcommand(1);
+    // Options of the program are taken behind the command too.
+    app.fallthrough();
     app.footer("Exit code: 0 done, 2 nothing done, 3 done with warnings.");
     DescribeFields(app, options.fields);
     DescribeFill(app, options.fill);

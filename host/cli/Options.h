@@ -20,6 +20,16 @@ struct Options {
 /** Fills `app` with all commands; they write into `options`, which must outlive it. */
 void DescribeOptions(CLI::App &app, Options &options);
 
+enum class ParseResult {
+    /** A command is to be run. */
+    Run,
+    /** Help or version was asked for and printed. */
+    Told,
+    /** The lines that say what is wrong are printed. */
+    Wrong
+};
+ParseResult ParseArguments(CLI::App &app, int argc, char **argv);
+
 /** The manual page, as roff source. */
 std::string ManualPage(const CLI::App &app);
 /** A completion script for bash. */

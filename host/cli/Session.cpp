@@ -152,7 +152,7 @@ void OpenDocument::RequireFilling() const {
 }
 
 void LeaveProcess(int code) {
-    if (std::fflush(stdout) != 0) {
+    if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
         PrintFailure("standard output: " + FileReason(errno));
         code = ExitNothingDone;
     }

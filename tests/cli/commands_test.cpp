@@ -203,10 +203,20 @@ TEST(Commands, RefuseWhatTheyCannotUse) {
         return std::vector<std::string>{"fill", form, "--json", TempFile("data.json", json), "-o", out};
     };
     const std::pair<std::vector<std::string>, const char *> s_cases[] = {
-        {{}, "--help"},
-        {{"bogus"}, "--help"},
-        {{"fields"}, "FILE"},
-        {{"fields", form, "--bogus"}, "--bogus"},
+        {{}, "no command is given; see jackdaw --help"},
+        {{"bogus"}, "there is no command \"bogus\"; see jackdaw --help"},
+        {{"feilds", form}, "there is no command \"feilds\"; did you mean fields?"},
+        {{"fields"}, "fields needs FILE; see jackdaw fields --help"},
+        {{"fill", form, "--set", "given=x"}, "fill needs -o PATH"},
+        {{"fields", form, "--zzz"}, "fields has no option --zzz; see jackdaw fields --help"},
+        {{"fill", form, "--sett", "given=x"}, "fill has no option --sett; did you mean --set?"},
+        {{"fields", "-json", form}, "fields has no option -json; did you mean --json?"},
+        {{"fields", form, form}, "is one argument too many"},
+        {{"fields", form, "--json=yes"}, "--json takes no value"},
+        {{"fill", form, "--json"}, "--json needs a value: --json DATA"},
+        {{"fill", form, "-o", "a", "-o", "b"}, "--output is given twice"},
+        {{"render", form, "--page", "one", "-o", out}, "--page: \"one\" is no whole number"},
+        {{"render", form, "--page", "99999999999", "-o", out}, "--page: 99999999999 is too large"},
         {{"fields", folder + "/none.pdf"}, "none.pdf: there is no such file"},
         {{"fields", folder + "/none/x.pdf"}, "x.pdf: there is no folder"},
         {{"fields", form + "/x.pdf"}, "x.pdf: a part of the path is no folder"},
@@ -220,7 +230,6 @@ TEST(Commands, RefuseWhatTheyCannotUse) {
                              PdfText({"<< /Type /Catalog /Pages 2 0 R >>", "<< /Type /Pages /Kids [] /Count 0 >>"}))},
          "no form"},
         {{"fill", form, "-o", out}, "no values given"},
-        {{"fill", form, "--set", "given=x"}, "--output"},
         {{"fill", form, "--set", "given=x", "-o", ""}, "--output"},
         {{"fill", form, "--set", "given", "-o", out}, "NAME=VALUE"},
         {{"fill", form, "--set", "=x", "-o", out}, "NAME=VALUE"},
@@ -246,17 +255,24 @@ TEST(Commands, RefuseWhatTheyCannotUse) {
         ExpectNothingDone(Jackdaw(arguments), says);
         EXPECT_FALSE(std::filesystem::exists(out));
     }
+    const Ran two = Jackdaw({"fields", form, "--jsn", "--zzz"});
+    EXPECT_EQ(CountLines(two.err), 2U) << two;
+    EXPECT_TRUE(Has(two.err, "no option --jsn; did you mean --json?\n")) << two;
+    EXPECT_TRUE(Has(two.err, "no option --zzz;")) << two;
     const Ran noPlugIns = Jackdaw({"--plug-ins", folder + "/none", "fields", form});
     EXPECT_EQ(noPlugIns.exit, 2) << noPlugIns;
     EXPECT_TRUE(Has(noPlugIns.err, "plug-in Forms is not loaded")) << noPlugIns;
 }
 
 TEST(Commands, TellAboutThemselves) {
-    for (const char *option : {"--help", "--version", "--print-manual", "--print-completion"}) {
-        const Ran ran = Jackdaw({option});
+    for (const char *option : {"-h", "--help", "fill -h", "--version", "--print-manual", "--print-completion"}) {
+        const Ran ran = RunProgram({"sh", "-c", std::string(TEST_JACKDAW " ") + option});
         EXPECT_EQ(ran.exit, 0) << ran;
         EXPECT_EQ(ran.err, "");
         EXPECT_TRUE(Has(ran.out, "jackdaw")) << option;
+        const Ran full = RunProgram({"sh", "-c", std::string(TEST_JACKDAW " ") + option + " > /dev/full"});
+        EXPECT_EQ(full.exit, 2) << option;
+        EXPECT_EQ(full.err, "jackdaw: standard output: the disk is full\n") << option;
     }
     for (const char *command : {"fields", "fill", "reset", "render"}) {
         EXPECT_EQ(Jackdaw({command, "--help"}).exit, 0);
