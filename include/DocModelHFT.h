@@ -6,7 +6,7 @@
 
 inline KRHFT gDocModelHFT = nullptr;
 inline constexpr std::uint32_t DocModelHFTVersion = KRVersion(4, 3);
-inline constexpr int DocModelHFTCount = 65;
+inline constexpr int DocModelHFTCount = 66;
 
 // Actions: dictionaries with a name `S`; a destination (name, string, array) passes through the handle untouched.
 
@@ -47,7 +47,12 @@ inline constexpr Slot<&gDocModelHFT, 16, void(DMAnnot annot, std::uint32_t flags
  */
 inline constexpr Slot<&gDocModelHFT, 17, DMDoc(KRFileSys fs, KRPathName path, const char *password)> DMDocOpen;
 /** Bits of `saveFlags`. A full rewrite renumbers objects: references stay good, object identities in a file do not. */
-enum DMDocSaveFlags : std::uint32_t { DMDocSaveFull = 0x04, DMDocSaveCopy = 0x08 };
+enum DMDocSaveFlags : std::uint32_t {
+    DMDocSaveFull = 0x04,
+    DMDocSaveCopy = 0x08,
+    /** Raises KRErrBadPDF, with nothing saved, when DMDocEnumDamage would tell anything. */
+    DMDocSaveSound = 0x10
+};
 /** What notifications 56 and 33 carry: the second word's low byte holds DMDocSaveFlags. */
 struct DMDocSaveRecord {
     std::uint32_t size;
@@ -57,7 +62,9 @@ struct DMDocSaveRecord {
 };
 /**
  * Saves to `path` as a new file renamed into place, so that the former file is untouched on every failure; null means
- * the document's own file. Without DMDocSaveFull the host may append; today it always rewrites. Sends 56 and 33.
+ * the document's own file. Without DMDocSaveFull the host may append; today it always rewrites. Sends 56 and 33. Raises
+ * KRErrFileIO or KRErrNoMemory, with nothing saved, when an object could not be read from the document's file, another
+ * program wrote to that file, or memory ran out since the document was opened.
  */
 inline constexpr Slot<&gDocModelHFT, 18, void(DMDoc doc, std::uint32_t saveFlags, KRFileSys fs, KRPathName path)>
     DMDocSave;
@@ -168,3 +175,11 @@ inline constexpr Slot<&gDocModelHFT, 64,
     DMDocInsertPages;
 /** Deletes pages `first` to `last`. Sends 21 before and 22 after. Raises KRErrBadParam when no page would be left. */
 inline constexpr Slot<&gDocModelHFT, 65, void(DMDoc doc, std::int32_t first, std::int32_t last)> DMDocDeletePages;
+
+using DMDamageProc = void (*)(const char *line, void *clientData);
+/**
+ * Calls `proc` with a sentence for each thing that was found wrong with the document's file so far and repaired or
+ * passed over, in the order of finding; UTF-8 as far as the file's name is. Each call begins with the first again.
+ * Raises as DMDocSave does when the document could not be read whole: what it shows then is not to be relied on.
+ */
+inline constexpr Slot<&gDocModelHFT, 66, void(DMDoc doc, DMDamageProc proc, void *clientData)> DMDocEnumDamage;

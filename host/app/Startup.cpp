@@ -5,6 +5,7 @@
 #include <clocale>
 #include <cstdlib>
 #include <filesystem>
+#include <sys/auxv.h>
 #include <system_error>
 #include <vector>
 
@@ -19,6 +20,7 @@
 #include "doc/DocTable.h"
 #include "doc/Notify.h"
 #include "draw/Draw.h"
+#include "kernel/HostError.h"
 #include "kernel/PlugIns.h"
 #include "kernel/Tables.h"
 #include "lex/LexTable.h"
@@ -77,12 +79,15 @@ bool isFolder(const fs::path &path) {
     return fs::is_directory(path, ignored);
 }
 
+/** Nothing in a program with more rights than its user's: who starts it must not say what code it runs. */
 const char *folderFromEnvironment() {
-    const char *const folder = std::getenv("JACKDAW_PLUG_INS");
+    const char *const folder = secure_getenv("JACKDAW_PLUG_INS");
     return folder && *folder ? folder : nullptr;
 }
 
 void startPlugIns(const HostOptions &options) {
+    if (!options.plugInDir.empty() && getauxval(AT_SECURE) != 0)
+        throw HostError{KRErrPermission, "A program that runs with more rights than its user's takes no --plug-ins."};
     const std::string folder = PlugInFolder(options);
     const bool asked = !options.plugInDir.empty() || folderFromEnvironment();
     if (!folder.empty()) LoadPlugIns(folder, /*mustExist*/ asked);

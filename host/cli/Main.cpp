@@ -7,7 +7,9 @@
 #include "app/Startup.h"
 #include "cli/Options.h"
 #include "cli/Session.h"
+#include "kernel/Ending.h"
 #include "kernel/HostError.h"
+#include "kernel/Memory.h"
 
 namespace {
 
@@ -48,9 +50,7 @@ bool PrintDerived(int argc, char **argv, const CLI::App &app) {
     return manual || completion;
 }
 
-} // namespace
-
-int main(int argc, char **argv) {
+[[noreturn]] void Run(int argc, char **argv) {
     CLI::App app;
     Options options;
     DescribeOptions(app, options);
@@ -59,13 +59,22 @@ int main(int argc, char **argv) {
     if (parsed != ParseResult::Run) LeaveProcess(parsed == ParseResult::Told ? ExitDone : ExitNothingDone);
     HostOptions host;
     host.plugInDir = options.plugIns;
-    try {
-        StartHost(host);
-    } catch (const HostError &error) {
-        PrintFailure(error.what);
-        return ExitNothingDone;
-    }
+    StartHost(host);
     const int result = RunGuarded(app, options);
     StopHost();
     LeaveProcess(result);
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    WatchEnding();
+    WatchAllocations();
+    try {
+        Run(argc, argv);
+    } catch (const HostError &error) {
+        PrintFailure(error.what.empty() ? ErrorSentence(error.code) : error.what);
+        return ExitNothingDone;
+    }
+    // Whatever else is thrown, the lack of memory above all, ends in the same way.
 }

@@ -92,6 +92,9 @@ void provideDocuments() {
     Provide(DMDocGetPermissions, [](DMDoc doc) { return Edge([&] { return docPermissions(doc); }); });
     Provide(DMDocEnsureWrite,
             [](DMDoc doc, KRBool load, std::uint32_t) { Edge([&] { ensureDocWritable(doc, load != 0); }); });
+    Provide(DMDocEnumDamage, [](DMDoc doc, DMDamageProc proc, void *clientData) {
+        Edge([&] { tellDocDamage(doc, proc, clientData); });
+    });
     Provide(DMDocGetInfo, [](DMDoc doc, const char *key, char *buffer, std::int32_t size) {
         return Edge([&] {
             const std::string bytes = docInfo(doc, key);

@@ -3,6 +3,7 @@
 #include "doc/Document.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <exception>
 
 #include <sys/stat.h>
@@ -23,8 +24,11 @@ std::vector<std::unique_ptr<DMDocRec>> &documents() {
     return s_documents;
 }
 
+/** False when there is no file; throws when that cannot be told. */
 bool statFile(const std::string &path, struct stat &status) {
-    return stat(path.c_str(), &status) == 0;
+    if (stat(path.c_str(), &status) == 0) return true;
+    if (errno != ENOENT && errno != ENOTDIR) ThrowFileError("examine", path, errno);
+    return false;
 }
 
 bool isFileOf(const DMDocRec &doc, const struct stat &status) {
@@ -88,6 +92,7 @@ struct SaveTarget {
         const bool ontoOwn =
             ownFile || (fileSys == DefaultFileSys() && statFile(pathName->text, status) && isFileOf(doc, status));
         copy = (saveFlags & DMDocSaveCopy) != 0 && !ontoOwn;
+        damage = saveFlags & DMDocSaveSound ? lex::Damage::Refused : lex::Damage::Tolerated;
     }
     ~SaveTarget() {
         ReleasePath(pathName);
@@ -98,11 +103,12 @@ struct SaveTarget {
     KRFileSys fileSys = nullptr;
     KRPathName pathName = nullptr;
     bool copy = false;
+    lex::Damage damage = lex::Damage::Tolerated;
 };
 
 void writeTo(LexDoc lex, const SaveTarget &target) {
     if (target.fileSys == DefaultFileSys()) {
-        lex::saveDoc(lex, target.pathName->text);
+        lex::saveDoc(lex, target.pathName->text, target.damage);
         return;
     }
     const std::string bytes = lex::saveDocToString(lex);
@@ -257,6 +263,12 @@ std::uint64_t docChangeStamp(DMDoc doc) {
 
 std::uint32_t docPermissions(DMDoc doc) {
     return lex::permissions(checkDoc(doc).lex);
+}
+
+void tellDocDamage(DMDoc doc, DMDamageProc proc, void *clientData) {
+    if (proc == nullptr) throw HostError{KRErrBadParam};
+    for (const std::string &line : lex::damage(checkDoc(doc).lex))
+        ThrowIf(HostProtect([&] { proc(line.c_str(), clientData); }));
 }
 
 void ensureDocWritable(DMDoc handle, bool load) {

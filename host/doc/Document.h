@@ -59,6 +59,9 @@ std::uint64_t docChangeStamp(DMDoc doc);
 /** Bits of DMDocGetPermissions. */
 std::uint32_t docPermissions(DMDoc doc);
 
+/** Calls `proc` with each line of lex::damage; throws as that does. */
+void tellDocDamage(DMDoc doc, DMDamageProc proc, void *clientData);
+
 /** Reads the whole file when `load` says so, which the library needs before its first change. */
 void ensureDocWritable(DMDoc doc, bool load);
 

@@ -11,11 +11,13 @@
 #include "doc/Annots.h"
 #include "doc/Document.h"
 #include "doc/Pages.h"
+#include "kernel/AtomicFile.h"
 #include "kernel/Atoms.h"
 #include "kernel/Files.h"
 #include "kernel/Fixed.h"
 #include "kernel/HostError.h"
 #include "lex/LexObjects.h"
+#include "lex/Store.h"
 
 namespace jackdaw {
 
@@ -205,8 +207,8 @@ std::string PngOf(cairo_surface_t *surface) {
 }
 
 void RenderPageToFile(DMDoc doc, std::int32_t page, std::int32_t dpi, KRFileSys fs, KRPathName path) {
-    AtomicFile file(UnixPathOf(fs, path));
     const std::string png = PngOf(RenderPage(doc, page, dpi).get());
+    AtomicFile file(UnixPathOf(fs, path), lex::openFacts(docLex(doc)).rights);
     file.write(png.data(), png.size());
     file.commit();
 }

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <map>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -81,14 +82,18 @@ public:
 
     std::int64_t read(void *buffer, std::int64_t count) override {
         turnTo(Reading);
-        const std::size_t got = std::fread(buffer, 1, static_cast<std::size_t>(count), stream_);
-        if (got < static_cast<std::size_t>(count) && std::ferror(stream_)) fail("read");
+        auto *const bytes = static_cast<char *>(buffer);
+        std::size_t got = 0;
+        do got += std::fread(bytes + got, 1, static_cast<std::size_t>(count) - got, stream_);
+        while (goesOn("read", POLLIN));
         return static_cast<std::int64_t>(got);
     }
     std::int64_t write(const void *buffer, std::int64_t count) override {
         turnTo(Writing);
-        if (std::fwrite(buffer, 1, static_cast<std::size_t>(count), stream_) < static_cast<std::size_t>(count))
-            fail("write");
+        const auto *const bytes = static_cast<const char *>(buffer);
+        std::size_t put = 0;
+        do put += std::fwrite(bytes + put, 1, static_cast<std::size_t>(count) - put, stream_);
+        while (goesOn("write", POLLOUT));
         return count;
     }
     void setPosition(std::int64_t place) override {
@@ -119,6 +124,13 @@ private:
     void turnTo(Operation next) {
         if (last_ != Nothing && last_ != next && fseeko(stream_, 0, SEEK_CUR) != 0) fail("seek in");
         last_ = next;
+    }
+    /** Whether the call just made is to be made again for the rest. Throws what made it fail. */
+    bool goesOn(const char *tried, short events) {
+        if (!std::ferror(stream_)) return false;
+        if (!TryAgain(errno, fileno(stream_), events)) fail(tried);
+        std::clearerr(stream_);
+        return true;
     }
     [[noreturn]] void fail(const char *tried) {
         const int reason = errno;
@@ -151,7 +163,7 @@ std::unique_ptr<KRFileRec> PosixFileSys::open(const std::string &path, std::int3
     const bool reads = (mode & KRFileRead_) || !writes;
     int flags = O_CLOEXEC | O_NOCTTY | (writes ? reads ? O_RDWR : O_WRONLY : O_RDONLY);
     if (mode & KRFileCreate) flags |= O_CREAT | O_TRUNC;
-    const int fd = ::open(path.c_str(), flags, 0666);
+    const int fd = OpenAgain(path, flags, 0666);
     if (fd < 0) ThrowFileError("open", path, errno);
     struct stat info;
     const bool folder = fstat(fd, &info) == 0 && S_ISDIR(info.st_mode);
@@ -170,6 +182,20 @@ std::map<KRAtom, KRFileSys> s_fileSystems;
 
 void ThrowFileError(const char *tried, const std::string &path, int errnoValue) {
     throw HostError{codeOfErrno(errnoValue), path + ": " + reasonOf(tried, path, errnoValue)};
+}
+
+bool TryAgain(int errnoValue, int fd, short events) {
+    if (errnoValue == EINTR) return true;
+    if (errnoValue != EAGAIN) return false;
+    pollfd wait{fd, events, 0};
+    return poll(&wait, 1, /*timeout*/ -1) >= 0 || errno == EINTR;
+}
+
+int OpenAgain(const std::string &path, int flags, unsigned mode) {
+    int fd;
+    do fd = ::open(path.c_str(), flags, mode);
+    while (fd < 0 && errno == EINTR);
+    return fd;
 }
 
 KRFileSys DefaultFileSys() {

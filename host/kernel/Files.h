@@ -1,4 +1,4 @@
-// File systems, path objects and open files as the host sees them, and the safe way to write a file.
+// File systems, path objects and open files as the host sees them.
 //
 // A file system is a record of virtual operations: the default one stands over POSIX, others (the web's) are registered
 // under an atom. What these operations cannot do they throw as HostError with the path and the system's reason.
@@ -6,7 +6,6 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
 #include <memory>
 #include <string>
 
@@ -80,44 +79,10 @@ std::string ReadWholeFile(KRFileSys fs, KRPathName path, std::int64_t limit = st
 /** Error of the system for `path` as a HostError: what was tried ("open"), on what, and errno's own words. */
 [[noreturn]] void ThrowFileError(const char *tried, const std::string &path, int errnoValue);
 
-/**
- * Writes a file so that its former content stands until the new one is wholly on the disk: a new file in the same
- * folder, flushed, synchronised and renamed into place. It takes the mode of the file that it replaces; a symbolic link
- * goes on pointing where it did. Unless commit() succeeded the new file is removed and the old one is as it was.
- * A target that is no regular file (a device, a pipe) is written directly.
- */
-class AtomicFile {
-public:
-    /** Throws HostError: KRErrFileNotFound (folder), KRErrFileOpen (no right to write, a folder), KRErrDiskFull. */
-    explicit AtomicFile(std::string target);
-    ~AtomicFile();
-    AtomicFile(const AtomicFile &) = delete;
-    AtomicFile &operator=(const AtomicFile &) = delete;
-
-    /** The file to write to, from front to back. Its errors are found by write() and commit(). */
-    std::FILE *stream() {
-        return stream_;
-    }
-    /** Throws KRErrDiskFull or KRErrFileIO. */
-    void write(const void *bytes, std::size_t count);
-    /** Throws as write(). Nothing may be written afterwards. */
-    void commit();
-    /** The errno that belongs to a failed stdio call of another on stream(), as a HostError. */
-    [[noreturn]] void throwWriteError(int errnoValue);
-
-private:
-    void openTemporary();
-    void openDirect();
-    void adopt(int fd);
-    void discard();
-    void syncStream();
-    void moveIntoPlace();
-
-    std::string target_;
-    std::string temporary_;
-    std::FILE *stream_ = nullptr;
-    bool exists_ = false;
-    unsigned mode_ = 0;
-};
+/** Whether a call on `fd` that failed with `errnoValue` is to be made again: it was interrupted, or the file was not
+ *  ready for `events` of poll(2), which is waited for. */
+bool TryAgain(int errnoValue, int fd, short events);
+/** open(2), again when it is interrupted. */
+int OpenAgain(const std::string &path, int flags, unsigned mode = 0);
 
 } // namespace jackdaw

@@ -6,9 +6,10 @@
 #include "kernel/Frames.h"
 
 #include <cstdio>
-#include <unistd.h>
+#include <string>
 #include <vector>
 
+#include "kernel/Ending.h"
 #include "kernel/Errors.h"
 
 namespace jackdaw {
@@ -23,13 +24,9 @@ struct Frame {
 std::vector<Frame> s_frames;
 KRErrorCode s_raised = KRErrNone;
 
-constexpr int InternalErrorExit = 70;
-
 [[noreturn]] void endProcess(const char *why) {
     std::fflush(stdout);
-    std::fprintf(stderr, "jackdaw: %s: %s\n", why, ErrorSentence(s_raised).c_str());
-    std::fflush(stderr);
-    _exit(InternalErrorExit);
+    EndWithFailure((std::string(why) + ": " + ErrorSentence(s_raised)).c_str());
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <new>
 
 #include "kernel/HostError.h"
 
@@ -12,6 +13,17 @@ namespace jackdaw {
 namespace {
 
 std::int64_t s_allocationsLeft = -1;
+std::uint64_t s_failed = 0;
+
+[[noreturn]] void noteFailure() {
+    ++s_failed;
+    throw std::bad_alloc();
+}
+
+void *counted(void *block) {
+    if (!block) ++s_failed;
+    return block;
+}
 
 bool mayAllocate() {
     if (s_allocationsLeft < 0) return true;
@@ -28,11 +40,11 @@ std::size_t atLeastOne(std::size_t size) {
 } // namespace
 
 void *Allocate(std::size_t size) {
-    return mayAllocate() ? std::malloc(atLeastOne(size)) : nullptr;
+    return counted(mayAllocate() ? std::malloc(atLeastOne(size)) : nullptr);
 }
 
 void *Reallocate(void *block, std::size_t size) {
-    return mayAllocate() ? std::realloc(block, atLeastOne(size)) : nullptr;
+    return counted(mayAllocate() ? std::realloc(block, atLeastOne(size)) : nullptr);
 }
 
 void Release(void *block) {
@@ -45,6 +57,14 @@ char *AllocateText(std::string_view text) {
     if (!text.empty()) std::memcpy(copy, text.data(), text.size());
     copy[text.size()] = '\0';
     return copy;
+}
+
+void WatchAllocations() {
+    std::set_new_handler(&noteFailure);
+}
+
+std::uint64_t FailedAllocations() {
+    return s_failed;
 }
 
 void LimitAllocations(std::int64_t count) {

@@ -17,6 +17,14 @@ void Release(void *block);
 /** A NUL-terminated copy for a caller who frees it with KRfree. Throws KRErrNoMemory. */
 char *AllocateText(std::string_view text);
 
+/**
+ * From now on every failure of the C++ allocator is counted before it is thrown. A library may turn it into a default
+ * of its own and go on with less than it was given, so that whoever is about to keep a result looks here.
+ */
+void WatchAllocations();
+/** Allocations that failed so far, of the functions above and, once they are watched, of the C++ allocator. */
+std::uint64_t FailedAllocations();
+
 /** Fault injection: after `count` more allocations each one fails; -1 lets them succeed again. */
 void LimitAllocations(std::int64_t count);
 

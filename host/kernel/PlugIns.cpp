@@ -7,12 +7,15 @@
 #include "kernel/PlugIns.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <deque>
 #include <dirent.h>
 #include <dlfcn.h>
 #include <map>
 #include <memory>
+#include <sys/stat.h>
 
 #include "PIMain.h"
 #include "kernel/Atoms.h"
@@ -116,8 +119,16 @@ bool isMapped(const void *library) {
                        [&](const auto &known) { return known->library == library; });
 }
 
+/** Why code from this file or folder is not run; null for no reason. Whoever can write there can run as the user. */
+const char *reasonAgainst(const std::string &path) {
+    struct stat facts;
+    if (stat(path.c_str(), &facts) != 0) return std::strerror(errno);
+    return facts.st_mode & S_IWOTH ? "anyone may write to it" : nullptr;
+}
+
 /** Opens the file and finds its entry; throws with the file closed again. */
 PIMainProc openLibrary(PlugIn &plugIn) {
+    if (const char *const unsafe = reasonAgainst(plugIn.file)) throw HostError{KRErrNotAvailable, unsafe};
     plugIn.library = dlopen(plugIn.file.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!plugIn.library) throw HostError{KRErrNotAvailable, loaderReason(plugIn.file)};
     const auto entry = reinterpret_cast<PIMainProc>(dlsym(plugIn.library, "main"));
@@ -140,19 +151,25 @@ std::unique_ptr<PlugIn> loadPlugIn(const std::string &file) {
     return plugIn;
 }
 
+void tellOfFolder(const std::string &folder, const char *reason) {
+    std::fprintf(stderr, "jackdaw: the folder of plug-ins %s is left out: %s\n", oneLine(folder).c_str(), reason);
+}
+
 /** Paths of the folder's `*.so`, in the order of their names' bytes. */
 std::vector<std::string> plugInFiles(const std::string &folder, bool mustExist) {
     std::vector<std::string> files;
     const std::unique_ptr<DIR, int (*)(DIR *)> entries(opendir(folder.c_str()), &closedir);
-    if (!entries) {
-        if (mustExist)
-            std::fprintf(stderr, "jackdaw: the folder of plug-ins %s cannot be read\n", oneLine(folder).c_str());
-        return files;
-    }
-    while (const dirent *const entry = readdir(entries.get())) {
+    const char *const reason = entries ? reasonAgainst(folder) : std::strerror(errno);
+    if (reason && (entries || mustExist || errno != ENOENT)) tellOfFolder(folder, reason);
+    if (reason) return files;
+    for (;;) {
+        errno = 0;
+        const dirent *const entry = readdir(entries.get());
+        if (!entry) break;
         const std::string name = entry->d_name;
         if (name.size() > 3 && name.ends_with(".so")) files.push_back(folder + "/" + name);
     }
+    if (errno != 0) tellOfFolder(folder, std::strerror(errno));
     std::sort(files.begin(), files.end());
     return files;
 }

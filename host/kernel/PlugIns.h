@@ -13,8 +13,8 @@
 
 namespace jackdaw {
 
-/** Loads every `*.so` of the folder, beside those already loaded. Gives how many now run. A folder that cannot be read
- *  has none, which is told only when `mustExist`. */
+/** Loads every `*.so` of the folder, beside those already loaded. Gives how many now run. Code that anyone may write is
+ *  not run: such a file or folder is left out and told. One that does not exist is told only when `mustExist`. */
 int LoadPlugIns(const std::string &folder, bool mustExist = false);
 
 /** Runs the unload callbacks, last loaded first, of all that reached their init. The code stays mapped, since others

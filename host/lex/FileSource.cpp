@@ -7,16 +7,43 @@
 #include <cstdio>
 #include <cstring>
 
+#include <poll.h>
 #include <qpdf/QPDFExc.hh>
-#include <sys/stat.h>
 #include <unistd.h>
+
+#include "kernel/Files.h"
+#include "kernel/HostError.h"
 
 namespace jackdaw::lex {
 
-FileSource::FileSource(std::string name, int fd) : name_(std::move(name)), fd_(fd) {}
+FileSource::FileSource(std::string name, int fd) : name_(std::move(name)), fd_(fd) {
+    if (::fstat(fd_, &facts_) == 0) return;
+    const int reason = errno;
+    ::close(fd_);
+    ThrowFileError("examine", name_, reason);
+}
 
 FileSource::~FileSource() {
     ::close(fd_);
+}
+
+void FileSource::fail(const std::string &why, qpdf_offset_t place) {
+    if (failure_.empty()) failure_ = why;
+    throw QPDFExc(qpdf_e_system, name_, "", place, why);
+}
+
+void FileSource::readBlock(Block &block, qpdf_offset_t start) {
+    block.length = 0;
+    const qpdf_offset_t left = std::max<qpdf_offset_t>(facts_.st_size - start, 0);
+    const std::size_t wanted = std::min(s_blockSize, static_cast<std::size_t>(left));
+    while (block.length < wanted) {
+        const auto place = static_cast<off_t>(start + static_cast<qpdf_offset_t>(block.length));
+        const ssize_t count = ::pread(fd_, block.bytes.get() + block.length, wanted - block.length, place);
+        if (count < 0 && TryAgain(errno, fd_, POLLIN)) continue;
+        if (count < 0) fail(std::string("cannot be read: ") + strerror(errno), place);
+        if (count == 0) fail("is shorter than when it was opened", place);
+        block.length += static_cast<std::size_t>(count);
+    }
 }
 
 const FileSource::Block &FileSource::blockAt(qpdf_offset_t offset) {
@@ -26,17 +53,18 @@ const FileSource::Block &FileSource::blockAt(qpdf_offset_t offset) {
     if (block.start == number * size) return block;
     if (!block.bytes) block.bytes = std::make_unique<char[]>(s_blockSize);
     block.start = -1;
-    block.length = 0;
-    while (block.length < s_blockSize) {
-        const auto place = static_cast<off_t>(number * size + static_cast<qpdf_offset_t>(block.length));
-        const ssize_t count = ::pread(fd_, block.bytes.get() + block.length, s_blockSize - block.length, place);
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0) throw QPDFExc(qpdf_e_system, name_, "", place, std::string("cannot read: ") + strerror(errno));
-        if (count == 0) break;
-        block.length += static_cast<std::size_t>(count);
-    }
+    readBlock(block, number * size);
     block.start = number * size;
     return block;
+}
+
+void FileSource::requireWhole() const {
+    if (!failure_.empty()) throw HostError{KRErrFileIO, name_ + ": " + failure_};
+    struct stat facts;
+    if (::fstat(fd_, &facts) != 0) ThrowFileError("examine", name_, errno);
+    const bool same = facts.st_size == facts_.st_size && facts.st_mtim.tv_sec == facts_.st_mtim.tv_sec &&
+                      facts.st_mtim.tv_nsec == facts_.st_mtim.tv_nsec;
+    if (!same) throw HostError{KRErrFileIO, name_ + ": was changed by another program since it was opened"};
 }
 
 std::size_t FileSource::read(char *buffer, std::size_t length) {
@@ -88,10 +116,7 @@ qpdf_offset_t FileSource::tell() {
 void FileSource::seek(qpdf_offset_t offset, int whence) {
     qpdf_offset_t base = 0;
     if (whence == SEEK_CUR) base = position_;
-    if (whence == SEEK_END) {
-        struct stat facts;
-        base = ::fstat(fd_, &facts) == 0 ? facts.st_size : 0;
-    }
+    if (whence == SEEK_END) base = facts_.st_size;
     qpdf_offset_t target = 0;
     if (__builtin_add_overflow(base, offset, &target) || target < 0)
         throw QPDFExc(qpdf_e_damaged_pdf, name_, "", position_, "a place outside of the file is named");

@@ -31,6 +31,7 @@
 
 namespace jackdaw::lex {
 
+class FileSource;
 struct Node;
 struct Container;
 
@@ -97,12 +98,22 @@ struct StringNode : Node {
 /** An open document. */
 struct LexDocRec {
     std::shared_ptr<QPDF> pdf = std::make_shared<QPDF>();
-    /** The file when it was opened from memory: the library goes on reading from it. */
+    /** The file that the library goes on reading from; null when it was opened from memory. */
+    std::shared_ptr<jackdaw::lex::FileSource> source;
+    /** The file when it was opened from memory. */
     std::shared_ptr<const std::string> fileBytes;
+    /** Of the process, when the document was opened. */
+    std::uint64_t failedAllocations = 0;
     bool fdf = false;
     jackdaw::lex::OpenFacts facts;
     std::uint32_t permissionBits = 0xFFFFFFFF;
     std::vector<std::string> warnings;
+    /** Complaints beyond those kept. */
+    std::size_t moreWarnings = 0;
+    /** The objects that a repair did not find were looked for. */
+    bool soughtMissing = false;
+    /** The library ran out of memory and went on. */
+    bool lacksMemory = false;
 
     /** Second word of all references to this document's objects. */
     KRWord slot = 0;

@@ -3,19 +3,24 @@
 #include "lex/Store.h"
 
 #include <cerrno>
+#include <fcntl.h>
 #include <memory>
+#include <poll.h>
 #include <string_view>
-
-#include <qpdf/QPDFExc.hh>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <qpdf/QPDFExc.hh>
+
+#include "kernel/AtomicFile.h"
 #include "kernel/Files.h"
 #include "kernel/HostError.h"
+#include "kernel/Memory.h"
 #include "lex/FileSource.h"
 #include "lex/Limits.h"
 #include "lex/Node.h"
 #include "lex/Repair.h"
+#include "lex/StoreParts.h"
 
 namespace jackdaw::lex {
 
@@ -26,9 +31,11 @@ constexpr std::size_t s_headerReach = 1024;
 
 using NewDoc = std::unique_ptr<LexDocRec>;
 
-NewDoc newRecord(const std::string &name) {
+NewDoc newRecord(const OpenFacts &facts, bool fdf) {
     auto doc = std::make_unique<LexDocRec>();
-    doc->facts.name = name;
+    doc->facts = facts;
+    doc->fdf = fdf;
+    doc->failedAllocations = FailedAllocations();
     doc->pdf->setSuppressWarnings(true);
     return doc;
 }
@@ -51,15 +58,6 @@ Failure failureOf(const QPDFExc &error) {
         return {KRErrFileIO, error.what()};
     default:
         return {KRErrBadPDF, error.what()};
-    }
-}
-
-void collectWarnings(LexDocRec &doc) {
-    for (const QPDFExc &warning : doc.pdf->getWarnings()) {
-        // The library knows no FDF header; that it is there was tested before.
-        if (doc.fdf && warning.getMessageDetail() == "can't find PDF header") continue;
-        doc.warnings.emplace_back(warning.what());
-        if (warning.getMessageDetail().find("reconstruct") != std::string::npos) doc.facts.repaired = true;
     }
 }
 
@@ -86,7 +84,7 @@ LexDoc finishOpening(NewDoc doc) {
     try {
         adoptRoot(*doc);
         noteEncryption(*doc);
-        collectWarnings(*doc);
+        assessOpened(*doc);
     } catch (...) {
         closeSlot(*doc);
         throw;
@@ -98,12 +96,14 @@ LexDoc finishOpening(NewDoc doc) {
 template <class Read>
 LexDoc tryToOpen(NewDoc doc, Failure *failure, Read read) {
     const std::string name = doc->facts.name;
+    const std::uint64_t failedAllocations = doc->failedAllocations;
     try {
         read(*doc);
         return finishOpening(std::move(doc));
     } catch (const QPDFExc &error) {
         *failure = failureOf(error);
     } catch (const HostError &error) {
+        if (error.code != KRErrBadPDF) throw;
         *failure = {error.code, name + ": " + error.what};
     } catch (const std::bad_alloc &) {
         throw;
@@ -111,93 +111,125 @@ LexDoc tryToOpen(NewDoc doc, Failure *failure, Read read) {
         // Numbers that fit no type, and the like.
         *failure = {KRErrBadPDF, name + ": " + error.what()};
     }
+    // The library may have taken it for damage.
+    if (FailedAllocations() != failedAllocations) throw HostError{KRErrNoMemory};
     return nullptr;
 }
 
 using Bytes = std::shared_ptr<const std::string>;
 
-LexDoc tryBytes(const std::string &name, Bytes bytes, const char *password, bool fdf, Failure *failure) {
-    return tryToOpen(newRecord(name), failure, [&](LexDocRec &doc) {
-        doc.fdf = fdf;
-        doc.fileBytes = bytes;
-        doc.pdf->processMemoryFile(name.c_str(), bytes->data(), bytes->size(), password);
+LexDoc tryBytes(NewDoc doc, Bytes bytes, const char *password, Failure *failure) {
+    return tryToOpen(std::move(doc), failure, [&](LexDocRec &record) {
+        record.fileBytes = bytes;
+        record.pdf->processMemoryFile(record.facts.name.c_str(), bytes->data(), bytes->size(), password);
     });
 }
 
 /** Opens patched bytes; null when there are none or they are still too damaged. */
-LexDoc tryPatched(const std::string &name, std::string bytes, const char *password, bool fdf) {
+LexDoc tryPatched(const OpenFacts &facts, std::string bytes, const char *password, bool fdf) {
     if (bytes.empty()) return nullptr;
+    NewDoc doc = newRecord(facts, fdf);
+    doc->facts.repaired = true;
+    doc->warnings.push_back(facts.name + ": is damaged; its end was made anew");
     Failure failure;
-    LexDoc doc = tryBytes(name, std::make_shared<const std::string>(std::move(bytes)), password, fdf, &failure);
-    if (doc) doc->facts.repaired = true;
+    LexDoc opened = tryBytes(std::move(doc), std::make_shared<const std::string>(std::move(bytes)), password, &failure);
     if (failure.code == KRErrPassword) throwFailure(failure);
-    return doc;
+    return opened;
 }
 
 /** The retries for a PDF that the library cannot repair. */
-LexDoc openDamagedPdf(const std::string &name, const std::string &bytes, const char *password, const Failure &failure) {
-    if (LexDoc doc = tryPatched(name, withStartOfXRefStream(bytes), password, /*fdf*/ false)) return doc;
-    if (LexDoc doc = tryPatched(name, withTrailerForCatalog(bytes), password, /*fdf*/ false)) return doc;
-    if (bytes.empty()) throw HostError{KRErrBadPDF, name + ": the file is empty"};
+LexDoc openDamagedPdf(const OpenFacts &facts, const std::string &bytes, const char *password, const Failure &failure) {
+    if (LexDoc doc = tryPatched(facts, withStartOfXRefStream(bytes), password, /*fdf*/ false)) return doc;
+    if (LexDoc doc = tryPatched(facts, withTrailerForCatalog(bytes), password, /*fdf*/ false)) return doc;
+    if (bytes.empty()) throw HostError{KRErrBadPDF, facts.name + ": the file is empty"};
     if (std::string_view(bytes).substr(0, s_headerReach).find("%PDF-") == std::string::npos)
-        throw HostError{KRErrBadPDF, name + ": not a PDF document"};
+        throw HostError{KRErrBadPDF, facts.name + ": not a PDF document"};
     throw HostError{KRErrBadPDF, failure.what + "; the document is damaged and could not be repaired"};
 }
 
-struct FileCloser {
-    void operator()(std::FILE *file) const {
-        std::fclose(file);
+LexDoc openPdf(const OpenFacts &facts, std::string bytes, const char *password) {
+    const Bytes shared = std::make_shared<const std::string>(std::move(bytes));
+    Failure failure;
+    if (LexDoc doc = tryBytes(newRecord(facts, /*fdf*/ false), shared, password, &failure)) return doc;
+    if (failure.code != KRErrBadPDF) throwFailure(failure);
+    return openDamagedPdf(facts, *shared, password, failure);
+}
+
+/** A file that is open for reading. */
+class InputFile {
+public:
+    explicit InputFile(const std::string &path) : path_(path), fd_(OpenAgain(path, O_RDONLY | O_CLOEXEC | O_NOCTTY)) {
+        if (fd_ < 0) ThrowFileError("open", path, errno);
+        if (::fstat(fd_, &facts_) == 0 && !S_ISDIR(facts_.st_mode)) return;
+        const int reason = S_ISDIR(facts_.st_mode) ? EISDIR : errno;
+        ::close(fd_);
+        ThrowFileError("open", path, reason);
     }
+    ~InputFile() {
+        ::close(fd_);
+    }
+    InputFile(const InputFile &) = delete;
+    InputFile &operator=(const InputFile &) = delete;
+
+    /** Of a pipe or a device nobody's rights tell whom its content is for. */
+    OpenFacts facts() const {
+        OpenFacts facts;
+        facts.name = path_;
+        if (isRegular()) facts.rights = facts_.st_mode & OpenToAll;
+        return facts;
+    }
+    bool isRegular() const {
+        return S_ISREG(facts_.st_mode);
+    }
+    std::shared_ptr<FileSource> source() const {
+        const int fd = ::fcntl(fd_, F_DUPFD_CLOEXEC, 0);
+        if (fd < 0) ThrowFileError("open", path_, errno);
+        return std::make_shared<FileSource>(path_, fd);
+    }
+    /** What is no regular file may be endless. */
+    std::string readAll(std::int64_t limit = INT64_MAX) const {
+        std::string bytes;
+        char block[65536];
+        for (;;) {
+            const ssize_t count = ::read(fd_, block, sizeof block);
+            if (count < 0 && TryAgain(errno, fd_, POLLIN)) continue;
+            if (count < 0) ThrowFileError("read", path_, errno);
+            if (count == 0) return bytes;
+            bytes.append(block, static_cast<std::size_t>(count));
+            if (static_cast<std::int64_t>(bytes.size()) > limit)
+                throw HostError{KRErrNoMemory, path_ + ": no regular file, and longer than " + std::to_string(limit) +
+                                                   " bytes; a file of that size would be read"};
+        }
+    }
+
+private:
+    std::string path_;
+    int fd_;
+    struct stat facts_ {};
 };
-using OpenFile = std::unique_ptr<std::FILE, FileCloser>;
-
-OpenFile openForReading(const std::string &path, bool *seekable) {
-    OpenFile file(std::fopen(path.c_str(), "rb"));
-    if (!file) ThrowFileError("open", path, errno);
-    struct stat facts;
-    if (fstat(fileno(file.get()), &facts) != 0) ThrowFileError("open", path, errno);
-    if (S_ISDIR(facts.st_mode)) ThrowFileError("open", path, EISDIR);
-    *seekable = S_ISREG(facts.st_mode);
-    return file;
-}
-
-/** `file` as bytes: what is no regular file may be endless. */
-std::string readAll(OpenFile file, const std::string &path, std::int64_t limit = INT64_MAX) {
-    std::string bytes;
-    char block[65536];
-    while (const std::size_t count = std::fread(block, 1, sizeof block, file.get())) {
-        bytes.append(block, count);
-        if (static_cast<std::int64_t>(bytes.size()) > limit)
-            throw HostError{KRErrNoMemory, path + ": no regular file, and longer than " + std::to_string(limit) +
-                                               " bytes; a file of that size would be read"};
-    }
-    if (std::ferror(file.get())) ThrowFileError("read", path, errno);
-    return bytes;
-}
 
 } // namespace
 
 LexDoc openPdfFile(const std::string &path, const char *password) {
-    bool seekable = false;
-    OpenFile file = openForReading(path, &seekable);
-    if (!seekable) return openPdfBytes(path, readAll(std::move(file), path, limits().pipedFileBytes), password);
+    const InputFile file(path);
+    if (!file.isRegular()) return openPdf(file.facts(), file.readAll(limits().pipedFileBytes), password);
     Failure failure;
-    LexDoc opened = tryToOpen(newRecord(path), &failure, [&](LexDocRec &doc) {
-        const int fd = ::dup(fileno(file.get()));
-        if (fd < 0) ThrowFileError("open", path, errno);
-        doc.pdf->processInputSource(std::make_shared<FileSource>(path, fd), password);
+    const std::shared_ptr<FileSource> source = file.source();
+    LexDoc opened = tryToOpen(newRecord(file.facts(), /*fdf*/ false), &failure, [&](LexDocRec &doc) {
+        doc.source = source;
+        doc.pdf->processInputSource(source, password);
     });
     if (opened) return opened;
+    // What the library took for damage may have been a failure to read.
+    source->requireWhole();
     if (failure.code != KRErrBadPDF) throwFailure(failure);
-    return openDamagedPdf(path, readAll(std::move(file), path), password, failure);
+    return openDamagedPdf(file.facts(), file.readAll(), password, failure);
 }
 
 LexDoc openPdfBytes(const std::string &name, std::string bytes, const char *password) {
-    const Bytes shared = std::make_shared<const std::string>(std::move(bytes));
-    Failure failure;
-    if (LexDoc doc = tryBytes(name, shared, password, /*fdf*/ false, &failure)) return doc;
-    if (failure.code != KRErrBadPDF) throwFailure(failure);
-    return openDamagedPdf(name, *shared, password, failure);
+    OpenFacts facts;
+    facts.name = name;
+    return openPdf(facts, std::move(bytes), password);
 }
 
 LexDoc openFdfBytes(const std::string &name, std::string bytes) {
@@ -208,9 +240,11 @@ LexDoc openFdfBytes(const std::string &name, std::string bytes) {
                                          (pdf ? " but is \"%PDF-\"" : "; neither is it \"%PDF-\"")};
     }
     const Bytes shared = std::make_shared<const std::string>(std::move(bytes));
+    OpenFacts facts;
+    facts.name = name;
     Failure failure;
-    if (LexDoc doc = tryBytes(name, shared, /*password*/ nullptr, /*fdf*/ true, &failure)) return doc;
-    if (LexDoc doc = tryPatched(name, withTrailerForFdf(*shared), /*password*/ nullptr, /*fdf*/ true)) return doc;
+    if (LexDoc doc = tryBytes(newRecord(facts, /*fdf*/ true), shared, /*password*/ nullptr, &failure)) return doc;
+    if (LexDoc doc = tryPatched(facts, withTrailerForFdf(*shared), /*password*/ nullptr, /*fdf*/ true)) return doc;
     throwFailure(failure);
 }
 
@@ -220,8 +254,9 @@ LexDoc openFdf(KRFileSys fs, KRPathName path) {
 }
 
 LexDoc createFdf() {
-    NewDoc doc = newRecord("new FDF");
-    doc->fdf = true;
+    OpenFacts facts;
+    facts.name = "new FDF";
+    NewDoc doc = newRecord(facts, /*fdf*/ true);
     doc->pdf->emptyPDF();
     // The empty document's own catalog loses its only reference and is not written.
     QPDFObjectHandle root = doc->pdf->makeIndirectObject(QPDFObjectHandle::newDictionary());
@@ -245,12 +280,6 @@ const OpenFacts &openFacts(LexDoc doc) {
 
 std::uint32_t permissions(LexDoc doc) {
     return openRecord(doc).permissionBits;
-}
-
-const std::vector<std::string> &warnings(LexDoc doc) {
-    LexDocRec &record = openRecord(doc);
-    collectWarnings(record);
-    return record.warnings;
 }
 
 } // namespace jackdaw::lex

@@ -9,6 +9,7 @@
 
 #include <cstdio>
 #include <string>
+#include <sys/types.h>
 #include <vector>
 
 #include "KRTypes.h"
@@ -40,9 +41,16 @@ bool isOpen(LexDoc doc);
 /** Made here as FDF or opened from one. */
 bool isFdf(LexDoc doc);
 
-/** Writes a new file and renames it into place. Throws HostError: KRErrDiskFull, KRErrFileIO, KRErrFileOpen, or
- *  KRErrBadPDF for a document too damaged to be written. */
-void saveDoc(LexDoc doc, const std::string &path);
+/** Whether a save goes ahead for a document whose file was damaged. */
+enum class Damage { Tolerated, Refused };
+
+/**
+ * Writes a new file and renames it into place, with no more rights for others than the file that the document came
+ * from. Throws HostError: KRErrDiskFull, KRErrFileIO, KRErrFileOpen, KRErrNoMemory, or KRErrBadPDF for a document
+ * without a catalog and for one with damage that is refused. Nothing is put into place when anything that the document
+ * holds could not be read, or memory ran out since it was opened.
+ */
+void saveDoc(LexDoc doc, const std::string &path, Damage damage = Damage::Tolerated);
 /** Writes to an open file, such as standard output, which stays the caller's; it is flushed. */
 void saveDocTo(LexDoc doc, std::FILE *file);
 std::string saveDocToString(LexDoc doc);
@@ -52,6 +60,8 @@ void saveFdf(LexDoc doc, KRFileSys fs, KRPathName path);
 /** What the opening found out. */
 struct OpenFacts {
     std::string name;
+    /** Mode bits of the file, beyond which a new file with its content does not go. */
+    mode_t rights = 0666;
     /** The cross references were rebuilt, or one of the retries was needed. */
     bool repaired = false;
     bool encrypted = false;
@@ -63,8 +73,12 @@ const OpenFacts &openFacts(LexDoc doc);
 /** Permission bits as DMDocGetPermissions hands them out: all ones for the owner and without encryption. */
 std::uint32_t permissions(LexDoc doc);
 
-/** All complaints about the file, from its opening and from what was read since; each names object and offset. */
-const std::vector<std::string> &warnings(LexDoc doc);
+/**
+ * What was found wrong with the file, from its opening on and with what was read since: a sentence each, which names
+ * the file and often object and offset. Slips that lose nothing are left out. Throws HostError when the document is not
+ * what its file holds: KRErrFileIO when reading failed or the file was changed, KRErrNoMemory.
+ */
+std::vector<std::string> damage(LexDoc doc);
 
 LexObj rootOf(LexDoc doc);
 LexObj trailerOf(LexDoc doc);

@@ -7,10 +7,11 @@
 #include <qpdf/Pipeline.hh>
 #include <qpdf/QPDFWriter.hh>
 
+#include "kernel/AtomicFile.h"
 #include "kernel/Atoms.h"
 #include "kernel/Files.h"
 #include "kernel/HostError.h"
-#include "lex/Node.h"
+#include "lex/StoreParts.h"
 
 namespace jackdaw::lex {
 
@@ -54,18 +55,40 @@ void mendTrailer(LexDocRec &doc) {
     makeIndirect(*doc.root);
 }
 
+/**
+ * A crypt filter without parameters is the identity. The writer takes the filter out of both arrays, and trips over
+ * parameters that are not there; the reader would decrypt what is in the clear.
+ */
+void completeCryptParameters(QPDFObjectHandle dict) {
+    QPDFObjectHandle filters = dict.getKey("/Filter");
+    QPDFObjectHandle parameters = dict.getKey("/DecodeParms");
+    if (!filters.isArray() || !filters.isOrHasName("/Crypt")) return;
+    std::vector<QPDFObjectHandle> all(static_cast<std::size_t>(filters.getArrayNItems()), QPDFObjectHandle::newNull());
+    for (int i = 0; i < filters.getArrayNItems(); ++i) {
+        QPDFObjectHandle &own = all[static_cast<std::size_t>(i)];
+        if (parameters.isArray() && i < parameters.getArrayNItems()) own = parameters.getArrayItem(i);
+        if (parameters.isDictionary() && i == 0) own = parameters;
+        if (!own.isDictionary() && filters.getArrayItem(i).isNameAndEquals("/Crypt"))
+            own = QPDFObjectHandle::parse("<< /Type /CryptFilterDecodeParms /Name /Identity >>");
+    }
+    dict.replaceKey("/DecodeParms", QPDFObjectHandle::newArray(all));
+}
+
 /** Object streams go out packed as they came; all other streams keep their bytes. */
 void setUpPdf(LexDocRec &doc, QPDFWriter &writer) {
     QPDFObjectHandle trailerType = doc.pdf->getTrailer().getKey("/Type");
-    const bool hasObjectStreams = trailerType.isName() && trailerType.getName() == "/XRef";
-    if (!hasObjectStreams) {
+    const bool hasObjectStreams = trailerType.isNameAndEquals("/XRef");
+    if (hasObjectStreams) {
+        writer.setDecodeLevel(qpdf_dl_none);
+        writer.setCompressStreams(true);
+    } else {
         writer.setStreamDataMode(qpdf_s_preserve);
-        return;
     }
-    writer.setDecodeLevel(qpdf_dl_none);
-    writer.setCompressStreams(true);
+    if (!hasObjectStreams && !doc.facts.encrypted) return;
     for (QPDFObjectHandle &object : doc.pdf->getAllObjects()) {
-        if (object.isStream()) object.setFilterOnWrite(false);
+        if (!object.isStream()) continue;
+        if (hasObjectStreams) object.setFilterOnWrite(false);
+        if (doc.facts.encrypted) completeCryptParameters(object.getDict());
     }
 }
 
@@ -91,23 +114,27 @@ void runWriter(LexDocRec &doc, const Sink &sink) {
     forgetKey(*doc.root, AtomFromText("Extensions"));
 }
 
-/** What the writer finds wrong with a damaged document becomes one code; errors of the sink pass as they are. */
+/** What the writer stumbles over becomes one code; errors of the sink and of memory pass as they are. */
 void writeDoc(LexDocRec &doc, const Sink &sink) {
     try {
         runWriter(doc, sink);
     } catch (const std::bad_alloc &) {
         throw;
     } catch (const std::exception &error) {
-        throw HostError{KRErrBadPDF, doc.facts.name + ": " + error.what()};
+        requireWhole(doc);
+        throw HostError{KRErrFileIO, doc.facts.name + ": cannot be written anew: " + error.what()};
     }
+    requireWhole(doc);
 }
 
 } // namespace
 
-void saveDoc(LexDoc doc, const std::string &path) {
+void saveDoc(LexDoc doc, const std::string &path, Damage tolerance) {
     LexDocRec &record = openRecord(doc);
-    AtomicFile file(path);
+    AtomicFile file(path, record.facts.rights);
     writeDoc(record, [&](const char *bytes, std::size_t count) { file.write(bytes, count); });
+    const std::vector<std::string> found = damage(doc);
+    if (tolerance == Damage::Refused && !found.empty()) throw HostError{KRErrBadPDF, found.front()};
     file.commit();
 }
 

@@ -12,6 +12,7 @@
 
 #include "KernelSupportHFT.h"
 #include "PIFrame.h"
+#include "kernel/AtomicFile.h"
 #include "kernel/Files.h"
 #include "kernel/Frames.h"
 #include "kernel/HostError.h"

@@ -15,6 +15,7 @@
 #include "PIFrame.h"
 #include "kernel/Atoms.h"
 #include "kernel/Callbacks.h"
+#include "kernel/Ending.h"
 #include "kernel/Fixed.h"
 #include "kernel/Frames.h"
 #include "kernel/HostError.h"
@@ -118,12 +119,13 @@ TEST(Frames, SentenceStaysWithItsCode) {
 }
 
 TEST(FramesDeathTest, RaiseWithoutAFrameEndsWithOneLine) {
-    EXPECT_EXIT(KRRaise(KRErrDiskFull), testing::ExitedWithCode(70), "^jackdaw: [^\n]*disk is full[^\n]*\n$");
+    EXPECT_EXIT(KRRaise(KRErrDiskFull), testing::ExitedWithCode(ExitOfFailure),
+                "^jackdaw: [^\n]*disk is full[^\n]*\n$");
     const auto comeBack = [] {
         KRPushExceptionFrame(nullptr, [](void *) {});
         KRRaise(KRErrDiskFull);
     };
-    EXPECT_EXIT(comeBack(), testing::ExitedWithCode(70), "came back");
+    EXPECT_EXIT(comeBack(), testing::ExitedWithCode(ExitOfFailure), "came back");
 }
 
 TEST(Tables, ServedByVersionAndRefusedWhenNotWhole) {

@@ -127,7 +127,7 @@ TEST(StoreSave, KeepsEveryObjectAndEveryStreamsBytes) {
         Doc before(lex::openPdfFile(source, nullptr));
         Doc after(lex::saveDocToString(before));
         EXPECT_EQ(Comparison().run(lex::rootOf(before), lex::rootOf(after)), "") << source;
-        EXPECT_TRUE(lex::warnings(after).empty()) << source << ": " << lex::warnings(after)[0];
+        EXPECT_TRUE(lex::damage(after).empty()) << source << ": " << lex::damage(after)[0];
         EXPECT_FALSE(lex::openFacts(after).repaired) << source;
         EXPECT_EQ(lex::openFacts(after).encrypted, lex::openFacts(before).encrypted) << source;
     }
@@ -144,7 +144,7 @@ TEST(StoreSave, ADocumentWithoutSizeOrWithADirectCatalogComesOutWhole) {
         EXPECT_TRUE(lex::openFacts(doc).repaired);
         EXPECT_EQ(lex::typeOf(doc.at("Tessella")), LexDict);
         Doc again(lex::saveDocToString(doc));
-        EXPECT_TRUE(lex::warnings(again).empty()) << lex::warnings(again)[0];
+        EXPECT_TRUE(lex::damage(again).empty()) << lex::damage(again)[0];
         EXPECT_EQ(lex::stringValue(again.at("A/X")), "x");
         EXPECT_EQ(lex::typeOf(again.at("Tessella")), LexDict);
     }
@@ -242,7 +242,7 @@ TEST(StoreOpen, ALargeFileIsReadRightInWhateverOrder) {
         const std::string data = lex::rawData(lex::arrayGet(doc.at("L"), i));
         EXPECT_EQ(data, std::string(static_cast<std::size_t>(i + 2) * 397, static_cast<char>('A' + (i + 2) % 26)));
     }
-    EXPECT_TRUE(lex::warnings(doc).empty());
+    EXPECT_TRUE(lex::damage(doc).empty());
     const std::string broken = bytes.substr(0, bytes.rfind("startxref")) + "startxref\n99999999999999\n%%EOF\n";
     Doc repaired(lex::openPdfFile(TempFile("broken.pdf", broken), nullptr));
     EXPECT_TRUE(lex::openFacts(repaired).repaired);
@@ -261,7 +261,7 @@ TEST(StoreOpen, DeepAndLoopedFilesAreReadWithoutHarm) {
     Doc odd{"<< /A 2 0 R /B 3 0 R /C 4 0 R >>", "3 0 R", "2 0 R", "<< 1 2 /X#00Y 1 (k) /V >>"};
     lex::typeOf(odd.at("A"));
     for (const auto &[key, value] : lex::dictEntries(odd.at("C"))) EXPECT_NE(key, KRAtomNull);
-    EXPECT_FALSE(lex::warnings(odd).empty());
+    EXPECT_FALSE(lex::damage(odd).empty());
 }
 
 TEST(StoreFdf, IsBuiltSavedUnderItsHeaderAndReadAgain) {
@@ -279,7 +279,7 @@ TEST(StoreFdf, IsBuiltSavedUnderItsHeaderAndReadAgain) {
     EXPECT_EQ(ReadAll(path).substr(0, 9), "%FDF-1.2\n");
 
     const LexDoc opened = LexDocOpen(KRGetDefaultFileSys(), name);
-    EXPECT_TRUE(lex::warnings(opened).empty());
+    EXPECT_TRUE(lex::damage(opened).empty());
     EXPECT_FALSE(lex::openFacts(opened).repaired);
     std::filesystem::remove(path);
     LexObj kids = LexDictGet(LexDictGet(LexDocGetRoot(opened), atom("FDF")), atom("Kids"));
@@ -302,7 +302,7 @@ TEST(StoreFdf, OpensWhatOthersWriteAndRefusesWhatIsNoFdf) {
         Doc doc(lex::openFdfBytes("in.fdf", text));
         EXPECT_EQ(lex::stringValue(doc.at("FDF/Fields/0/T")), "a") << text;
         Doc again(lex::openFdfBytes("out.fdf", lex::saveDocToString(doc)));
-        EXPECT_TRUE(lex::warnings(again).empty()) << lex::warnings(again)[0];
+        EXPECT_TRUE(lex::damage(again).empty()) << lex::damage(again)[0];
         EXPECT_EQ(lex::stringValue(again.at("FDF/Fields/0/T")), "a");
     }
     for (const std::string &text : {PdfText(s_form), std::string(), std::string(1024, ' ') + "%FDF-1.2\n" + object}) {
