@@ -65,13 +65,24 @@ bool IsOpen(SCDoc view) {
     return search.found;
 }
 
+/** Ends the selection of a view of this document: an open edit writes its value then. */
+KRBool endSelection(SCDoc view, void *doc) {
+    (void)Protect([&] {
+        if (SCDocGetDMDoc(view) == doc) SCDocClearSelection(view, /*highlight*/ true);
+    });
+    return true;
+}
+
 void PrepareSave(DMDoc doc, const DMDocSaveRecord *save) {
     const bool renumbers = save && save->flags & DMDocSaveFull;
-    JSDocWillSaveEx(doc, save);
-    const LexObj form = TSDMDocGetTessella(doc);
-    if (TessellaIsValid(form)) TessellaOptimize(form);
-    const SCDoc active = SCAppGetActiveDoc();
-    if (active && SCDocGetDMDoc(active) == doc) SCDocClearSelection(active, /*highlight*/ true);
+    // First of all: an edit still open writes a value, which may be one that does not go into the file.
+    SCAppEnumDocs(&endSelection, doc);
+    // What one step raises keeps none of the others from being taken: a form is saved in the order that can be had.
+    (void)Protect([&] { JSDocWillSaveEx(doc, save); });
+    (void)Protect([&] {
+        const LexObj form = TSDMDocGetTessella(doc);
+        if (TessellaIsValid(form)) TessellaOptimize(form);
+    });
     if (renumbers) DocFreeLex(doc, /*closing*/ false);
     DocHashControl *control = TSLexDocGetHashHead(DMDocGetLexDoc(doc));
     if (!control) return;
@@ -110,8 +121,7 @@ void frm_DocDidOpen(SCDoc view, KRErrorCode error, void *) {
 }
 
 void frm_DocWillSave(DMDoc doc, const DMDocSaveRecord *save, void *) {
-    // A form that cannot be put in order is saved as it is.
-    Protect([&] { PrepareSave(doc, save); });
+    (void)Protect([&] { PrepareSave(doc, save); });
 }
 
 void frm_DocDidSave(DMDoc doc, KRErrorCode, void *) {

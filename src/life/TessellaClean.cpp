@@ -2,14 +2,17 @@
 // SPDX-License-Identifier: MIT
 #include "life/TessellaClean.h"
 
+#include <cstdint>
 #include <vector>
 
 #include "Common/src/miLexType.h"
+#include "PIFrame.h"
 #include "base/FormStr.h"
 #include "model/DMField.h"
 #include "model/DMFieldValue.h"
 #include "model/FieldArray.h"
 #include "model/LexField.h"
+#include "model/LexObjSet.h"
 #include "model/NameHash.h"
 #include "objects/AnnotUtl.h"
 #include "objects/LexUtil.h"
@@ -64,16 +67,41 @@ void RemoveOrphans(DMDoc doc) {
     removal.Finish();
 }
 
-/** Clears the values of the fields that are listed, the last first. */
-void ClearVolatileValues(LexObj form) {
+/** Takes the value away, if need be without asking: an observer that refuses, rewrites or raises keeps nothing. */
+void ClearValue(LexObj dict) {
+    (void)Protect([&] { TSDMFieldSetValue(TSDMFieldFromLexObj(dict), LexNullObj); });
+    if (DMField *field = TSLexObjFindDMField(dict))
+        DMFieldDropValue(field);
+    else
+        LexDictRemove(dict, value_K);
+}
+
+/** The dictionaries listed in `$Vo`, the last first. */
+std::vector<LexObj> VolatileFields(LexObj form) {
     const LexObj listed = TSLexDictGetOfType(form, volatile_K, LexArray);
     std::vector<LexObj> fields;
-    if (IsArray(listed)) {
-        for (std::int32_t i = LexArrayLength(listed); i-- > 0;) fields.push_back(LexArrayGet(listed, i));
+    for (std::int32_t i = IsArray(listed) ? LexArrayLength(listed) : 0; i-- > 0;) {
+        const LexObj dict = LexArrayGet(listed, i);
+        if (IsDict(dict)) fields.push_back(dict);
     }
-    // Clearing a value lists its field anew: in a list of its own, which then goes as well.
-    LexDictRemove(form, volatile_K);
-    for (const LexObj dict : fields) TSDMFieldSetValue(TSDMFieldFromLexObj(dict), LexNullObj);
+    return fields;
+}
+
+/**
+ * Clears the values of the fields that are listed. Clearing one lists it anew, and observers may set and so list
+ * others: rounds go on until a round finds nothing new, and the last one takes what observers put back.
+ */
+void ClearVolatileValues(LexObj form) {
+    LexObjSet cleared;
+    for (std::size_t before = SIZE_MAX; before != cleared.Size();) {
+        before = cleared.Size();
+        for (const LexObj dict : VolatileFields(form)) {
+            if (cleared.Add(dict)) ClearValue(dict);
+        }
+    }
+    for (const auto &[id, dict] : cleared) {
+        if (DMField *field = TSLexObjFindDMField(dict)) DMFieldDropValue(field);
+    }
     LexDictRemove(form, volatile_K);
 }
 
@@ -84,7 +112,8 @@ void TessellaOptimize(LexObj form) {
     if (LexDictKnown(form, waste_K)) {
         const LexDoc lexDoc = LexObjGetDoc(form);
         const DMDoc doc = lexDoc ? DMDocFromLexDoc(lexDoc) : nullptr;
-        if (doc) RemoveOrphans(doc);
+        // Leftovers that cannot be removed are saved; values that were given in confidence are not.
+        if (doc) (void)Protect([&] { RemoveOrphans(doc); });
         LexDictRemove(form, waste_K);
     }
     if (LexDictKnown(form, volatile_K)) ClearVolatileValues(form);

@@ -136,6 +136,13 @@ bool TSDMFieldReset(DMField *field) {
     return TSDMFieldSetValue(field, value);
 }
 
+void DMFieldDropValue(DMField *field) {
+    for (DMField *at = DMFieldHeadOfName(field); at; at = at->nextSameName) {
+        LexDictRemove(at->obj, value_K);
+        at->entries &= ~static_cast<std::uint32_t>(TSEntryV);
+    }
+}
+
 void TSDMFieldMarkVolatile(DMField *field) {
     const LexObj form = TSDMFieldGetTessella(field);
     if (IsNull(form)) return;

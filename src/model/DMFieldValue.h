@@ -29,6 +29,9 @@ void TSDMFieldValueChanged(DMDoc doc, DMField *field);
 /** Back to the default value; a field without one that has options takes its first choice. False as SetValue. */
 bool TSDMFieldReset(DMField *field);
 
+/** Takes `V` out of every dictionary of the name, telling nobody and showing nothing. */
+void DMFieldDropValue(DMField *field);
+
 /** Lists the field in the form's `$Vo`: its value goes before the next save. */
 void TSDMFieldMarkVolatile(DMField *field);
 

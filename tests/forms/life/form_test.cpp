@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "KRErrors.h"
+#include "ScreenViewHFT.h"
 #include "model/DocData.h"
 #include "model/FieldArray.h"
 #include "model/LexField.h"
@@ -168,6 +169,65 @@ TEST_F(Form, VolatileValuesDoNotReachTheFile) {
     EXPECT_FALSE(LexDictKnown(saved.At("Tessella"), volatile_K));
     EXPECT_EQ(Text(saved.At("Tessella/Fields/0/V")), "null");
     EXPECT_EQ(Text(saved.At("Tessella/Fields/1/V")), "kept");
+}
+
+/** What an observer may do to a value that is being cleared. */
+struct Meddler {
+    const char *what;
+    TSServer server;
+    void (*react)(const TestDoc &doc, TSFieldNotifyRec &record);
+};
+
+class PasswordsMeddledWith : public Form, public testing::WithParamInterface<Meddler> {};
+
+TEST_P(PasswordsMeddledWith, DoNotReachTheFile) {
+    TestDoc doc(FormObjects({"/FT /Tx /T (a) /Ff 8192", "/FT /Tx /T (b) /Ff 8192", "/FT /Tx /T (c) /Ff 8192"}));
+    for (const char *name : {"a", "b", "c"})
+        ASSERT_TRUE(TSDMFieldSetValue(FieldOf(doc, name), Str(doc, std::string("pass-word-") + name)));
+    const Listener meddler(GetParam().server, [&](TSFieldNotifyRec &record) { GetParam().react(doc, record); });
+    EXPECT_EQ(doc.Saved().find("pass-word"), std::string::npos);
+    EXPECT_FALSE(LexDictKnown(doc.At("Tessella"), volatile_K));
+}
+
+void RaiseAlways(const TestDoc &, TSFieldNotifyRec &) {
+    KRRaise(KRErrPermission);
+}
+
+void SetAnother(const TestDoc &doc, TSFieldNotifyRec &record) {
+    const char *other = record.field == FieldOf(doc, "a") ? "c" : "a";
+    TSDMFieldSetValue(FieldOf(doc, other), Str(doc, "pass-word-again"));
+}
+
+const Meddler s_meddlers[] = {
+    {"RaiseBefore", TSValueWillChange, &RaiseAlways},
+    {"RaiseAfter", TSValueDidChange, &RaiseAlways},
+    {"RaiseAtDisplay", TSFieldWillDisplay, &RaiseAlways},
+    {"Refuse", TSValueWillChange, [](const TestDoc &, TSFieldNotifyRec &record) { record.reject = 1; }},
+    {"Rewrite", TSValueWillChange,
+     [](const TestDoc &, TSFieldNotifyRec &record) { EStrSetBytes(record.value, "pass-word", EStrPDFDoc); }},
+    {"SetAnother", TSValueDidChange, &SetAnother},
+};
+INSTANTIATE_TEST_SUITE_P(All, PasswordsMeddledWith, testing::ValuesIn(s_meddlers),
+                         [](const auto &info) { return std::string(info.param.what); });
+
+const TestDoc *s_edited = nullptr;
+
+TEST_F(Form, AnEditBehindTheFrontViewIsCommittedBeforePasswordsGo) {
+    static SCSelectionServer s_edit{
+        sizeof(SCSelectionServer),
+        [] { return KRAtomFromString("TestEdit"); },
+        [](SCDoc, void *, KRBool) {},
+        [](SCDoc, void *data, KRBool) { TSDMFieldSetValue(static_cast<DMField *>(data), Str(*s_edited, "pass-word")); },
+        [](SCDoc, void *, std::uint16_t, std::uint32_t) -> KRBool { return false; },
+        [](SCDoc, void *) {}};
+    SCDocRegisterSelectionServer(&s_edit);
+    const TestDoc doc(FormObjects({"/FT /Tx /T (a) /Ff 8192"}));
+    const TestDoc front(FormObjects({}));
+    ASSERT_EQ(SCAppGetActiveDoc(), front.view);
+    s_edited = &doc;
+    SCDocSetSelection(doc.view, KRAtomFromString("TestEdit"), FieldOf(doc, "a"), /*highlight*/ true);
+    EXPECT_EQ(doc.Saved().find("pass-word"), std::string::npos);
+    EXPECT_EQ(SCDocGetSelectionType(doc.view), KRAtomNull);
 }
 
 TEST_F(Form, DestroyingAFormTakesItsWidgetsAlong) {
