@@ -22,7 +22,7 @@ struct FillOptions {
     InputOptions input;
     /** NAME=VALUE. */
     std::vector<std::string> sets;
-    /** An object of name to text, number, boolean or null. */
+    /** A file: objects of names and values, or records of fields. */
     std::string json;
     std::string output;
 };

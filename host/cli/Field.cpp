@@ -216,6 +216,13 @@ const char *WordOfType(FieldType type) {
     return "unknown";
 }
 
+bool IsTypeWord(const std::string &word) {
+    for (int type = 0; type <= static_cast<int>(FieldType::Unknown); ++type) {
+        if (word == WordOfType(static_cast<FieldType>(type))) return true;
+    }
+    return false;
+}
+
 FieldType TypeOfField(DMField *field) {
     LexObj dict = Forms::TSDMFieldGetLexObj(field);
     LexObj type = InheritedValue(dict, AtomOf("FT"));

@@ -16,6 +16,9 @@ enum class FieldType { Text, Button, CheckBox, RadioButton, ComboBox, ListBox, S
 /** The word for a type, as `fields --json` has it. */
 const char *WordOfType(FieldType type);
 
+/** A word that WordOfType gives. */
+bool IsTypeWord(const std::string &word);
+
 /** A choice, or an on-state with the text that it stands for. */
 struct Option {
     std::string exported;

@@ -40,7 +40,8 @@ void AddOutput(CLI::App *command, std::string &output, const char *what) {
 void DescribeFields(CLI::App &app, FieldsOptions &options) {
     CLI::App *command = app.add_subcommand("fields", "List the fields of a form");
     AddInput(command, options.input);
-    command->add_flag("--json", options.json, "One JSON object a line instead of a table")->disable_flag_override();
+    command->add_flag("--json", options.json, "One JSON object a line, with all there is to know, instead of a table")
+        ->disable_flag_override();
 }
 
 void DescribeFill(CLI::App &app, FillOptions &options) {
@@ -49,14 +50,18 @@ void DescribeFill(CLI::App &app, FillOptions &options) {
     command
         ->add_option("--set", options.sets,
                      "Set the field NAME to VALUE. Check boxes take their on-state, true or false; radio buttons and "
-                     "choices take the export value or the text shown. May be repeated")
+                     "choices take the export value or the text shown. The NAME ends at the first =, or at a later one "
+                     "when the form has a field of the longer name. May be repeated")
         ->type_name("NAME=VALUE")
         ->expected(1)
         ->take_all();
     command
         ->add_option(
             "--json", options.json,
-            "File with a JSON object of field names to texts, numbers, booleans or null (which clears the field)")
+            "File with the values in JSON: an object of field names to texts, numbers, booleans, null (which clears "
+            "the field) or, for a list of several choices, an array of texts; or what fields --json prints, as it is "
+            "or in an array, with some values changed. Where a value is as it was, the field is left alone. - is "
+            "standard input")
         ->type_name("DATA");
     AddOutput(command, options.output, "The filled document; - is standard output");
 }

@@ -6,17 +6,16 @@
 #include "cli/Field.h"
 #include "cli/Session.h"
 #include "cli/Text.h"
+#include "cli/UnknownNames.h"
 
 namespace jackdaw::cli {
 
 namespace {
 
-constexpr std::size_t s_listed = 12;
-
-bool ResetOne(DMDoc doc, const std::string &name) {
+bool ResetOne(DMDoc doc, const std::string &name, UnknownNames &unknown) {
     DMField *field = FindField(doc, name);
     if (!field || !Forms::TSDMFieldIsTerminal(field)) {
-        Warn(name + ": no such field; there are: " + JoinTexts(FieldNames(doc), s_listed));
+        unknown.Add(name);
         return false;
     }
     const FieldType type = TypeOfField(field);
@@ -40,7 +39,9 @@ void RunReset(const ResetOptions &options) {
     for (std::string &name : names) name = ArgumentText(name);
     if (names.empty()) names = FieldNames(document.Doc());
     std::size_t done = 0;
-    for (const std::string &name : names) done += ResetOne(document.Doc(), name) ? 1 : 0;
+    UnknownNames unknown(document.Doc());
+    for (const std::string &name : names) done += ResetOne(document.Doc(), name, unknown) ? 1 : 0;
+    unknown.WarnOfRest();
     if (done == 0) throw CommandFailed{document.Name() + ": no field was reset"};
     document.SaveAs(options.output);
 }

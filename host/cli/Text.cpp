@@ -145,14 +145,19 @@ std::string FixedText(KRFixed value) {
 
 } // namespace
 
-bool IsUtf8(std::string_view bytes) {
-    while (!bytes.empty()) {
+std::size_t ValidUtf8Length(std::string_view bytes) {
+    std::size_t valid = 0;
+    while (valid < bytes.size()) {
         char32_t c;
-        const std::size_t length = TakeCharacter(bytes, &c);
-        if (length == 0) return false;
-        bytes.remove_prefix(length);
+        const std::size_t length = TakeCharacter(bytes.substr(valid), &c);
+        if (length == 0) break;
+        valid += length;
     }
-    return true;
+    return valid;
+}
+
+bool IsUtf8(std::string_view bytes) {
+    return ValidUtf8Length(bytes) == bytes.size();
 }
 
 std::string ArgumentText(const std::string &argument) {

@@ -10,6 +10,8 @@
 
 namespace jackdaw::cli {
 
+/** How many bytes at the start are UTF-8. */
+std::size_t ValidUtf8Length(std::string_view bytes);
 bool IsUtf8(std::string_view bytes);
 
 /** UTF-8 of an argument: as it stands when it is UTF-8, else from the locale's encoding. */

@@ -2,9 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "tests/cli/Run.h"
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
+#include <filesystem>
 #include <ostream>
 #include <sstream>
 #include <sys/resource.h>
@@ -72,6 +74,14 @@ Ran Jackdaw(std::vector<std::string> arguments, const RunOptions &options) {
     setenv("LSAN_OPTIONS", ("print_suppressions=0:suppressions=" + s_suppressions).c_str(), /*overwrite*/ 1);
     arguments.insert(arguments.begin(), TEST_JACKDAW);
     return RunProgram(arguments, options);
+}
+
+std::string NewName() {
+    return std::filesystem::path(TempFile("x", "")).replace_filename("out.pdf");
+}
+
+std::size_t CountLines(const std::string &text) {
+    return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
 }
 
 bool HasProgram(const std::string &name) {

@@ -32,6 +32,9 @@ struct RunOptions {
 Ran RunProgram(const std::vector<std::string> &command, const RunOptions &options = {});
 /** The built jackdaw with these arguments. */
 Ran Jackdaw(std::vector<std::string> arguments, const RunOptions &options = {});
+/** A path in a fresh folder where nothing is yet. */
+std::string NewName();
+std::size_t CountLines(const std::string &text);
 /** The program is installed. */
 bool HasProgram(const std::string &name);
 

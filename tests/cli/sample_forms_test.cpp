@@ -362,7 +362,10 @@ TEST_P(SampleForm, FilledInShowsItsValuesAndKeepsAllElse) {
     ASSERT_FALSE(filling.data.empty());
     const std::string out = TempFile("filled.pdf", "");
     const Ran ran = Jackdaw({"fill", Pdf(), "--json", TempFile("data.json", filling.data.dump()), "-o", out});
-    ASSERT_EQ(ran.exit, filling.hasPasswords ? 3 : 0) << ran;
+    // Passwords are not kept, and what the form would calculate is not.
+    const bool calculates =
+        std::any_of(rows.begin(), rows.end(), [](const auto &row) { return !row.second.at("calc_order").empty(); });
+    ASSERT_EQ(ran.exit, filling.hasPasswords || calculates ? 3 : 0) << ran;
     EXPECT_EQ(RunProgram({"qpdf", "--check", out}).exit, 0);
     ExpectValues(out, filling, fields);
     ExpectTexts(out, filling, fields);
@@ -373,7 +376,8 @@ TEST_P(SampleForm, OneFieldFilledLeavesTheOthersAlone) {
     for (const auto &[name, field] : FieldsOf(Pdf())) {
         if (field["type"] != "text" || !field["flags"].empty() || !field["maxLength"].is_null()) continue;
         const std::string out = TempFile("filled.pdf", ""), filled = name;
-        ASSERT_EQ(Jackdaw({"fill", Pdf(), "--set", name + "=x", "-o", out}).exit, 0);
+        const Ran ran = Jackdaw({"fill", Pdf(), "--set", name + "=x", "-o", out});
+        ASSERT_TRUE(ran.exit == 0 || Has(ran.err, "scripts not run")) << ran;
         return ExpectOnlyChanged(out, [&](const std::string &other) { return other == filled; });
     }
 }
