@@ -3,6 +3,7 @@
 #include "appearance/miCStore.h"
 #include "appearance/miCStoreParts.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "Common/src/miEStr.h"
@@ -135,6 +136,18 @@ KRFixed CaptionSize(const CStore *store, KRFixed margin, TextAppearance look, co
     return size == 0 ? CStoreDefaultSize : size;
 }
 
+// The largest size at which a mark fits its box.
+KRFixed MarkSize(const CStore *store, KRFixed margin, KRAtom font, const char *mark) {
+    constexpr KRFixed probe = KRFixedFromInt(100);
+    CStoreMetrics metrics;
+    CStoreGetMetrics(font, probe, &metrics);
+    const KRFixed margins = CStoreTimes(margin, 4);
+    const KRFixed width = CStoreStringWidth(&metrics, mark), height = DingbatHeight(mark[0], probe);
+    const KRFixed roomX = TSFixedSub(CStoreWidth(store), margins), roomY = TSFixedSub(CStoreHeight(store), margins);
+    if (width <= 0 || roomX <= 0 || roomY <= 0) return CStoreMinSize;
+    return KRFixedMul(probe, std::min(KRFixedDiv(roomX, width), KRFixedDiv(roomY, height)));
+}
+
 Sizes Measure(CStore *store, KRFixed margin, const TextAppearance &look, const char *text, bool isDingbat) {
     Sizes s;
     CStoreGetMetrics(look.baseFont, look.size, &store->metrics);
@@ -224,6 +237,10 @@ bool CStoreLayoutIconText(CStore *store, const TSFit *fit, KRFixed margin, std::
 
     const char *caption = hasText ? text : "";
     TextAppearance own = *look;
+    if (isDingbat && *caption) {
+        const KRFixed largest = MarkSize(store, margin, own.baseFont, caption);
+        own.size = own.size == 0 ? largest : std::min(own.size, largest);
+    }
     if (own.size == 0) own.size = CaptionSize(store, margin, own, caption);
     const Sizes sizes = Measure(store, margin, own, caption, isDingbat);
     KRFixedRect iconBox{};

@@ -13,6 +13,8 @@
 #include "model/DMFieldValue.h"
 #include "model/DocData.h"
 #include "model/NameHash.h"
+#include "model/OnKey.h"
+#include "model/WidgetReg.h"
 #include "model/miCalc.h"
 #include "objects/AnnotUtl.h"
 #include "objects/LexUtil.h"
@@ -30,13 +32,21 @@ void Subscribe(std::int32_t notification, Proc *proc) {
     SCAppRegisterNotification(notification, gExtensionID, reinterpret_cast<KRProc>(callback), /*clientData*/ nullptr);
 }
 
-/** Brings the display of a field that is due up to its value. */
+/** Brings the display of a field up to its value. Nobody asked for another one, so a missing value stays missing. */
 void ShowValue(DMField *field) {
-    const LexObj value = TSDMFieldGetEntry(field, TSEntryV);
-    if (!IsNull(value))
-        TSDMFieldProduceDisplayFromValue(field, value);
-    else
-        TSDMFieldReset(field);
+    TSDMFieldProduceDisplayFromValue(field, TSDMFieldGetEntry(field, TSEntryV));
+}
+
+/**
+ * What the form's maker drew stands for every value: a button's picture, and those of a check box's or radio button's
+ * states. A signature's look is its signer's, and an unsigned field has none.
+ */
+bool KeepsItsFaces(DMField *field) {
+    const DMAnnot annot = TSDMFieldGetDMAnnot(field);
+    const bool hasPicture = IsStream(TSDMAnnotGetAppearance(annot, FaceNormal_K, KRAtomNull));
+    if (field->type == Sig_K) return hasPicture || IsNull(TSDMFieldGetValue(field));
+    if (field->type != Btn_K) return false;
+    return field->flags[1] & TSFieldPushButton ? hasPicture : WButtonHasUsableFaces(annot);
 }
 
 /** Makes all appearances if the form asks for it, and takes the request back. A request that is no boolean raises. */
@@ -145,8 +155,11 @@ bool createAP(DMAnnot annot, DMPage, void *) {
     Protect([&] {
         DMField *field = TSDMAnnotGetField(annot);
         if (!TSDMFieldCanDisplay(field)) return;
-        TSDMFieldAppearanceWasUpdated(field);
-        ShowValue(field);
+        const bool keeps = KeepsItsFaces(field);
+        if (!keeps) TSDMFieldAppearanceWasUpdated(field);
+        // Of pictures that stay, the one for the value is chosen.
+        const KRAtom type = TSDMWidgetGetSubType(annot);
+        if (!keeps || type == CheckBox_K || type == RadioButton_K) ShowValue(field);
     });
     return true;
 }
@@ -157,7 +170,7 @@ void tessellaChanged(void *record, void *) {
 }
 
 KRBool fieldUpdate(DMField *field, void *mask) {
-    if (!TSDMFieldCanDisplay(field)) return true;
+    if (!TSDMFieldCanDisplay(field) || (field->type == Sig_K && KeepsItsFaces(field))) return true;
     const std::uint32_t changed = *static_cast<const std::uint32_t *>(mask);
     const LexObj form = TSDMFieldGetTessella(field);
     for (std::uint32_t entry = TSEntryVT; entry >= TSEntryDV; entry >>= 1) {

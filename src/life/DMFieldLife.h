@@ -27,7 +27,11 @@ void frm_DocWillClose(SCDoc view, void *clientData);
 /** 8: frees the blocks of closed documents. */
 void frm_DocDidClose(SCDoc view, void *clientData);
 
-/** Makes the appearance of a widget's field from its value, or resets a field that has none. True: to go on. */
+/**
+ * Makes the appearance of a widget's field from its value, which stays as it is. Pictures that can serve are kept:
+ * those of push buttons, of the states of check boxes and radio buttons (one of which is chosen), of signatures. True:
+ * to go on.
+ */
 bool createAP(DMAnnot annot, DMPage page, void *clientData);
 
 /** Observer of TSFormEntryDidChange: every displayed field that inherits a changed entry of the form is shown anew. */

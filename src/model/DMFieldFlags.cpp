@@ -136,20 +136,27 @@ LexObj WithoutOff(LexObj value) {
     return LexNameOrNull(value) == Off_K ? LexNullObj : value;
 }
 
+/** Every element of an array of values is a choice. */
+bool AreChoices(LexObj options, LexObj values) {
+    for (std::int32_t i = LexArrayLength(values); i-- > 0;) {
+        if (DMFieldFindOption(options, LexArrayGet(values, i)) < 0) return false;
+    }
+    return true;
+}
+
 /** Replaces `*value` by the choice that it names; false when it names none. Null names none and is let through. */
 bool FindChoice(const DMField *field, LexObj *value) {
     const LexObj options = TSDMFieldGetObj(field, options_K);
     if (!IsArray(options)) return true;
-    for (std::int32_t i = LexArrayLength(options) - 1; i >= 0; --i) {
-        const LexObj exported = RetrieveOptVal(LexArrayGet(options, i));
-        if (!TSLexObjEquivalent(exported, *value)) continue;
-        if (LexObjIsIndirect(exported) && !LexObjEqual(exported, *value)) {
-            LexObjDestroy(*value);
-            *value = exported;
-        }
-        return true;
+    if (IsArray(*value)) return AreChoices(options, *value);
+    const std::int32_t index = DMFieldFindOption(options, *value);
+    if (index < 0) return IsNull(*value);
+    const LexObj exported = RetrieveOptVal(LexArrayGet(options, index));
+    if (LexObjIsIndirect(exported) && !LexObjEqual(exported, *value)) {
+        LexObjDestroy(*value);
+        *value = exported;
     }
-    return IsNull(*value);
+    return true;
 }
 
 void StoreDefault(DMField *field, LexObj old, LexObj value) {

@@ -11,6 +11,8 @@
 #include "model/FieldArray.h"
 #include "model/LexField.h"
 #include "model/OnKey.h"
+#include "objects/AnnotUtl.h"
+#include "objects/LexCopy.h"
 #include "objects/LexUtil.h"
 #include "objects/Tessella.h"
 
@@ -23,9 +25,14 @@ bool SomeWidgetHasState(const DMField *first, KRAtom state) {
     return false;
 }
 
-/** The text as an object to store: a name for buttons, else a string. `given` is the value that was asked for. */
+/**
+ * The text as an object to store: a name for buttons, else a string. `given` is the value that was asked for: what has
+ * no text of its own, as the several choices of a list, is stored itself unless an observer made a text of it.
+ */
 LexObj ObjectOfText(const DMField *work, LexObj given, EStr *text, bool rewritten) {
     const LexDoc doc = TSDMFieldGetLexDoc(work);
+    if (IsArray(given) && !rewritten) return TSLexObjCopy(doc, given, /*shallow*/ false);
+    if (IsDict(given) && !rewritten) return given;
     if (work->type == Btn_K) {
         EStrSetEncoding(text, EStrPDFDoc);
         return LexNewName(doc, /*indirect*/ false, KRAtomFromString(EStrGetBytes(text)));
@@ -42,12 +49,31 @@ LexObj ObjectOfText(const DMField *work, LexObj given, EStr *text, bool rewritte
 /** Puts the text as the value at the top of the name; gives the object stored, null for an empty text. */
 LexObj StoreValue(DMField *work, LexObj old, LexObj given, EStr *text, bool rewritten) {
     if (!IsNull(old)) DMFieldRemoveEntryFromAll(work, TSEntryV);
-    if (EStrIsNull(text)) return LexNullObj;
+    const bool severalChoices = IsArray(given) && LexArrayLength(given) > 0 && !rewritten;
+    if (EStrIsNull(text) && !severalChoices) return LexNullObj;
     DMField *top = DMFieldTopOfName(work);
     const LexObj stored = ObjectOfText(work, given, text, rewritten);
     LexDictPut(top->obj, value_K, stored);
     DMFieldNoteEntry(top, TSEntryV);
     return stored;
+}
+
+/** The widget shows something, or is not to: a hidden text or choice field has no appearance. */
+bool IsShown(const DMField *field) {
+    if (!TSDMFieldCanDisplay(field) || DMFieldIsHidden(field)) return true;
+    const LexObj face = TSDMAnnotGetAppearance(TSDMFieldGetDMAnnot(field), FaceNormal_K, KRAtomNull);
+    return !IsNull(face);
+}
+
+/** A value that is there already is no change, and nobody is told; but a widget that shows nothing yet is drawn. */
+void ShowWhereBlank(DMField *first, LexObj value) {
+    for (DMField *field = first; field;) {
+        DMField *next = field->nextSameName;
+        const LexObj nextObj = next ? next->obj : LexNullObj;
+        if (!IsShown(field)) TSDMFieldProduceDisplayFromValue(field, value);
+        if (next && !DMFieldIsAlive(next, nextObj)) return;
+        field = next;
+    }
 }
 
 /** Shows the value in every widget from `first` on. Observers may undefine fields on the way, which ends the walk. */
@@ -64,9 +90,12 @@ void ShowInAll(DMField *first, LexObj value) {
 /** The change itself, with re-entry barred: false when an observer rejects. */
 bool ChangeValue(DMField *work, LexObj old, LexObj value, bool due) {
     const bool differs = !TSLexObjEquivalent(value, old);
-    if (!differs && !due) return true;
+    if (!differs && !due) {
+        ShowWhereBlank(work, value);
+        return true;
+    }
     const LexObj workObj = work->obj;
-    const EStrPtr given(EStrNewFromLexObjImpl(value));
+    const EStrPtr given = TextOfValue(value);
     const EStrPtr text(EStrCopyImpl(given.get()));
     TSFieldNotifyRec record{};
     record.doc = TSDMFieldGetDoc(work);
@@ -78,6 +107,7 @@ bool ChangeValue(DMField *work, LexObj old, LexObj value, bool due) {
     const bool changed = differs || rewritten;
     if (changed) {
         const LexObj stored = StoreValue(work, old, value, text.get(), rewritten);
+        DMFieldUpdateSelection(work);
         // An empty text is not stored, but it may be the export value of a choice, which has a text to show.
         if (rewritten || !IsNull(stored)) value = stored;
         TessellaBroadcast(TSValueDidChange, &record);
@@ -107,6 +137,7 @@ bool TSDMFieldSetValue(DMField *field, LexObj value) {
     DMField *work = DMFieldHeadOfName(field);
     if (work->state & DMFieldSettingValue) return true;
     const LexObj old = TSDMFieldGetValue(work);
+    if (work->type != Choice_K) value = FirstOfValue(value);
     if (work->type == Btn_K) {
         if (work->flags[1] & TSFieldPushButton) {
             if (due) TSDMFieldProduceDisplayFromValue(field, value);
@@ -163,14 +194,9 @@ std::int32_t TSDMFieldGetOptionIndex(DMField *field, KRAtom *name, LexObj *value
     if (value) *value = LexNullObj;
     const LexObj options = OptionsOf(field);
     if (IsNull(options)) return -1;
-    const LexObj present = TSDMFieldGetValue(field);
-    std::int32_t index = LexArrayLength(options) - 1;
-    LexObj exported = LexNullObj;
-    for (; index >= 0; --index) {
-        exported = RetrieveOptVal(LexArrayGet(options, index));
-        if (TSLexObjEquivalent(exported, present)) break;
-    }
+    const std::int32_t index = DMFieldFindOption(options, FirstOfValue(TSDMFieldGetValue(field)));
     if (index < 0) return -1;
+    const LexObj exported = RetrieveOptVal(LexArrayGet(options, index));
     if (name) *name = LexNameOrNull(exported);
     if (value) *value = exported;
     return index;
@@ -196,5 +222,6 @@ std::int32_t TSDMFieldSetOptions(DMField *field, LexObj options) {
     else
         LexDictRemove(holder->obj, options_K);
     TSDMFieldUpdateEntries(holder);
+    DMFieldUpdateSelection(holder);
     return 0;
 }

@@ -5,6 +5,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <vector>
+
 #include "FormsTypes.h"
 #include "LexHFT.h"
 
@@ -17,9 +19,10 @@ LexObj TSDMFieldGetValue(DMField *field);
 
 /**
  * Changes the value: observers of TSValueWillChange may rewrite or refuse it, it is stored as a direct string (a name
- * for buttons) at the top of its group, observers of TSValueDidChange calculate, and every widget of the name shows it.
- * False when refused, for a non-terminal field, and for an on-state that no widget has. Re-entry for the same name
- * gives true and does nothing. Read-only is the caller's concern. What an observer raises is raised.
+ * for buttons, an array for several choices of a list) at the top of its group, observers of TSValueDidChange
+ * calculate, and every widget of the name shows it. False when refused, for a non-terminal field, and for an on-state
+ * that no widget has. Re-entry for the same name gives true and does nothing. Read-only is the caller's concern. What
+ * an observer raises is raised.
  */
 bool TSDMFieldSetValue(DMField *field, LexObj value);
 
@@ -54,10 +57,12 @@ void TSDMFieldAppearanceWasUpdated(DMField *field);
 /** The export value of an element of `Opt`: the element, or the first member of a pair (the second if that is null). */
 LexObj RetrieveOptVal(LexObj element);
 /**
- * Index of the value among the options, the highest of equal ones; -1 when it is none of them. `*name` gets the export
- * value's atom (KRAtomNull when it is no name), `*value` the export value. Either may be null.
+ * Index of the value (of several the first) among the options, the highest of equal ones; -1 when it is none of them.
+ * `*name` gets the export value's atom (KRAtomNull when it is no name), `*value` the export value. Either may be null.
  */
 std::int32_t TSDMFieldGetOptionIndex(DMField *field, KRAtom *name, LexObj *value);
+/** Indexes of all options that the value names, in order: several for a list of which several may be chosen. */
+std::vector<std::int32_t> DMFieldGetOptionIndexes(DMField *field);
 /** Sets the value to an option; past the end means the first. A negative index gives true and does nothing. */
 bool TSDMFieldSetToOptionIndex(DMField *field, std::int32_t index);
 /** Stores an array as `Opt` as it is; empty or anything else removes it. 0, or 1 for an invalid field. */

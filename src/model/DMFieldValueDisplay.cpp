@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "model/DMFieldValue.h"
 
-#include "Common/src/miEStr.h"
 #include "Common/src/miLexType.h"
 #include "PIFrame.h"
 #include "base/FormStr.h"
@@ -14,8 +13,6 @@
 #include "objects/Tessella.h"
 
 namespace {
-
-constexpr std::uint32_t s_annotHidden = 0x2;
 
 /** What is shown for a value: the text of the option with this export value, the value itself for any other. */
 LexObj ShownValue(const DMField *field, LexObj value) {
@@ -53,7 +50,7 @@ bool LetObserversFormat(DMDoc doc, DMField *field, EStr *text) {
 void WriteDisplay(DMField *field, SCWidgetHandler *handler, LexObj value, KRAtom state, bool due) {
     const LexObj dict = field->obj;
     const DMAnnot annot = TSDMFieldGetDMAnnot(field);
-    const EStrPtr text(EStrNewFromLexObjImpl(value));
+    const EStrPtr text = TextOfValue(value);
     if (!LetObserversFormat(TSDMFieldGetDoc(field), field, text.get())) return;
     if (handler->WriteAppearance) handler->WriteAppearance(handler, annot, state, text.get(), due);
     if (DMFieldIsAlive(field, dict)) field->state &= ~DMFieldDisplayDue;
@@ -64,12 +61,12 @@ void WriteDisplay(DMField *field, SCWidgetHandler *handler, LexObj value, KRAtom
 void TSDMFieldProduceDisplayFromValue(DMField *field, LexObj value) {
     if (!TSDMFieldIsValid(field) || !TSDMFieldCanDisplay(field)) return;
     const bool looksAreStates = field->type == Btn_K || field->type == Sig_K;
-    if ((field->flags[0] & s_annotHidden) && !looksAreStates) {
+    if (DMFieldIsHidden(field) && !looksAreStates) {
         LexDictRemove(field->obj, Appearance_K);
         return;
     }
     const bool due = TSDMFieldWasAppearanceUpdated(field);
-    value = ShownValue(field, value);
+    value = ShownValue(field, FirstOfValue(value));
     const KRAtom state = LexNameOrNull(value);
     const DMAnnot annot = TSDMFieldGetDMAnnot(field);
     if (!due && state != KRAtomNull && IsStream(TSDMAnnotGetAppearance(annot, FaceNormal_K, state))) {
@@ -97,6 +94,6 @@ void TSDMFieldAppearanceWasUpdated(DMField *field) {
 void TSDMFieldValueChanged(DMDoc doc, DMField *field) {
     if (!doc || !field) return;
     DMFieldNoteEntry(field, TSEntryV);
-    const EStrPtr text(EStrNewFromLexObjImpl(TSDMFieldGetValue(field)));
+    const EStrPtr text = TextOfValue(TSDMFieldGetValue(field));
     LetObserversFormat(doc, field, text.get());
 }

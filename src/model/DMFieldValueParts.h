@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Common/src/miEStr.h"
 #include "Common/src/miLexType.h"
 #include "LexHFT.h"
 #include "base/FormStr.h"
@@ -11,6 +12,32 @@
 inline KRAtom LexNameOrNull(LexObj obj) {
     return IsName(obj) ? LexNameValue(obj) : KRAtomNull;
 }
+
+/** A value is one object; of the several choices of a list the first stands for all where only one can be told. */
+inline LexObj FirstOfValue(LexObj value) {
+    if (!IsArray(value)) return value;
+    return LexArrayLength(value) > 0 ? LexArrayGet(value, 0) : LexNullObj;
+}
+
+/** The text that observers are told for a value. */
+inline EStrPtr TextOfValue(LexObj value) {
+    return EStrPtr(EStrNewFromLexObjImpl(FirstOfValue(value)));
+}
+
+/** The annotation flags hide the widget. */
+inline bool DMFieldIsHidden(const DMField *field) {
+    constexpr std::uint32_t hidden = 0x2;
+    return (field->flags[0] & hidden) != 0;
+}
+
+/** Index of the last of the options whose export value is `value`; -1 for none. */
+std::int32_t DMFieldFindOption(LexObj options, LexObj value);
+
+/**
+ * Brings `I`, the indexes of what is selected in a list, in line with the value: a list of several choices needs it, a
+ * field that had it keeps it, and what says something else misleads other programs.
+ */
+void DMFieldUpdateSelection(DMField *field);
 
 /** The record still belongs to this dictionary: observers may have undefined it, or closed the document. */
 inline bool DMFieldIsAlive(const DMField *field, LexObj dict) {

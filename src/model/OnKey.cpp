@@ -2,11 +2,17 @@
 // SPDX-License-Identifier: MIT
 #include "model/OnKey.h"
 
+#include <algorithm>
+
 #include "Common/src/miLexType.h"
 #include "Common/unix/mdMessages.h"
 #include "CoreHFT.h"
 #include "DocModelHFT.h"
+#include "KernelSupportHFT.h"
+#include "LexHFT.h"
+#include "PIFrame.h"
 #include "base/FormStr.h"
+#include "objects/AnnotUtl.h"
 #include "objects/LexUtil.h"
 
 namespace {
@@ -19,6 +25,34 @@ KRBool TakeFirstOnKey(LexObj key, LexObj, void *clientData) {
     if (state == Off_K) return true;
     *static_cast<KRAtom *>(clientData) = state;
     return false;
+}
+
+bool IsBlank(char c) {
+    return c == ' ' || c == '\n' || c == '\r' || c == '\t' || c == '\f' || c == '\0';
+}
+
+/** The decoded content begins with anything but blanks. */
+bool HasContent(LexObj stream) {
+    const KRStm content = LexStreamOpenStm(stream, LexStreamDecoded);
+    char block[256];
+    std::int32_t got = 0;
+    bool found = false;
+    const KRErrorCode code = Protect([&] {
+        while (!found && (got = KRStmRead(block, 1, sizeof block, content)) > 0)
+            found = !std::all_of(block, block + got, &IsBlank);
+    });
+    KRStmClose(content);
+    return found && code == KRErrNone;
+}
+
+bool DrawsSomething(LexObj face) {
+    if (!IsStream(face)) return false;
+    KRFixedRect box;
+    TSLexGetRect(LexStreamDict(face), BBox_K, &box);
+    if (box.left == box.right || box.bottom == box.top) return false;
+    bool draws = false;
+    const KRErrorCode code = Protect([&] { draws = HasContent(face); });
+    return draws && code == KRErrNone;
 }
 
 } // namespace
@@ -39,6 +73,12 @@ KRAtom WButtonGetOnKey(DMAnnot annot) {
     char text[64] = "";
     mdGetString(s_defaultOnKey, text, sizeof text);
     return KRAtomFromString(text);
+}
+
+bool WButtonHasUsableFaces(DMAnnot annot) {
+    const KRAtom key = WButtonGetOnKeyEx(annot);
+    const LexObj states = TSDMAnnotGetAppearance(annot, FaceNormal_K, KRAtomNull);
+    return key != KRAtomNull && IsDict(states) && DrawsSomething(LexDictGet(states, key));
 }
 
 void WButtonSetOnKey(DMAnnot annot, KRAtom key) {

@@ -8,6 +8,8 @@
 KRAtom WButtonGetOnKey(DMAnnot annot);
 /** The first key but Off of the normal appearance's states; KRAtomNull when there is none. */
 KRAtom WButtonGetOnKeyEx(DMAnnot annot);
+/** The picture of the on-state is one that a page can show: it has a box, and its content draws something. */
+bool WButtonHasUsableFaces(DMAnnot annot);
 /** Keeps `key` in `$On`. Nothing for KRAtomNull. */
 void WButtonSetOnKey(DMAnnot annot, KRAtom key);
 /** Removes `$On`. */

@@ -133,9 +133,12 @@ std::int32_t TSDMWidgetValidateData(DMDoc doc, DMAnnot annot, TSWidgetData *data
 
 // Values and choices (DMWidgetValue.cpp).
 
-/** The value's text in host encoding, KRmalloc'd; null when there is none. */
+/** The value's text in host encoding, KRmalloc'd; of several choices the first; null when there is none. */
 char *TSDMWidgetAcquireStringValue(DMAnnot annot);
-/** Sets the value from host text, as a string (LexString) or a name (LexName). Null or empty is the null value. */
+/**
+ * Sets the value from host text, as a string (LexString) or a name (LexName). Null or empty is the null value; what
+ * TSDMWidgetAcquireStringValue gives leaves several choices as they are.
+ */
 bool TSDMWidgetSetStringValue(DMAnnot annot, LexType type, const char *text);
 
 /** The text of an object in host encoding; empty when it has none. */
@@ -174,7 +177,7 @@ void TSDMFieldSetMaxLen(DMField *field, std::int16_t length);
 /** `TI`, index of the first line that a list shows. */
 std::int16_t TSDMFieldGetTopIndex(DMField *field);
 void TSDMFieldSetTopIndex(DMField *field, std::int16_t index);
-/** Index of the default value among the options; 0 when it is none of them. */
+/** Index of the default value among the options; -1 when it is none of them, and when there is none. */
 std::int16_t TSDMFieldGetDefaultIndex(DMField *field);
 /** The widget wrapped its text: line ends in the value came from the widget. For the window's text edit. */
 void TSDMFieldSetWidgetWrappedText(DMField *field);

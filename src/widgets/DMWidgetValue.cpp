@@ -33,8 +33,7 @@ void SetShortEntry(DMField *field, KRAtom key, std::int16_t value, bool remove) 
 }
 
 bool IsScalar(LexObj obj) {
-    const std::int32_t type = LexObjGetType(obj);
-    return type != LexNull && type != LexDict && type != LexArray && type != LexStream;
+    return !IsNull(obj) && !IsDict(obj) && !IsArray(obj) && !IsStream(obj);
 }
 
 std::string ScalarText(LexObj obj) {
@@ -56,10 +55,23 @@ bool IsChoice(LexObj element) {
     }
 }
 
+/** The text of an element of `Opt`: the second of a pair, or the first where that is null. */
+LexObj ShownObj(LexObj element) {
+    if (!IsArray(element)) return element;
+    const LexObj text = LexArrayGet(element, 1);
+    return IsNull(text) ? LexArrayGet(element, 0) : text;
+}
+
+/** None for an element that is one text, and for a pair of which one is null. An empty export is one. */
 std::optional<std::string> ExportOf(LexObj element) {
-    LexObj exported = IsArray(element) ? LexArrayGet(element, 0) : LexNullObj;
-    if (IsNull(exported)) return std::nullopt;
-    return ScalarText(exported);
+    if (!IsArray(element) || IsNull(LexArrayGet(element, 0)) || IsNull(LexArrayGet(element, 1))) return std::nullopt;
+    return ScalarText(LexArrayGet(element, 0));
+}
+
+/** Of the several choices of a list the first. */
+std::string ValueText(LexObj value) {
+    if (!IsArray(value)) return TSHostTextOf(value);
+    return LexArrayLength(value) > 0 ? ScalarText(LexArrayGet(value, 0)) : std::string();
 }
 
 // Lists are never found equal, so that writing one always stores it; only two empty ones are.
@@ -69,9 +81,7 @@ bool ChoicesEqual(const TSChoices &a, const TSChoices &b) {
 
 LexObj NewChoice(LexDoc doc, const TSChoices &choices, std::size_t i) {
     const bool hasExport = i < choices.exports.size() && choices.exports[i];
-    const bool hasValue = !choices.values[i].empty();
     if (!hasExport) return TSNewTextOf(doc, choices.values[i]);
-    if (!hasValue) return TSNewTextOf(doc, *choices.exports[i]);
     LexObj pair = LexNewArray(doc, /*indirect*/ false, 2);
     LexArrayPut(pair, 0, TSNewTextOf(doc, *choices.exports[i]));
     LexArrayPut(pair, 1, TSNewTextOf(doc, choices.values[i]));
@@ -94,13 +104,16 @@ LexObj TSNewTextOf(LexDoc doc, const std::string &host) {
 
 char *TSDMWidgetAcquireStringValue(DMAnnot annot) {
     LexObj value = TSDMFieldGetValue(TSDMAnnotGetField(annot));
-    return IsNull(value) ? nullptr : miCopyStrImpl(TSHostTextOf(value).c_str());
+    return IsNull(value) ? nullptr : miCopyStrImpl(ValueText(value).c_str());
 }
 
 bool TSDMWidgetSetStringValue(DMAnnot annot, LexType type, const char *text) {
     DMField *field = TSDMAnnotGetField(annot);
     LexDoc doc = LexObjGetDoc(DMAnnotGetLexObj(annot));
-    LexObj value = LexNullObj;
+    LexObj value = TSDMFieldGetValue(field);
+    // What was acquired and comes back as it was is the same value, also where its text does not tell all of it.
+    if (IsArray(value) && text && ValueText(value) == text) return TSDMFieldSetValue(field, value);
+    value = LexNullObj;
     if (text && *text)
         value = type == LexName ? LexNewName(doc, /*indirect*/ false, KRAtomFromString(text)) : TSNewTextOf(doc, text);
     return TSDMFieldSetValue(field, value);
@@ -130,7 +143,7 @@ std::vector<std::int32_t> TSOptionsGetChoices(LexObj options) {
 }
 
 std::string TSOptionGetShownText(LexObj element) {
-    return ScalarText(IsArray(element) ? LexArrayGet(element, 1) : element);
+    return ScalarText(ShownObj(element));
 }
 
 void TSDMWidgetWriteChoices(DMAnnot annot, const TSChoices &choices) {
@@ -188,12 +201,12 @@ void TSDMFieldSetTopIndex(DMField *field, std::int16_t index) {
 std::int16_t TSDMFieldGetDefaultIndex(DMField *field) {
     LexObj options = TSDMFieldGetObj(field, options_K);
     LexObj standard = TSDMFieldGetEntry(field, TSEntryDV);
-    if (!IsArray(options) || IsNull(standard)) return 0;
+    if (!IsArray(options) || IsNull(standard)) return -1;
     for (std::int32_t i = LexArrayLength(options) - 1; i >= 0; --i) {
         if (TSLexObjEquivalent(RetrieveOptVal(LexArrayGet(options, i)), standard))
             return static_cast<std::int16_t>(std::min(i, INT16_MAX + 0));
     }
-    return 0;
+    return -1;
 }
 
 void TSDMFieldSetWidgetWrappedText(DMField *field) {

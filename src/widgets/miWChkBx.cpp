@@ -20,7 +20,8 @@ void WCheckBoxGetName(SCWidgetHandler *, char *buffer, std::int32_t size) {
     mdGetString(Msg::widgetCheckbox, buffer, static_cast<std::uint16_t>(size));
 }
 
-void WCheckBoxWriteAppearance(SCWidgetHandler *handler, DMAnnot annot, KRAtom state, EStr *, KRBool forced) {
+void WCheckBoxWriteAppearance(SCWidgetHandler *handler, DMAnnot annot, KRAtom state, EStr *value, KRBool forced) {
+    if (WFaceShowFieldValue(annot, value, forced)) return;
     WToggleWriteAppearance(handler, annot, state, forced, /*mayBeCircular*/ false);
 }
 

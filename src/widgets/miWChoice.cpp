@@ -31,8 +31,10 @@ void WriteFlags(DMField *field, KRAtom type, const TSChoiceData &choice) {
     TSDMFieldSetFlags(field, 1, flags);
 }
 
-// The default is stored as the option's export value.
+// The default is stored as the option's export value. One that is no option, as an editable combo box may have, stays
+// until another is chosen.
 void WriteDefault(DMField *field, std::int16_t index) {
+    if (index == TSDMFieldGetDefaultIndex(field)) return;
     LexObj options = TSDMFieldGetObj(field, options_K);
     LexObj value = LexNullObj;
     if (IsArray(options) && index >= 0 && index < LexArrayLength(options))

@@ -11,7 +11,7 @@ struct TSChoiceData {
     bool sort;
     /** Combo boxes: it can be typed into. */
     bool editable;
-    /** Index of the default value. */
+    /** Index of the default value; -1 for none. */
     std::int16_t defaultIndex;
     /** List boxes: index of the first line on show. */
     std::int16_t topIndex;

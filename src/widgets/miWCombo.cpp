@@ -21,7 +21,8 @@ void WComboBoxGetName(SCWidgetHandler *, char *buffer, std::int32_t size) {
     mdGetString(Msg::widgetCombo, buffer, static_cast<std::uint16_t>(size));
 }
 
-void WComboBoxWriteAppearance(SCWidgetHandler *, DMAnnot annot, KRAtom, EStr *value, KRBool) {
+void WComboBoxWriteAppearance(SCWidgetHandler *, DMAnnot annot, KRAtom, EStr *value, KRBool forced) {
+    if (WFaceShowFieldValue(annot, value, forced)) return;
     WValueFaceWriteText(annot, value, /*multiLine*/ false, /*password*/ false);
 }
 

@@ -67,6 +67,14 @@ EStrPtr WFaceText(const char *hostText, const TextAppearance &look) {
     return TSTextForFont(text.get(), look.baseFont);
 }
 
+bool WFaceShowFieldValue(DMAnnot annot, const EStr *value, bool forced) {
+    DMField *field = value ? nullptr : TSDMAnnotGetField(annot);
+    if (!TSDMFieldIsValid(field)) return false;
+    if (forced) TSDMFieldAppearanceWasUpdated(field);
+    TSDMFieldProduceDisplayFromValue(field, TSDMFieldGetValue(field));
+    return true;
+}
+
 void WFaceCompareData(SCWidgetHandler *, TSWidgetData *first, const TSWidgetData *other) {
     TSDMWidgetCompareData(first, other);
 }

@@ -34,6 +34,12 @@ TextAppearance WFaceLook(const WFace &face);
 /** A host text as the look's font shows it. */
 EStrPtr WFaceText(const char *hostText, const TextAppearance &look);
 
+/**
+ * For WriteAppearance without a value: the field's own value is shown, as observers of the display want it. False, and
+ * nothing done, when there is a value, or no field to have one.
+ */
+bool WFaceShowFieldValue(DMAnnot annot, const EStr *value, bool forced);
+
 /** CompareData of the handlers that have nothing of their own to compare. */
 void WFaceCompareData(SCWidgetHandler *handler, TSWidgetData *first, const TSWidgetData *other);
 

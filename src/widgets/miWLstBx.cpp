@@ -47,15 +47,19 @@ struct ListLines {
     std::vector<std::int32_t> choices;
     std::int32_t top;
     std::int32_t lines;
-    /** The selected line; -1 for none. */
-    std::int32_t selected;
+    /** The selected lines, in order. */
+    std::vector<std::int32_t> selected;
 };
+
+bool IsSelected(const ListLines &list, std::int32_t line) {
+    return std::binary_search(list.selected.begin(), list.selected.end(), line);
+}
 
 void DrawLine(WValueFace &face, const ListLines &list, std::int32_t index) {
     LexObj element = LexArrayGet(list.options, list.choices[static_cast<std::size_t>(index)]);
     const EStrPtr name(EStrNewImpl(TSOptionGetShownText(element).c_str(), EStrHost));
     const EStrPtr text = TSTextForFont(name.get(), face.look.baseFont);
-    if (index != list.selected) {
+    if (!IsSelected(list, index)) {
         CStoreBlockLine(list.block, EStrGetBytes(text.get()));
         return;
     }
@@ -68,13 +72,13 @@ void DrawLine(WValueFace &face, const ListLines &list, std::int32_t index) {
 
 void DrawLines(WValueFace &face, const ListLines &list) {
     const auto count = static_cast<std::int32_t>(list.choices.size());
-    if (list.selected >= list.top && list.selected < list.top + list.lines) {
-        DMColorValue bar;
-        mdListBoxGetHighlightColor(list.data, &bar, /*foreground*/ false);
-        CStoreBlockHighlightLine(list.block, list.selected - list.top, &bar);
+    const std::int32_t end = std::min(count, list.top + list.lines);
+    DMColorValue bar;
+    mdListBoxGetHighlightColor(list.data, &bar, /*foreground*/ false);
+    for (std::int32_t line = list.top; line < end; ++line) {
+        if (IsSelected(list, line)) CStoreBlockHighlightLine(list.block, line - list.top, &bar);
     }
     CStoreBlockLine(list.block, nullptr);
-    const std::int32_t end = std::min(count, list.top + list.lines);
     for (std::int32_t index = list.top; index < end; ++index) DrawLine(face, list, index);
 }
 
@@ -84,10 +88,11 @@ ListLines ListOf(DMField *field, const TSWidgetData *data) {
     list.data = data;
     list.options = TSDMFieldGetObj(field, options_K);
     list.choices = TSOptionsGetChoices(list.options);
-    const std::int32_t option = TSDMFieldGetOptionIndex(field, nullptr, nullptr);
-    const auto found = std::lower_bound(list.choices.begin(), list.choices.end(), option);
-    const bool selected = found != list.choices.end() && *found == option;
-    list.selected = selected ? static_cast<std::int32_t>(found - list.choices.begin()) : -1;
+    for (const std::int32_t option : DMFieldGetOptionIndexes(field)) {
+        const auto found = std::lower_bound(list.choices.begin(), list.choices.end(), option);
+        if (found != list.choices.end() && *found == option)
+            list.selected.push_back(static_cast<std::int32_t>(found - list.choices.begin()));
+    }
     return list;
 }
 
@@ -96,7 +101,8 @@ void BringIntoView(DMField *field, ListLines &list) {
     const auto count = static_cast<std::int32_t>(list.choices.size());
     list.lines = CStoreBlockGetNumLines(list.block);
     // The block counts the line that shows only in part; a selection there would not be in view.
-    list.top = TopWithSelection(present, list.selected, std::max(list.lines - 1, 1), count);
+    const std::int32_t first = list.selected.empty() ? -1 : list.selected.front();
+    list.top = TopWithSelection(present, first, std::max(list.lines - 1, 1), count);
     if (list.top != present) TSDMFieldSetTopIndex(field, static_cast<std::int16_t>(std::min(list.top, INT16_MAX + 0)));
 }
 

@@ -21,7 +21,8 @@ void WRadioButtonGetName(SCWidgetHandler *, char *buffer, std::int32_t size) {
     mdGetString(Msg::widgetRadio, buffer, static_cast<std::uint16_t>(size));
 }
 
-void WRadioButtonWriteAppearance(SCWidgetHandler *handler, DMAnnot annot, KRAtom state, EStr *, KRBool forced) {
+void WRadioButtonWriteAppearance(SCWidgetHandler *handler, DMAnnot annot, KRAtom state, EStr *value, KRBool forced) {
+    if (WFaceShowFieldValue(annot, value, forced)) return;
     WToggleWriteAppearance(handler, annot, state, forced, /*mayBeCircular*/ true);
 }
 

@@ -105,7 +105,8 @@ void WTextWriteData(SCWidgetHandler *, DMAnnot annot, TSWidgetData *data) {
     if (data->value) TSDMWidgetSetStringValue(annot, LexString, value.c_str());
 }
 
-void WTextWriteAppearance(SCWidgetHandler *, DMAnnot annot, KRAtom, EStr *value, KRBool) {
+void WTextWriteAppearance(SCWidgetHandler *, DMAnnot annot, KRAtom, EStr *value, KRBool forced) {
+    if (WFaceShowFieldValue(annot, value, forced)) return;
     const std::uint32_t flags = TSDMFieldGetFlags(TSDMAnnotGetField(annot), 1);
     WValueFaceWriteText(annot, value, flags & TSFieldMultiLine, flags & TSFieldPassword);
 }

@@ -20,6 +20,7 @@
 #include "objects/AnnotUtl.h"
 #include "objects/FixedUtl.h"
 #include "objects/LexUtil.h"
+#include "objects/Tessella.h"
 #include "widgets/miWBtn.h"
 
 namespace {
@@ -107,6 +108,11 @@ void WriteFaces(SCWidgetHandler *handler, DMAnnot annot, bool mayBeCircular) {
     RaiseIf(code);
 }
 
+// A size that the form gives to all its texts says nothing about marks, which are as large as their box allows.
+bool HasOwnSize(DMField *field) {
+    return !LexObjEqual(TSDMFieldGetEntry(field, TSEntryDA), TessellaGetEntry(TSDMFieldGetTessella(field), TSEntryDA));
+}
+
 } // namespace
 
 TSWidgetData *WToggleAcquireData(SCWidgetHandler *, DMAnnot annot) {
@@ -153,6 +159,7 @@ void WToggleDrawMark(WFace &face, const TSToggleData &toggle, bool circular) {
     }
     TextAppearance look = WFaceLook(face);
     look.baseFont = ZapfDingbats_K;
+    if (!HasOwnSize(TSDMAnnotGetField(face.annot))) look.size = 0;
     TSLookUseDrawableFont(face.doc, &look);
     TSFit fit;
     TSDMAnnotInitFit(&fit);
@@ -161,7 +168,8 @@ void WToggleDrawMark(WFace &face, const TSToggleData &toggle, bool circular) {
 }
 
 void WToggleWriteAppearance(SCWidgetHandler *handler, DMAnnot annot, KRAtom state, bool forced, bool mayBeCircular) {
-    if (TSDMWidgetIsNative(annot, nullptr) && (forced || !HasStates(annot))) WriteFaces(handler, annot, mayBeCircular);
+    const bool drawn = forced ? !WButtonHasUsableFaces(annot) : !HasStates(annot);
+    if (drawn || (forced && TSDMWidgetIsNative(annot, nullptr))) WriteFaces(handler, annot, mayBeCircular);
     TSDMAnnotSetState(annot, state == WButtonGetOnKey(annot) ? state : WButtonGetOffKey());
 }
 

@@ -38,7 +38,9 @@ std::vector<std::string> Group(const std::string &top, const std::string &first,
 }
 
 TEST_F(Value, AChangeIsToldStoredAndShownInThisOrder) {
-    TestDoc doc(FormObjects({"/FT /Tx /T (a) /V (old)"}));
+    auto objects = FormObjects({"/FT /Tx /T (a) /V (old) /AP << /N 5 0 R >>"});
+    objects.push_back(s_emptyForm);
+    TestDoc doc(objects);
     DMField *field = FieldOf(doc, "a");
     std::vector<std::string> steps;
     const auto note = [&](const char *step) {
@@ -228,6 +230,48 @@ TEST_F(Value, OptionsGoByTheirExportValue) {
     EXPECT_FALSE(LexDictKnown(field->obj, options_K));
     EXPECT_EQ(TSDMFieldGetOptionIndex(field, &name, &value), -1);
     EXPECT_EQ(LexObjGetType(value), LexNull);
+}
+
+/** Several choices of a list: the array is kept, told as its first, and followed by the indexes. */
+TEST_F(Value, SeveralChoicesStayAnArray) {
+    TestDoc doc(
+        FormObjects({"/FT /Ch /Ff 2097152 /T (l) /Opt [(a) [(b) (Bee)] (c)] /V [(a) (c)] /I [0 2] /DV [(c) (b)]",
+                     "/FT /Tx /T (t)", "/FT /Ch /T (one) /Opt [(a) (b)] /V (a)"}));
+    DMField *list = FieldOf(doc, "l");
+    const auto selection = [&] { return Text(doc.At("Tessella/Fields/0/I")); };
+    EXPECT_EQ(TSDMFieldGetOptionIndex(list, nullptr, nullptr), 0);
+    EXPECT_EQ(DMFieldGetOptionIndexes(list), (std::vector<std::int32_t>{0, 2}));
+    EXPECT_TRUE(SetText(doc, "l", "b"));
+    EXPECT_EQ(selection(), "[1]");
+    EXPECT_TRUE(TSDMFieldReset(list));
+    EXPECT_EQ(Text(doc.At("Tessella/Fields/0/V")), "[(c) (b)]");
+    EXPECT_EQ(selection(), "[1 2]");
+    EXPECT_EQ(TSDMFieldSetDefaultValue(list, doc.At("Tessella/Fields/0/V")), 0);
+    EXPECT_TRUE(SetText(doc, "l", "none of them"));
+    EXPECT_EQ(selection(), "null");
+    // What an observer makes of it is one text; a field that holds one text takes the first.
+    {
+        const Listener rewrite(TSValueWillChange,
+                               [](TSFieldNotifyRec &record) { EStrSetBytes(record.value, "b", EStrPDFDoc); });
+        EXPECT_TRUE(TSDMFieldReset(list));
+        EXPECT_EQ(Text(doc.At("Tessella/Fields/0/V")), "b");
+    }
+    EXPECT_TRUE(TSDMFieldSetValue(FieldOf(doc, "t"), doc.At("Tessella/Fields/0/DV")));
+    EXPECT_EQ(Text(doc.At("Tessella/Fields/1/V")), "c");
+    // A field that had none gets no indexes for one choice.
+    EXPECT_TRUE(SetText(doc, "one", "b"));
+    EXPECT_EQ(LexObjGetType(doc.At("Tessella/Fields/2/I")), LexNull);
+}
+
+TEST_F(Value, AValueThatIsThereAlreadyIsDrawnWhereNothingShowsIt) {
+    auto objects = Group("/FT /Tx /V (v)", "", "/AP << /N 7 0 R >>");
+    TestDoc doc(objects);
+    int told = 0;
+    const Listener will(TSValueWillChange, [&](TSFieldNotifyRec &) { ++told; });
+    EXPECT_TRUE(SetText(doc, "g", "v"));
+    ASSERT_EQ(DrawnLog().size(), 1u) << "the widget that has a picture keeps it";
+    EXPECT_EQ(DrawnLog()[0].text, "v");
+    EXPECT_EQ(told, 0);
 }
 
 TEST_F(Value, ShownTextReplacesTheExportValue) {

@@ -20,12 +20,13 @@ namespace {
 
 using Faces = BuiltInWidgets;
 
-constexpr char s_formExtra[] = "/DA (/Helv 10 Tf 0 g) /DR << /Font << /Helv << /Type /Font /Subtype /Type1 "
-                               "/BaseFont /Helvetica >> >> >>";
+const std::string s_formExtra = "/DA (/Helv 10 Tf 0 g) /DR << /Font << /Helv << /Type /Font /Subtype /Type1 "
+                                "/BaseFont /Helvetica >> >> >>";
 
 /** A form of these widgets; `streams` follow as objects behind them, the first of them 4 + the number of widgets. */
-std::vector<std::string> Widgets(const std::vector<std::string> &fields, const std::vector<std::string> &streams = {}) {
-    auto objects = FormObjects(fields, s_formExtra);
+std::vector<std::string> Widgets(const std::vector<std::string> &fields, const std::vector<std::string> &streams = {},
+                                 const std::string &formExtra = "") {
+    auto objects = FormObjects(fields, s_formExtra + formExtra);
     for (const std::string &text : streams)
         objects.push_back("<< /Type /XObject /Subtype /Form /BBox [0 0 200 20] /Resources << >> /Length " +
                           std::to_string(text.size()) + " >> stream\n" + text + "\nendstream");
@@ -134,6 +135,63 @@ TEST_F(Faces, AListShowsTheLinesAroundItsSelection) {
     EXPECT_TRUE(Has(FaceText(AnnotOf(doc, "d")), "(a) Tj 1 g 0 -11.5601 Td (b) Tj 0 g")) << FaceText(AnnotOf(doc, "d"));
 }
 
+TEST_F(Faces, AListOfSeveralChoicesMarksEachOfThem) {
+    const TestDoc doc(Widgets({"/FT /Ch /Ff 2097152 /T (a) /Rect [0 0 100 40] /Opt [(0) (1) (2)] /V [(0) (2)]"}));
+    TSDMFieldUpdateAppearance(FieldOf(doc, "a"));
+    const std::string text = FaceText(AnnotOf(doc, "a"));
+    EXPECT_PRED2(Has, text, "1 27.4399 98 11.5601 re f 0 g 1 4.3198 98 11.5601 re f");
+    EXPECT_PRED2(Has, text, "(0) Tj 0 g 0 -11.5601 Td (1) Tj 1 g 0 -11.5601 Td (2) Tj");
+}
+
+/** What the data of a choice field does to the field when it is written back as it was. */
+struct UnchangedChoice {
+    const char *what;
+    const char *entries;
+};
+class ChoiceWrittenBack : public Faces, public testing::WithParamInterface<UnchangedChoice> {};
+
+/** The entries that make up what is chosen. */
+std::string ChoiceText(LexObj field) {
+    return Text(At(field, "Opt")) + " " + Text(At(field, "V")) + " " + Text(At(field, "DV"));
+}
+
+TEST_P(ChoiceWrittenBack, IsWhatItWas) {
+    for (const char *type : {"/FT /Ch /T (a) ", "/FT /Ch /Ff 393216 /T (a) "}) {
+        const TestDoc doc(Widgets({std::string(type) + GetParam().entries}));
+        const DMAnnot annot = AnnotOf(doc, "a");
+        const std::string before = ChoiceText(DMAnnotGetLexObj(annot));
+        TSWidgetData *data = WListBox_AcquireData(annot);
+        WListBox_WriteData(annot, data);
+        WListBox_ReleaseData(data);
+        EXPECT_EQ(ChoiceText(DMAnnotGetLexObj(annot)), before);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, ChoiceWrittenBack,
+                         testing::Values(UnchangedChoice{"EmptyText", "/Opt [[(1) (one)] [(2) ()]] /V (2)"},
+                                         UnchangedChoice{"EmptyPair", "/Opt [[() ()] [() (Choose)] (x)] /V (x)"},
+                                         UnchangedChoice{"NoDefault", "/Opt [(x) (y)]"},
+                                         UnchangedChoice{"ForeignDefault", "/Opt [(x) (y)] /V (x) /DV (z)"},
+                                         UnchangedChoice{"SeveralValues", "/Opt [(x) (y)] /V [(x) (y)] /DV [(y) (x)]"}),
+                         [](const auto &info) { return std::string(info.param.what); });
+
+/** A handler that is asked for the appearance without being given a value shows the field's. */
+TEST_F(Faces, WithoutAValueTheFieldsOwnIsShown) {
+    const std::string states = "/AP << /N << /On 8 0 R /Off 8 0 R >> >> /V /On /AS /Off ";
+    const TestDoc doc(Widgets({"/FT /Tx /T (a) /V (own)", "/FT /Ch /Ff 131072 /T (b) /Opt [[(1) (own)]] /V (1)",
+                               "/FT /Btn /T (c) " + states, "/FT /Btn /Ff 32768 /T (d) " + states},
+                              {"f"}));
+    for (const char *name : {"a", "b", "c", "d"}) {
+        const DMAnnot annot = AnnotOf(doc, name);
+        SCWidgetHandler *handler = TSSCAppGetWidgetHandlerByName(TSDMWidgetGetSubType(annot));
+        handler->WriteAppearance(handler, annot, KRAtomNull, nullptr, /*forced*/ true);
+        if (name[0] < 'c')
+            EXPECT_PRED2(Has, FaceText(annot), "(own) Tj");
+        else
+            EXPECT_EQ(TSDMAnnotGetState(annot), On_K) << name;
+    }
+}
+
 TEST_F(Faces, LongListsAreDrawnWhereTheSelectionIs) {
     std::string options = "/Opt [";
     for (int i = 0; i < 100000; ++i) options += "[(" + std::to_string(i) + ") (item)] ";
@@ -195,6 +253,50 @@ TEST_F(Faces, CheckBoxesHaveFourFaces) {
     EXPECT_TRUE(Has(FaceText(b, FaceDown_K, key), "q 2 2 16 16 re W n 1 0 0 1 1 -1 cm BT"));
     EXPECT_FALSE(Has(FaceText(b, FaceNormal_K, key), "1 0 0 1 1 -1 cm"));
 }
+
+/** What a form's own request for appearances does to a widget of each kind. */
+struct AskedFor {
+    const char *what;
+    const char *entries;
+    /** Part of the normal face afterwards; "null" for none. `{}` is the picture that the widget came with. */
+    const char *face;
+    const char *state;
+};
+class AppearancesAskedFor : public Faces, public testing::WithParamInterface<AskedFor> {};
+
+TEST_P(AppearancesAskedFor, KeepWhatCanServeAndChangeNoValue) {
+    const TestDoc doc(Widgets({std::string("/T (a) /Rect [0 0 20 20] ") + GetParam().entries},
+                              {"0 0 5 5 re f % art", " \n "}, "/NeedAppearances true"));
+    const DMAnnot annot = DMAnnotFromLexObj(doc.At("Pages/Kids/0/Annots/0"));
+    const std::string state = GetParam().state;
+    EXPECT_FALSE(LexDictKnown(doc.At("Tessella"), docID_K));
+    EXPECT_PRED2(Has, FaceText(annot, FaceNormal_K, state.empty() ? nullptr : state.c_str()), GetParam().face);
+    EXPECT_EQ(LexDictKnown(DMAnnotGetLexObj(annot), value_K),
+              std::string(GetParam().entries).find("/V ") != std::string::npos);
+    EXPECT_EQ(TSDMAnnotGetState(annot), state.empty() ? KRAtomNull : Atom(state));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, AppearancesAskedFor,
+    testing::Values(
+        AskedFor{"CheckBoxWithArtwork", "/FT /Btn /V /Yes /AS /Off /MK << /CA (8) >> /AP << /N << /Yes 5 0 R >> >>",
+                 "% art", "Yes"},
+        AskedFor{"RadioWithArtwork", "/FT /Btn /Ff 32768 /V /B /MK << >> /AP << /N << /A 5 0 R /Off 5 0 R >> >>",
+                 "% art", "Off"},
+        AskedFor{"CheckBoxWithNone", "/FT /Btn /V /Yes /DA (/ZaDb 0 Tf 0 g)", "/ZaDb 18.9", "Yes"},
+        AskedFor{"CheckBoxWithSmallFormText", "/FT /Btn /V /Yes", "/ZaDb 18.9", "Yes"},
+        AskedFor{"CheckBoxWithTooLargeText", "/FT /Btn /V /Yes /DA (/ZaDb 90 Tf 0 g)", "/ZaDb 18.9", "Yes"},
+        AskedFor{"CheckBoxWithEmptyArtwork", "/FT /Btn /V /Yes /AP << /N << /Yes 6 0 R >> >>", "(4) Tj", "Yes"},
+        AskedFor{"CheckBoxWithBrokenArtwork", "/FT /Btn /V /Yes /AP << /N << /Yes 99 0 R /Off 5 0 R >> >>", "(4) Tj",
+                 "Yes"},
+        AskedFor{"PushButtonWithArtwork", "/FT /Btn /Ff 65536 /MK << /CA (x) >> /AP << /N 5 0 R >>", "% art", ""},
+        AskedFor{"PushButtonWithNone", "/FT /Btn /Ff 65536 /MK << /CA (x) >>", "(x) Tj", ""},
+        AskedFor{"SignedWithArtwork", "/FT /Sig /V << /Contents (x) >> /MK << >> /AP << /N 5 0 R >>", "% art", ""},
+        AskedFor{"UnsignedSignature", "/FT /Sig /MK << >>", "null", ""},
+        AskedFor{"ChoiceWithoutValue", "/FT /Ch /Ff 131072 /Opt [(first)]", "null", ""},
+        AskedFor{"ListWithoutValue", "/FT /Ch /Opt [(first)]", "0 g 1 0 0 1 1 21.07 Tm 1 -11.5601 Td (first) Tj", ""},
+        AskedFor{"TextWithADefault", "/FT /Tx /DV (default)", "null", ""}),
+    [](const auto &info) { return std::string(info.param.what); });
 
 TEST_F(Faces, RadioButtonsWithACircleAreRound) {
     const std::string radio = "/Rect [0 0 20 20] /FT /Btn /Ff 49152 /AP << /N << /A 6 0 R >> >> ";

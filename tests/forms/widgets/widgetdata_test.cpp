@@ -375,7 +375,7 @@ TEST_F(WidgetData, SmallNumbersOfAField) {
     TSDMFieldSetTopIndex(a, 0);
     EXPECT_FALSE(LexDictKnown(DictOf(doc, "a"), topIndex_K));
     EXPECT_EQ(TSDMFieldGetDefaultIndex(FieldOf(doc, "b")), 1);
-    EXPECT_EQ(TSDMFieldGetDefaultIndex(a), 0);
+    EXPECT_EQ(TSDMFieldGetDefaultIndex(a), -1);
 }
 
 } // namespace
