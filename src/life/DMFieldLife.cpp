@@ -4,7 +4,6 @@
 
 #include "Common/src/miLexType.h"
 #include "PIFrame.h"
-#include "PIMain.h"
 #include "ScreenViewHFT.h"
 #include "ScreenViewNotify.h"
 #include "base/FormStr.h"
@@ -19,18 +18,13 @@
 #include "objects/AnnotUtl.h"
 #include "objects/LexUtil.h"
 #include "objects/Tessella.h"
+#include "services/Subscribe.h"
 
 namespace {
 
 constexpr std::uint32_t PermissionChange = 8;
 constexpr std::uint32_t PermissionFillIn = 32;
 constexpr std::uint32_t PermissionAll = 0x8000;
-
-template <class Proc>
-void Subscribe(std::int32_t notification, Proc *proc) {
-    Proc *callback = PICallback(gExtensionID, proc);
-    SCAppRegisterNotification(notification, gExtensionID, reinterpret_cast<KRProc>(callback), /*clientData*/ nullptr);
-}
 
 /** Brings the display of a field up to its value. Nobody asked for another one, so a missing value stays missing. */
 void ShowValue(DMField *field) {

@@ -7,7 +7,6 @@
 #include "Common/src/miLexType.h"
 #include "DocModelHFT.h"
 #include "PIFrame.h"
-#include "PIMain.h"
 #include "ScreenViewHFT.h"
 #include "base/FormStr.h"
 #include "life/DMFieldLife.h"
@@ -15,6 +14,7 @@
 #include "model/DMField.h"
 #include "model/DMFieldValue.h"
 #include "model/DocData.h"
+#include "model/FieldRemoval.h"
 #include "model/LexField.h"
 #include "model/NameHash.h"
 #include "model/WidgetReg.h"
@@ -22,6 +22,7 @@
 #include "model/miCalc.h"
 #include "objects/LexUtil.h"
 #include "objects/Tessella.h"
+#include "services/Subscribe.h"
 
 namespace {
 
@@ -36,12 +37,6 @@ using CalcArrayPtr = std::unique_ptr<TSCalcArray, CalcArrayDeleter>;
 
 /** The calculation order of the document that pages are coming into, as it was before. */
 CalcArrayPtr s_orderBefore;
-
-template <class Proc>
-void Subscribe(SCNotification number, Proc *proc) {
-    const auto callback = PICallback(gExtensionID, proc);
-    SCAppRegisterNotification(number, gExtensionID, reinterpret_cast<KRProc>(callback), /*clientData*/ nullptr);
-}
 
 bool IsWidget(DMAnnot annot) {
     return DMAnnotIsValid(annot) && DMAnnotGetSubtype(annot) == Widget_K;

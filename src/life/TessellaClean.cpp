@@ -11,6 +11,7 @@
 #include "model/DMField.h"
 #include "model/DMFieldValue.h"
 #include "model/FieldArray.h"
+#include "model/FieldRemoval.h"
 #include "model/LexField.h"
 #include "model/LexObjSet.h"
 #include "model/NameHash.h"

@@ -65,6 +65,8 @@ struct DMField {
     bool terminalKnown;
     /** Key of this record in the index by object. */
     std::int32_t objectKey;
+    /** Top of a group: the length of `Kids` when all of them had records; 0 when one of them has gone since. */
+    std::int32_t kidsLoaded;
     DMField *prevSameName;
     DMField *prevSibling;
 };
@@ -195,8 +197,6 @@ void DMFieldUnlinkChild(DMField *child);
  * parent, and is invalid.
  */
 void DMFieldWipe(DMField *field);
-/** Gives a record another dictionary. */
-void DMFieldSetObj(DMField *field, LexObj dict);
 /** The topmost ancestor with the same name; the field itself when its parent has another name. */
 DMField *DMFieldTopOfName(DMField *field);
 

@@ -14,6 +14,7 @@
 #include "base/FormStr.h"
 #include "base/Limits.h"
 #include "model/DMFieldValue.h"
+#include "model/FieldRemoval.h"
 #include "model/LexField.h"
 #include "model/NameHash.h"
 #include "objects/LexCopy.h"

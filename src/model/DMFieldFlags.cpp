@@ -12,8 +12,10 @@
 #include "model/DMField.h"
 #include "model/DMFieldValueParts.h"
 #include "model/FieldArray.h"
+#include "model/FieldRemoval.h"
 #include "model/LexField.h"
 #include "model/NameHash.h"
+#include "model/NameHashCheck.h"
 #include "model/miCalc.h"
 #include "objects/LexCopy.h"
 #include "objects/LexUtil.h"
@@ -203,6 +205,7 @@ std::int32_t TSDMFieldSetType(DMField *field, KRAtom type) {
     if (const KRErrorCode code = StoreType(field, type)) return code;
     if (!DMFieldIsAlive(field, dict)) return 1;
     field->type = type;
+    DocHashCheck(LexObjGetDoc(dict));
     TSDMFieldSetFlags(field, FieldWord, field->flags[FieldWord] & s_flagsOfAllTypes);
     TSDMFieldAppearanceWasUpdated(field);
     return 0;

@@ -5,7 +5,6 @@
 #include "Common/src/miLexType.h"
 #include "base/FormStr.h"
 #include "base/Limits.h"
-#include "model/NameHash.h"
 #include "objects/LexUtil.h"
 
 namespace {
@@ -24,18 +23,21 @@ void ForgetTerminal(DMField *field) {
     for (; field && field->terminalKnown; field = field->parent) field->terminalKnown = false;
 }
 
+/** Forgets that all kids of a group have records: one of them goes. */
+void ForgetLoadedKids(DMField *child) {
+    for (DMField *at = child->parent; at && at->name == child->name; at = at->parent) at->kidsLoaded = 0;
+}
+
 /** Makes the records of a group's kids: all widgets of one name exist as soon as one does. */
 void LoadKids(DMField *top) {
-    DocHashControl *control = TSLexDocGetHashHead(TSDMFieldGetLexDoc(top));
     const LexObj kids = TSLexDictGetOfType(top->obj, Kids_K, LexArray);
-    if (!control || !IsArray(kids)) return;
+    if (!IsArray(kids)) return;
     const std::int32_t length = LexArrayLength(kids);
-    const auto known = control->kidsLoaded.find(top);
-    if (known != control->kidsLoaded.end() && known->second == length) return;
+    if (top->kidsLoaded == length) return;
     top->state |= DMFieldLoadingKids;
     for (std::int32_t i = length; i-- > 0;) TSDMFieldFromLexObj(LexArrayGet(kids, i));
     top->state &= ~DMFieldLoadingKids;
-    control->kidsLoaded[top] = LexArrayLength(kids);
+    top->kidsLoaded = LexArrayLength(kids);
 }
 
 } // namespace
@@ -56,6 +58,7 @@ bool DMFieldLinkChild(DMField *parent, DMField *child) {
 void DMFieldUnlinkChild(DMField *child) {
     DMField *parent = child->parent;
     if (!parent) return;
+    ForgetLoadedKids(child);
     (child->prevSibling ? child->prevSibling->nextSibling : parent->firstChild) = child->nextSibling;
     if (child->nextSibling) child->nextSibling->prevSibling = child->prevSibling;
     child->parent = child->nextSibling = child->prevSibling = nullptr;
@@ -82,22 +85,6 @@ void DMFieldWipe(DMField *field) {
     field->state |= DMFieldInvalid;
     field->type = KRAtomNull;
     field->terminalKnown = false;
-}
-
-void DMFieldSetObj(DMField *field, LexObj dict) {
-    DocHashControl *control = TSLexDocGetHashHead(TSDMFieldGetLexDoc(field));
-    if (control) {
-        const auto [first, last] = control->byObject.equal_range(field->objectKey);
-        for (auto it = first; it != last; ++it) {
-            if (it->second != field) continue;
-            control->byObject.erase(it);
-            break;
-        }
-        if (control->lastField == field) control->lastField = nullptr;
-    }
-    field->obj = dict;
-    field->objectKey = LexObjGetID(dict);
-    if (control) control->byObject.emplace(field->objectKey, field);
 }
 
 bool TSDMFieldIsTerminal(DMField *field) {

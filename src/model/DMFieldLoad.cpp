@@ -12,6 +12,7 @@
 #include "model/DocData.h"
 #include "model/LexObjSet.h"
 #include "model/NameHash.h"
+#include "model/NameHashCheck.h"
 #include "objects/LexUtil.h"
 #include "objects/Tessella.h"
 
@@ -120,6 +121,7 @@ void TSDMDocLoadDMFields(DMDoc doc) {
     if (control) {
         control->loading = false;
         FieldArrayRemoveAll(form, Fields_K, std::exchange(control->moved, {}));
+        DocHashCheck(lexDoc);
     }
     RaiseIf(code);
 }

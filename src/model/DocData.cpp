@@ -15,10 +15,6 @@ namespace {
 /** The newest first. */
 TJSDocData *s_root = nullptr;
 
-bool IsStale(const TJSDocData *data) {
-    return !LexObjEqual(data->catalog, LexNullObj) && IsNull(data->catalog);
-}
-
 void FreeData(TJSDocData *data) {
     for (TJSDocData **link = &s_root; *link; link = &(*link)->next) {
         if (*link != data) continue;
@@ -34,7 +30,7 @@ void FreeData(TJSDocData *data) {
 TJSDocData *TJSFindData(DMDoc doc) {
     for (TJSDocData *data = s_root; data; data = data->next) {
         if (data->dmDoc != doc) continue;
-        if (!IsStale(data)) return data;
+        if (!DocIsGone(data->stamp)) return data;
         if (gDocSeams.dropEngineObjects) gDocSeams.dropEngineObjects(data);
         FreeData(data);
         return nullptr;
@@ -50,7 +46,7 @@ TJSDocData *TJSGetData(DMDoc doc) {
     data->dmDoc = doc;
     data->needLoadFields = true;
     data->calculate = true;
-    data->catalog = LexDocGetRoot(DMDocGetLexDoc(doc));
+    data->stamp = DocStampOf(DMDocGetLexDoc(doc));
     if (gDocSeams.attachEngine && !gDocSeams.attachEngine(data.get())) return nullptr;
     data->next = s_root;
     return s_root = data.release();

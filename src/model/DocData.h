@@ -9,6 +9,7 @@
 #include "DocModelHFT.h"
 #include "FormsTypes.h"
 #include "LexHFT.h"
+#include "model/DocStamp.h"
 
 struct TSCalcArray;
 
@@ -29,8 +30,7 @@ struct TJSDocData {
     bool delay;
     /** Changes of values run calculations. Starts true. */
     bool calculate;
-    /** Tells a record whose document is gone, should its handle be given out again: the catalog reads as null then. */
-    LexObj catalog;
+    DocStamp stamp;
 };
 
 /** What the layers above the model install. Members are called if not null. */

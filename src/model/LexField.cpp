@@ -14,8 +14,10 @@
 #include "model/DMFieldValue.h"
 #include "model/DMFieldValueParts.h"
 #include "model/FieldArray.h"
+#include "model/FieldRemoval.h"
 #include "model/LexFieldParts.h"
 #include "model/NameHash.h"
+#include "model/NameHashCheck.h"
 #include "objects/LexUtil.h"
 #include "objects/Tessella.h"
 
@@ -218,15 +220,6 @@ void DropWhatParentHas(DMField *field) {
 
 } // namespace
 
-LexObj FullNameArrayObj(LexDoc doc, const char *name) {
-    const std::vector<std::string> parts = SplitName(name ? name : "");
-    if (parts.empty()) return LexNullObj;
-    const LexObj array = LexNewArray(doc, /*indirect*/ false, static_cast<std::int32_t>(parts.size()));
-    for (std::size_t i = 0; i < parts.size(); ++i)
-        LexArrayPut(array, static_cast<std::int32_t>(i), StringObj(doc, parts[i]));
-    return array;
-}
-
 DMField *TSLexDictDefineField(LexObj dict, const char *fullName) {
     if (!IsDict(dict) || !LexObjIsIndirect(dict) || !fullName) return nullptr;
     const std::string name(WithoutTrailingDots(fullName));
@@ -237,6 +230,7 @@ DMField *TSLexDictDefineField(LexObj dict, const char *fullName) {
     DMField *field = nullptr;
     const KRErrorCode code = Protect([&] { field = DefineUnder(dict, name); });
     if (!field) LeaveTree(dict);
+    DocHashCheck(LexObjGetDoc(dict));
     RaiseIf(code);
     return field;
 }
@@ -266,6 +260,7 @@ DMField *TSLexDictSetTitleGetField(LexObj dict, LexObj title) {
     } else {
         FieldArrayMoveToEnd(TSLexDictGetOfType(TSLexObjGetTessella(dict), formFields_K, LexArray), dict);
     }
+    DocHashCheck(LexObjGetDoc(dict));
     return TSLexObjFindDMField(dict);
 }
 

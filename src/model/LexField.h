@@ -16,15 +16,6 @@
 
 struct DMField;
 
-/** Direct array of direct strings, the parts of a dotted name without its trailing dots; null for an empty name. */
-LexObj FullNameArrayObj(LexDoc doc, const char *name);
-
-/**
- * The field of the last element whose `T` equals the string `title`. Elements without a `T` are looked through by
- * their `Kids`. Null when there is none, or when that element can be no field.
- */
-DMField *TSDMFieldInHierarchyFromName(LexObj array, LexObj title);
-
 /**
  * Hangs an indirect dictionary into the form under a full name (raw bytes), making the form and the nodes on the way.
  * Null when something stands in the way: a terminal field on the path, a clash of types, a name that is empty or too

@@ -11,8 +11,10 @@
 #include "model/DMFieldValue.h"
 #include "model/DMFieldValueParts.h"
 #include "model/FieldArray.h"
+#include "model/FieldRemoval.h"
 #include "model/LexFieldParts.h"
 #include "model/NameHash.h"
+#include "model/NameHashCheck.h"
 #include "model/OnKey.h"
 #include "model/WidgetReg.h"
 #include "objects/AnnotUtl.h"
@@ -180,6 +182,7 @@ void TSDMAnnotRemoveField(DMAnnot annot, DMPage, bool, bool keepValue) {
         CleanAnnot(dict);
     });
     DMAnnotNotifyDidChange(annot, Widget_K, code);
+    DocHashCheck(LexObjGetDoc(dict));
     RaiseIf(code);
 }
 

@@ -14,7 +14,9 @@
 #include "model/DMField.h"
 #include "model/DMFieldValue.h"
 #include "model/DMFieldValueParts.h"
+#include "model/FieldRemoval.h"
 #include "model/NameHash.h"
+#include "model/NameHashCheck.h"
 #include "model/miAction.h"
 #include "model/miCalc.h"
 #include "objects/LexCopy.h"
@@ -147,5 +149,6 @@ DMField *TSDMFieldRename(DMField *field, const char *newName) {
     if (!renamed) return nullptr;
     EnterCalcOrder(renamed, luggage.calcIndex);
     TSDMFieldReset(renamed);
+    DocHashCheck(LexObjGetDoc(luggage.dict));
     return TSLexObjFindDMField(luggage.dict);
 }

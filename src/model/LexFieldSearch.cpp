@@ -1,11 +1,13 @@
 // Searching siblings by title, from the last to the first.
 //
-//  1. For a definition only true siblings count: elements whose `Parent` is the place searched, roots without one. A
-//     widget that is on its way from `Fields` into the tree has its new title already and must not be met as a root.
+//  1. Only true siblings count: elements whose `Parent` is the place searched, roots without one. A widget that is on
+//  its
+//     way from `Fields` into the tree has its new title already and must not be met as a root. Elements without a title
+//     are looked through by their `Kids`.
 //  2. On a long array the index by full name finds the last such element. It stands beside the search and answers the
 //     same, since a true sibling's full name is the place's name and its title.
 // SPDX-License-Identifier: MIT
-#include "model/LexField.h"
+#include "model/LexFieldParts.h"
 
 #include <cstring>
 #include <unordered_set>
@@ -16,7 +18,6 @@
 #include "base/Limits.h"
 #include "model/DMField.h"
 #include "model/FieldArray.h"
-#include "model/LexFieldParts.h"
 #include "objects/LexUtil.h"
 
 namespace {
@@ -32,10 +33,10 @@ bool SameTitle(LexObj a, LexObj b) {
            std::memcmp(first.text, second.text, first.length) == 0;
 }
 
-/** The search as it is defined. A holder of kids is entered once, however often it is listed. */
+/** The search along an array. A holder of kids is entered once, however often it is listed. */
 class TitleSearch {
 public:
-    TitleSearch(LexObj title, bool trueSiblings) : title_(title), trueSiblings_(trueSiblings) {}
+    explicit TitleSearch(LexObj title) : title_(title) {}
 
     /** True when the search is over; `*field` is then the result. `place` is what holds the array. */
     bool In(LexObj array, LexObj place, int depth, DMField **field) {
@@ -45,7 +46,7 @@ public:
             if (!IsDict(element)) continue;
             const LexObj own = LexDictGet(element, T_K);
             if (IsString(own)) {
-                if (!SameTitle(own, title_) || !Counts(element, place)) continue;
+                if (!SameTitle(own, title_) || !IsTrueSibling(element, place)) continue;
                 *field = TSDMFieldFromLexObj(element);
                 return true;
             }
@@ -57,12 +58,11 @@ public:
     }
 
 private:
-    bool Counts(LexObj element, LexObj place) const {
-        return !trueSiblings_ || LexObjEqual(TSLexDictGetOfType(element, parent_K, LexDict), place);
+    static bool IsTrueSibling(LexObj element, LexObj place) {
+        return LexObjEqual(TSLexDictGetOfType(element, parent_K, LexDict), place);
     }
 
     LexObj title_;
-    bool trueSiblings_;
     std::unordered_set<KRWord> entered_;
 };
 
@@ -72,12 +72,6 @@ KRBool TakeKey(LexObj key, LexObj, void *clientData) {
 }
 
 } // namespace
-
-DMField *TSDMFieldInHierarchyFromName(LexObj array, LexObj title) {
-    DMField *field = nullptr;
-    if (IsString(title)) TitleSearch(title, /*trueSiblings*/ false).In(array, LexNullObj, /*depth*/ 0, &field);
-    return field;
-}
 
 DMField *FieldSiblingFind(DMDoc doc, DMField *at, LexObj array, LexObj title, const std::string &fullName) {
     if (!IsArray(array)) return nullptr;
@@ -89,7 +83,7 @@ DMField *FieldSiblingFind(DMDoc doc, DMField *at, LexObj array, LexObj title, co
         if (code == KRErrNone && !TSDMDocGetDMFieldFromName(doc, fullName.c_str())) return nullptr;
     }
     DMField *field = nullptr;
-    TitleSearch(title, /*trueSiblings*/ true).In(array, at ? at->obj : LexNullObj, /*depth*/ 0, &field);
+    TitleSearch(title).In(array, at ? at->obj : LexNullObj, /*depth*/ 0, &field);
     return field;
 }
 

@@ -1,8 +1,6 @@
-// The per-document control blocks, and the name entries with their same-name lists.
+// The per-document control blocks, and the lists of names and objects in them.
 //
-//  1. A record enters byObject and its name entry together (TSDMFieldDefine), and leaves both together (DropRecord).
-//  2. What can fail while a record is entered is done before the first link is changed.
-//  3. Whatever frees a record or an entry first moves the running enumerations past it.
+// What can fail while a record is entered is done before the first link is changed.
 // SPDX-License-Identifier: MIT
 #include "model/NameHash.h"
 
@@ -21,11 +19,6 @@ namespace {
 
 std::string_view NameOf(const NameEntry *entry) {
     return {NameStrAddr(&entry->name), NameStrLen(&entry->name)};
-}
-
-/** The document's object store is gone, and its handle may stand for another by now. */
-bool IsStale(const DocHashControl *control) {
-    return !LexObjEqual(control->catalog, LexNullObj) && IsNull(control->catalog);
 }
 
 void FreeEntry(NameEntry *entry) {
@@ -48,7 +41,6 @@ void FreeIndex(DocHashControl *control) {
     control->byName.clear();
     control->byObject.clear();
     control->arrays.clear();
-    control->kidsLoaded.clear();
     control->moving.clear();
     control->moved.Clear();
     control->fieldCount = 0;
@@ -66,7 +58,7 @@ DocHashControl *NewBlock(LexDoc lexDoc, DMDoc doc, bool ensureWrite) {
     auto control = std::make_unique<DocHashControl>();
     control->lexDoc = lexDoc;
     control->doc = doc;
-    control->catalog = LexDocGetRoot(lexDoc);
+    control->stamp = DocStampOf(lexDoc);
     if (ensureWrite) DMDocEnsureWrite(doc, /*load*/ true, /*flags*/ 0);
     control->next = OpenDocsHashControls;
     return OpenDocsHashControls = control.release();
@@ -130,13 +122,28 @@ void LeaveList(DocHashControl *control, NameEntry *entry, DMField *field) {
     (field->nextSameName ? field->nextSameName->prevSameName : entry->tail) = field->prevSameName;
 }
 
-void LeaveObjectIndex(DocHashControl *control, DMField *field) {
+void EnterObject(DocHashControl *control, DMField *field) {
+    field->objectKey = LexObjGetID(field->obj);
+    control->byObject.emplace(field->objectKey, field);
+}
+
+void LeaveObject(DocHashControl *control, DMField *field) {
+    if (control->lastField == field) control->lastField = nullptr;
     const auto [first, last] = control->byObject.equal_range(field->objectKey);
     for (auto it = first; it != last; ++it) {
         if (it->second != field) continue;
         control->byObject.erase(it);
         return;
     }
+}
+
+/** The record's place under its full name: in an entry's list, at the front if it is to lead. Raises KRErrNoMemory. */
+void EnterName(DocHashControl *control, DMField *field, std::string_view name, bool inFront) {
+    NameEntry *entry = NameHashFind(control, name);
+    if (!entry) entry = NewEntry(control, name);
+    field->name = &entry->name;
+    EnterList(entry, field, inFront);
+    ++control->fieldCount;
 }
 
 /** A field is alone under its name from now on: it says so if it is a whole field. */
@@ -150,21 +157,20 @@ KRErrorCode TellJoined(DocHashControl *control, DMField *field) {
     });
 }
 
-/** Takes a record out of its name's list, and out of the index. */
-void LeaveNames(DocHashControl *control, DMField *field, KRErrorCode *kept) {
+/** Takes a record out of its name's list. `*kept` is the code of what an observer raised. */
+void LeaveName(DocHashControl *control, DMField *field, KRErrorCode *kept) {
     NameEntry *entry = NameEntryOf(field);
     LeaveList(control, entry, field);
+    --control->fieldCount;
     if (entry->head && entry->head == entry->tail) {
         DMField *alone = entry->head;
         // An observer may undefine that one too, and with it the entry.
         const std::string name(NameOf(entry));
-        const KRErrorCode code = TellJoined(control, alone);
-        if (code != KRErrNone) *kept = code;
+        *kept = TellJoined(control, alone);
         entry = NameHashFind(control, name);
         if (entry && entry->head == alone) alone->state ^= DMFieldSharesName;
     }
     if (entry && !entry->head) DropEntry(control, entry);
-    LeaveObjectIndex(control, field);
 }
 
 } // namespace
@@ -184,7 +190,7 @@ DocHashControl *TSLexDocFindHashHead(LexDoc doc) {
     if (!doc) return nullptr;
     for (DocHashControl **link = &OpenDocsHashControls; *link; link = &(*link)->next) {
         if ((*link)->lexDoc != doc) continue;
-        if (!IsStale(*link)) return *link;
+        if (!DocIsGone((*link)->stamp)) return *link;
         FreeBlock(link);
         return nullptr;
     }
@@ -199,7 +205,7 @@ DocHashControl *TSLexDocGetHashHead(LexDoc doc) {
 
 DocHashControl *TSDMDocFindHashHead(DMDoc doc) {
     for (DocHashControl *control = OpenDocsHashControls; control; control = control->next) {
-        if (control->doc == doc && !IsStale(control)) return control;
+        if (control->doc == doc && !DocIsGone(control->stamp)) return control;
     }
     return nullptr;
 }
@@ -240,90 +246,31 @@ std::int32_t TSDMFieldDefine(DMField *newField, std::string_view name) {
     std::unique_ptr<DMField> field(newField);
     DocHashControl *control = TSLexDocGetHashHead(LexObjGetDoc(field->obj));
     if (!control || !control->editOK || control->closing || name.size() > MaxFieldNameLength) return 1;
-    field->objectKey = LexObjGetID(field->obj);
     const bool inFront = LexDictKnown(field->obj, Kids_K);
-    const auto place = control->byObject.emplace(field->objectKey, field.get());
-    NameEntry *entry = NameHashFind(control, name);
-    if (!entry) {
-        const KRErrorCode code = Protect([&] { entry = NewEntry(control, name); });
-        if (code != KRErrNone) {
-            control->byObject.erase(place);
-            field.reset();
-            KRRaise(code);
-        }
+    EnterObject(control, field.get());
+    const KRErrorCode code = Protect([&] { EnterName(control, field.get(), name, inFront); });
+    if (code != KRErrNone) {
+        LeaveObject(control, field.get());
+        field.reset();
+        KRRaise(code);
     }
-    field->name = &entry->name;
-    EnterList(entry, field.get(), inFront);
-    ++control->fieldCount;
     control->lastField = field.release();
     return 0;
 }
 
-FieldRemoval::~FieldRemoval() {
-    Protect([&] { Finish(); });
+void DMFieldSetObj(DMField *field, LexObj dict) {
+    DocHashControl *control = TSLexDocGetHashHead(TSDMFieldGetLexDoc(field));
+    if (control) LeaveObject(control, field);
+    field->obj = dict;
+    if (control) EnterObject(control, field);
 }
 
-void FieldRemoval::Undefine(DMField *field) {
-    if (!field || !IsDict(field->obj) || !LexObjIsIndirect(field->obj)) return;
-    DocHashControl *control = TSLexDocGetHashHead(LexObjGetDoc(field->obj));
-    if (!control) return;
-    LeaveNames(control, field, &kept_);
-    while (field->firstChild) DMFieldUnlinkChild(field->firstChild);
-    const std::unique_ptr<DMField> freed(field);
-    const DMField *parent = field->parent;
-    DMFieldUnlinkChild(field);
-    --control->fieldCount;
-    control->lastField = nullptr;
-    control->kidsLoaded.clear();
-    const KRErrorCode code = Protect([&] {
-        if (parent) LexDictRemove(field->obj, parent_K);
-        NoteLeaving(parent ? parent->obj : TSLexObjGetTessella(field->obj), parent ? Kids_K : formFields_K, field->obj);
-    });
-    if (code != KRErrNone) kept_ = code;
-}
-
-void FieldRemoval::NoteLeaving(LexObj owner, KRAtom key, LexObj dict) {
-    const std::int32_t id = LexObjGetID(owner);
-    const auto [first, last] = byOwner_.equal_range(id);
-    for (auto it = first; it != last; ++it) {
-        Leaving &leaving = leaving_[it->second];
-        if (leaving.key != key || !LexObjEqual(leaving.owner, owner)) continue;
-        leaving.dicts.Add(dict);
-        return;
-    }
-    byOwner_.emplace(id, leaving_.size());
-    leaving_.push_back({owner, key, {}});
-    leaving_.back().dicts.Add(dict);
-}
-
-void FieldRemoval::LeaveArray(const Leaving &leaving) {
-    const LexObj array = TSLexDictGetOfType(leaving.owner, leaving.key, LexArray);
-    if (!IsArray(array)) return;
-    FieldArrayRemoveAll(leaving.owner, leaving.key, leaving.dicts);
-    if (leaving.key != Kids_K || LexArrayLength(LexDictGet(leaving.owner, Kids_K)) > 0) return;
-    LexDictRemove(leaving.owner, Kids_K);
-    // A parent that is being built or loads its kids is in use further up; whoever builds it sees to it.
-    DMField *parent = TSLexObjFindDMField(leaving.owner);
-    if (parent && !(parent->state & (DMFieldInvalid | DMFieldLoadingKids))) Undefine(parent);
-}
-
-void FieldRemoval::Finish() {
-    // Parents that are left without kids follow them, and so on upward.
-    while (!leaving_.empty()) {
-        const std::vector<Leaving> round = std::exchange(leaving_, {});
-        byOwner_.clear();
-        for (const Leaving &leaving : round) {
-            const KRErrorCode code = Protect([&] { LeaveArray(leaving); });
-            if (code != KRErrNone) kept_ = code;
-        }
-    }
-    RaiseIf(std::exchange(kept_, KRErrNone));
-}
-
-void TSDMFieldUndefine(DMField *field) {
-    FieldRemoval removal;
-    removal.Undefine(field);
-    removal.Finish();
+KRErrorCode NameHashLeave(DocHashControl *control, DMField *field) {
+    KRErrorCode raised = KRErrNone;
+    ++control->leaving;
+    LeaveName(control, field, &raised);
+    LeaveObject(control, field);
+    return raised;
 }
 
 void DocFreeLex(DMDoc doc, bool closing) {
@@ -337,7 +284,7 @@ void DocFreeLex(DMDoc doc, bool closing) {
 
 void CleanUpOpenDocsHashControls() {
     for (DocHashControl **link = &OpenDocsHashControls; *link;) {
-        if ((*link)->closing || IsStale(*link))
+        if ((*link)->closing || DocIsGone((*link)->stamp))
             FreeBlock(link);
         else
             link = &(*link)->next;

@@ -1,15 +1,28 @@
-// A document's index of its fields by full name, and the block that owns all of a document's field records.
+// The index of a document's fields: by full name in 23 hash chains, whose order is the order of enumeration, which
+// exports and scripts can see. Beside the chains stand indexes and notes that only answer questions. What stands here
+// is changed in groups; of each group one pair of routines knows all members.
 //
-// The chains and lists below are the order of enumeration, which exports and scripts can see. Beside them stand indexes
-// that only answer questions; each says which order it leaves alone. Both are changed by the same few operations.
+// Names (EnterName, LeaveName of NameHash.cpp): `buckets`, `byName`, the same-name lists, DMFieldSharesName,
+// `fieldCount`
+//  1. A name entry stands in the chain of its name's bucket and in `byName`, for as long as a field has its name.
+//  2. A record stands in the list of the entry that its `name` points into, once. `tail` ends the list.
+//  3. All fields of a list of several have DMFieldSharesName.
+//  4. `fieldCount` is the number of records.
+// Objects (EnterObject, LeaveObject of NameHash.cpp): `byObject`, `lastField`
+//  5. A record stands in `byObject` under its `objectKey`, once. `lastField` is a record or null.
+// Tree (DMFieldLinkChild, DMFieldUnlinkChild of DMFieldLinks.cpp): the links of DMField, `terminalKnown`, `kidsLoaded`
+//  6. `parent` is set exactly while the record stands in its parent's list of children, once.
+//  7. A record known as terminal has only children of its own name.
+// Notes (DMFieldNoteEntry; a bit that leaves `entries` makes none of them false): `absent`
+//  8. No field of a list has an entry that the list's `absent` names.
+// Life (FreeIndex, and the routines above for what leaves alone): `cursors`, `closing`
+//  9. A running enumeration stands on records and entries that live, or has ended.
+// 10. A block marked `closing` holds no records and waits to be freed.
 //
-//  1. A name entry lives as long as a field has its name; `head` is never null.
-//  2. A record is freed by TSDMFieldUndefine, or by DocFreeLex with all others; nothing else frees one.
-//  3. A block marked `closing` holds no records and waits to be freed.
-// SPDX-License-Identifier: MIT
+// They hold whenever no record is on its way out (`leaving`); DocHashCheck (NameHashCheck.h) tests them. A record is
+// freed by FieldRemoval, or by DocFreeLex with all others; nothing else frees one. SPDX-License-Identifier: MIT
 #pragma once
 
-#include <memory>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -17,6 +30,7 @@
 #include "KRErrors.h"
 #include "base/NameStr.h"
 #include "model/DMField.h"
+#include "model/DocStamp.h"
 #include "model/FieldArray.h"
 #include "model/LexObjSet.h"
 
@@ -54,39 +68,46 @@ struct DocHashControl {
     DocHashControl *next = nullptr;
     DMDoc doc = nullptr;
     LexDoc lexDoc = nullptr;
-    /** The last field created or found by name. */
-    DMField *lastField = nullptr;
+    DocStamp stamp;
+
+    // Names.
     /** New entries go to the front. */
     NameEntry *buckets[NameHashBucketCount] = {};
+    /** Entries by full name: the order within `buckets` is untouched by it. */
+    std::unordered_map<std::string_view, NameEntry *> byName;
+    std::uint32_t fieldCount = 0;
+
+    // Objects.
+    /** Records by object number, beside the same-name lists: LexObjEqual decides, and it orders nothing. */
+    std::unordered_multimap<std::int32_t, DMField *> byObject;
+    /** The last field created or found by name: who found a field by name asks for it by its dictionary next. */
+    DMField *lastField = nullptr;
+
+    // Life.
     /** All fields of `Fields` have been scanned. */
     bool loaded = false;
+    /** TSDMDocLoadDMFields is scanning. */
+    bool loading = false;
     /** Fields may be read and made; clear during a save. */
     bool editOK = true;
     /** The document is going away; the block waits to be freed. */
     bool closing = false;
-    std::uint32_t fieldCount = 0;
+    /** The innermost running enumeration. */
+    FieldCursor *cursors = nullptr;
+    /** Records that have left their lists and are still linked in the tree, while observers hear of it. */
+    std::uint32_t leaving = 0;
 
-    /** Entries by full name, beside the chains: the order within `buckets` is untouched by it. */
-    std::unordered_map<std::string_view, NameEntry *> byName;
-    /** Records by object number, beside the same-name lists: LexObjEqual decides, and it orders nothing. */
-    std::unordered_multimap<std::int32_t, DMField *> byObject;
+    // Helpers, each true by itself.
     /** Members of long `Fields` and `Kids` arrays, beside the arrays, whose order it leaves alone. */
     FieldArrayIndex arrays;
-    /** Tops of groups whose kids were loaded, with the length of their `Kids` then; emptied when a field is undefined.
-     */
-    std::unordered_map<const DMField *, std::int32_t> kidsLoaded;
     /** Widgets under a dotted title that are on their way into the tree, without title and parent for the moment. */
     std::vector<LexObj> moving;
     /** Those that are through with it and still stand in `Fields`; they leave it together when the load is through. */
     LexObjSet moved;
-    /** TSDMDocLoadDMFields is scanning. */
-    bool loading = false;
     /** The name `Off` that buttons without a value read as, made once. */
     LexObj offName = LexNullObj;
-    /** Tells a block whose document is gone, should its handle be given out again: the catalog reads as null then. */
-    LexObj catalog = LexNullObj;
-    /** The innermost running enumeration. */
-    FieldCursor *cursors = nullptr;
+    /** Edits since all invariants were last tested; counted in debug builds. */
+    std::uint32_t editsSinceCheck = 0;
 };
 
 /** The blocks of all documents that were touched, newest first. */
@@ -129,43 +150,14 @@ DMField *AllocDMField(std::string_view name, LexObj dict);
  * KRErrNoMemory, the record freed.
  */
 std::int32_t TSDMFieldDefine(DMField *field, std::string_view name);
+/** Gives a record another dictionary. */
+void DMFieldSetObj(DMField *field, LexObj dict);
 /**
- * Frees a record and takes its dictionary out of the tree: out of `Fields`, or out of the parent's `Kids`, and then a
- * parent left without kids goes as well, up to the root. Server 6 hears of a terminal field that is alone under its
- * name from now on. Children of the field lose their parent. Null allowed.
+ * Takes a record out of its name's list and out of the index by object, and frees an entry that is left without fields.
+ * TSFieldDidJoin observers hear of a whole field that is alone under its name from now on. Gives the code of what one
+ * of them raised.
  */
-void TSDMFieldUndefine(DMField *field);
-
-/**
- * TSDMFieldUndefine for many fields of one document. The dictionaries leave their arrays together in Finish, so that a
- * long array is gone through once and not once for each; until then they still stand there.
- */
-class FieldRemoval {
-public:
-    FieldRemoval() = default;
-    /** Finishes, what is raised then being lost. */
-    ~FieldRemoval();
-    FieldRemoval(const FieldRemoval &) = delete;
-    FieldRemoval &operator=(const FieldRemoval &) = delete;
-
-    /** Null allowed. Raises nothing: what observers raised comes out of Finish. */
-    void Undefine(DMField *field);
-    void Finish();
-
-private:
-    struct Leaving {
-        LexObj owner;
-        KRAtom key;
-        LexObjSet dicts;
-    };
-    void NoteLeaving(LexObj owner, KRAtom key, LexObj dict);
-    void LeaveArray(const Leaving &leaving);
-
-    std::vector<Leaving> leaving_;
-    /** Places in `leaving_` by the owner's object number. */
-    std::unordered_multimap<std::int32_t, std::size_t> byOwner_;
-    KRErrorCode kept_ = KRErrNone;
-};
+KRErrorCode NameHashLeave(DocHashControl *control, DMField *field);
 
 /**
  * Frees all records and names of a document without touching a dictionary. With `closing` the block takes no more

@@ -16,6 +16,7 @@
 #include "objects/Tessella.h"
 #include "services/Cursors.h"
 #include "services/PlugInData.h"
+#include "services/Subscribe.h"
 #include "shell/AboutItem.h"
 #include "shell/FormsTables.h"
 #include "unix/src/mdPI.h"
@@ -41,8 +42,7 @@ void miPIDocWillPrintPages(DMDoc doc, std::int32_t, std::int32_t, void *) {
 }
 
 bool miPIRegisterNotifications() {
-    const auto proc = PICallback(gExtensionID, &miPIDocWillPrintPages);
-    SCAppRegisterNotification(DMDocWillPrintPages, gExtensionID, reinterpret_cast<KRProc>(proc), nullptr);
+    Subscribe(DMDocWillPrintPages, &miPIDocWillPrintPages);
     return true;
 }
 

@@ -3,6 +3,7 @@
 #include "model/miCalc.h"
 
 #include "model/DocData.h"
+#include "model/FieldRemoval.h"
 #include "model/LexField.h"
 #include "model/NameHash.h"
 #include "objects/LexUtil.h"

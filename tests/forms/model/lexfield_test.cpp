@@ -139,28 +139,6 @@ TEST_F(LexField, DefiningAFieldAgainKeepsOrMovesIt) {
     EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 3);
 }
 
-TEST_F(LexField, SearchRunsFromTheLastAndThroughUntitledNodes) {
-    auto objects = FormObjects({"/FT /Tx /T (a)", "/FT /Tx /T (b)"});
-    objects.push_back("<< /Kids [7 0 R 6 0 R] >>"); // object 6: holds itself
-    objects.push_back("<< /T (deep) /FT /Tx >>");
-    TestDoc doc(objects);
-    const LexObj fields = doc.At("Tessella/Fields");
-    const LexObj twin = LexNewDict(doc.lex, true, 2);
-    LexDictPut(twin, T_K, Str(doc, "a"));
-    LexDictPut(twin, FT_K, Name(doc, "Tx"));
-    LexArrayInsert(fields, 9, twin);
-    EXPECT_TRUE(LexObjEqual(TSDMFieldGetLexObj(TSDMFieldInHierarchyFromName(fields, Str(doc, "a"))), twin));
-    EXPECT_EQ(TSDMFieldInHierarchyFromName(fields, Str(doc, "none")), nullptr);
-    EXPECT_EQ(TSDMFieldInHierarchyFromName(fields, LexNullObj), nullptr);
-    EXPECT_EQ(TSDMFieldInHierarchyFromName(doc.At("Tessella"), Str(doc, "a")), nullptr);
-
-    const LexObj parts = FullNameArrayObj(doc.lex, "x..y.");
-    ASSERT_EQ(LexArrayLength(parts), 3);
-    EXPECT_EQ(Text(LexArrayGet(parts, 1)), "");
-    EXPECT_EQ(Text(LexArrayGet(parts, 2)), "y");
-    EXPECT_EQ(LexObjGetType(FullNameArrayObj(doc.lex, "..")), LexNull);
-}
-
 TEST_F(LexField, RemovingAFieldLeavesTheAnnotation) {
     TestDoc doc(FormObjects({"/FT /Tx /T (a) /V (v)", "/FT /Tx /T (b) /V (w)"}));
     const LexObj a = doc.At("Tessella/Fields/0");

@@ -9,7 +9,9 @@
 #include "doc/Document.h"
 #include "model/DocData.h"
 #include "model/FieldArray.h"
+#include "model/FieldRemoval.h"
 #include "model/LexField.h"
+#include "model/NameHashCheck.h"
 #include "objects/LexUtil.h"
 #include "tests/forms/ModelFixture.h"
 
@@ -389,6 +391,34 @@ TEST_F(NameHash, ATreeTooDeepIsLeftOut) {
     EXPECT_GE(made, 200);
     EXPECT_LE(made, TSLimitOf(TSLimitFieldDepth) + 1);
     EXPECT_TRUE(TSDMFieldIsTerminal(FieldOf(doc, "top")));
+}
+
+TEST_F(NameHash, EachBrokenInvariantIsFound) {
+    TestDoc doc(TreeObjects("4 0 R 7 0 R", {"<< /T (g) /FT /Tx /Kids [5 0 R 6 0 R] >>", Widget("/Parent 4 0 R"),
+                                            Widget("/Parent 4 0 R"), Widget("/T (alone) /FT /Tx")}));
+    DMField *top = FieldOf(doc, "g"), *alone = FieldOf(doc, "alone");
+    DocHashControl *control = TSLexDocFindHashHead(doc.lex);
+    ASSERT_TRUE(TSDMFieldIsTerminal(top) && top->terminalKnown);
+    ASSERT_EQ(DocHashFault(control), 0);
+    const auto faultWhile = [control](auto &place, auto value) {
+        const auto before = std::exchange(place, value);
+        const int fault = DocHashFault(control);
+        place = before;
+        return fault;
+    };
+    EXPECT_EQ(faultWhile(NameEntryOf(alone)->head, nullptr), 1);
+    EXPECT_EQ(faultWhile(top->nextSameName, nullptr), 2);
+    EXPECT_EQ(faultWhile(top->state, top->state & ~DMFieldSharesName), 3);
+    EXPECT_EQ(faultWhile(control->fieldCount, 3u), 4);
+    EXPECT_EQ(faultWhile(alone->objectKey, top->objectKey), 5);
+    EXPECT_EQ(faultWhile(top->firstChild->parent, alone), 6);
+    EXPECT_EQ(faultWhile(top->firstChild->name, alone->name), 2);
+    EXPECT_EQ(faultWhile(NameEntryOf(top)->absent, std::uint32_t{top->entries = TSEntryV}), 8);
+    EXPECT_EQ(faultWhile(control->closing, true), 10);
+    FieldCursor stray;
+    DMField gone{};
+    stray.field = &gone;
+    EXPECT_EQ(faultWhile(control->cursors, &stray), 9);
 }
 
 TEST_F(NameHash, ALimitThatIsSetHolds) {
