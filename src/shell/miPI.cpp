@@ -59,13 +59,22 @@ KRBool ExtensionReplaceAndRegister() {
     return miPIRegisterNotifications() && miPIReplaceHFTEntries();
 }
 
-// The form model's observers need the notification servers, which the export callback has made. A false leaves what
-// was started running; ExtensionTerm copes with that.
-KRBool ExtensionInit() {
+// Undoes what Start did, as far as it came. Subscriptions and callbacks go with the process.
+KRBool ExtensionTerm() {
+    CursorsTerm();
+    if (!gData) return true;
+    DestroyTessellaNotificationServer();
+    mdTerm();
+    delete gData;
+    gData = nullptr;
+    return true;
+}
+
+// The form model's observers need the notification servers, which the export callback has made.
+bool Start() {
     TessellaKRAtoms();
     gData = new (std::nothrow) TSPlugInData{};
-    if (!gData) return false;
-    mdInit();
+    if (!gData || !mdInit()) return false;
     gData->topWidget = mdGetRootWidget();
     miPIAddMenuItems();
     InitProtoField();
@@ -76,14 +85,10 @@ KRBool ExtensionInit() {
     return true;
 }
 
-KRBool ExtensionTerm() {
-    CursorsTerm();
-    if (!gData) return true;
-    DestroyTessellaNotificationServer();
-    mdTerm();
-    delete gData;
-    gData = nullptr;
-    return true;
+KRBool ExtensionInit() {
+    if (Start()) return true;
+    ExtensionTerm();
+    return false;
 }
 
 } // namespace

@@ -3,10 +3,13 @@
 #include "unix/src/mdPI.h"
 
 #include "Common/unix/mdUtils.h"
+#include "UnixHFT.h"
 
-void mdInit() {
+bool mdInit() {
     void *shell = mdInitUtils();
-    if (shell) mdGetToolkit()->addActions(shell);
+    if (!shell) return !UnixGetTopWidget() || !mdGetToolkit();
+    mdGetToolkit()->addActions(shell);
+    return true;
 }
 
 void mdTerm() {

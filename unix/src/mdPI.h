@@ -2,7 +2,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/** Makes the plug-in's shell and adds its actions. Without a window neither, and that is no failure. */
-void mdInit();
-/** Destroys the shell. */
+/**
+ * Makes the plug-in's shell and adds its actions. False when there are a window and a toolkit, but no shell came of them;
+ * without a window there is nothing to make, and nothing fails.
+ */
+bool mdInit();
+/** Destroys the shell, if there is one. */
 void mdTerm();

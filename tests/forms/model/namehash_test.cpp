@@ -394,8 +394,8 @@ TEST_F(NameHash, ATreeTooDeepIsLeftOut) {
 }
 
 TEST_F(NameHash, EachBrokenInvariantIsFound) {
-    TestDoc doc(TreeObjects("4 0 R 7 0 R", {"<< /T (g) /FT /Tx /Kids [5 0 R 6 0 R] >>", Widget("/Parent 4 0 R"),
-                                            Widget("/Parent 4 0 R"), Widget("/T (alone) /FT /Tx")}));
+    TestDoc doc(TreeObjects("4 0 R 7 0 R", {"<< /T (g) /FT /Tx /Kids [5 0 R 6 0 R] >>", WidgetObject("/Parent 4 0 R"),
+                                            WidgetObject("/Parent 4 0 R"), WidgetObject("/T (alone) /FT /Tx")}));
     DMField *top = FieldOf(doc, "g"), *alone = FieldOf(doc, "alone");
     DocHashControl *control = TSLexDocFindHashHead(doc.lex);
     ASSERT_TRUE(TSDMFieldIsTerminal(top) && top->terminalKnown);
