@@ -18,5 +18,6 @@ std::int32_t BufControlAlloc(BufControl *control, std::uint16_t size);
 void BufControlFree(BufControl *control);
 /** Appends; 0, or 1 when the buffer is full or memory fails. In the latter case the buffer is freed. */
 std::int32_t BufStrCat(BufControl *control, const char *text);
-/** Appends a name and a terminator that `length` does not count; results as BufStrCat. */
+/** For data exchange, which writes names. Appends a name and a terminator that `length` does not count; results as
+ * BufStrCat. */
 std::int32_t BufNmCat(BufControl *control, const NameStr *name);

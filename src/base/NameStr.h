@@ -28,6 +28,8 @@ void NameStrCpy(char *target, const NameStr *name);
 // These fill a fresh record: what `out` held is not freed. Without memory it becomes the empty name.
 
 void Str_to_NameStr(std::uint8_t len, const char *text, NameStr *out);
+// What follows is for data exchange, which reads names from files and writes them in the host's encoding.
+
 /** The bytes of a string object; the empty name for any other. */
 void TSLexStr_to_NameStr(LexObj obj, NameStr *out);
 void NameStr_to_NameStr(const NameStr *source, NameStr *out);

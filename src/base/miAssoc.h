@@ -1,4 +1,5 @@
-// A process-wide store of blocks by a key of three parts.
+// A process-wide store of blocks by a key of three parts: for the native lists of a window, which keep there what is
+// selected in a field while its control is away.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -8,7 +8,8 @@
 /** One of the two Japanese base fonts, by the atom of its `BaseFont`. */
 bool IsKanji(KRAtom fontAtom);
 
-/** Sets bytes with the tag that fits: UCS-2 by their mark, else Shift-JIS for a Japanese font, else host text. */
+/** For the captions that scripts set. Sets bytes with the tag that fits: UCS-2 by their mark, else Shift-JIS for a
+ * Japanese font, else host text. */
 void EStrCorrectEncoding(EStr *str, const char *bytes, KRAtom fontAtom);
 
 // Both give the bytes written without terminator; the target is cut to `size` bytes behind a whole character.

@@ -109,6 +109,24 @@ bool NameHashInit() {
     return true;
 }
 
+bool TJSDocInit(SCDoc view) {
+    TJSDocData *data = TJSGetData(SCDocGetDMDoc(view));
+    if (!data) return false;
+    data->scDoc = view;
+    if (gDocSeams.runDocumentScripts) gDocSeams.runDocumentScripts(data);
+    return true;
+}
+
+void TJSDocTerm(SCDoc view, bool saveCalcArray) {
+    const DMDoc doc = SCDocGetDMDoc(view);
+    TJSDocData *data = TJSGetData(doc);
+    if (gDocSeams.forgetSubscriptions) gDocSeams.forgetSubscriptions(view, data);
+    if (!data) return;
+    // While the record is still listed: the names are looked up through it.
+    if (saveCalcArray && data->calcArray) TSDMDocSetCalcArray(doc, data->calcArray);
+    TJSDropData(data);
+}
+
 void frm_DocDidOpen(SCDoc view, KRErrorCode error, void *) {
     const DMDoc doc = error == KRErrNone && view ? SCDocGetDMDoc(view) : nullptr;
     if (!doc) return;

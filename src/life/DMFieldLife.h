@@ -39,7 +39,16 @@ void tessellaChanged(void *record, void *clientData);
 /** The step for one field; `mask` points to a std::uint32_t of changed entries. True: to go on. */
 KRBool fieldUpdate(DMField *field, void *mask);
 
+// For the menu items of a window and of data exchange: what the document's permissions allow.
+
 /** The form may be designed: permission bits 8 and 32 both, or 0x8000. */
 bool TSDMDocMakerIsOK(DMDoc doc);
 /** The form may be filled in: permission bit 8, 32 or 0x8000. */
 bool TSDMDocFillerIsOK(DMDoc doc);
+
+// The script record in the life of a view.
+
+/** Stores the view and runs the document's scripts. False when there is no record. */
+bool TJSDocInit(SCDoc view);
+/** Drops the record. With `saveCalcArray` the calculation order is written to the form before. */
+void TJSDocTerm(SCDoc view, bool saveCalcArray);

@@ -18,6 +18,7 @@
 #include "model/LexField.h"
 #include "model/NameHash.h"
 #include "model/WidgetReg.h"
+#include "model/WidgetType.h"
 #include "model/miAction.h"
 #include "model/miCalc.h"
 #include "objects/LexUtil.h"

@@ -12,6 +12,7 @@
 #include "ScreenViewHFT.h"
 #include "base/FormStr.h"
 #include "model/WidgetReg.h"
+#include "model/WidgetType.h"
 #include "objects/LexUtil.h"
 
 namespace {

@@ -1,4 +1,5 @@
-// Services over the host's views: which view, page and rectangle a widget is at, focus, frames.
+// Services over the host's views: which view, page and rectangle a widget is at, focus, frames. Those that nothing
+// calls yet wait for the annotation handler of a window, which moves, frames and focuses widgets.
 //
 // SCRect is in device units of the page view, KRFixedRect in points of the page.
 // SPDX-License-Identifier: MIT
@@ -14,8 +15,8 @@ SCDoc TSLexDocGetSCDoc(LexDoc doc);
 bool TSSCLanguageIsJPN();
 
 /**
- * A record to stand where a view is wanted and none exists: it carries the document and nothing else. Never given to
- * the host. Raises KRErrNoMemory.
+ * For scripts of a document that no view shows: a record to stand where a view is wanted and none exists: it carries
+ * the document and nothing else. Never given to the host. Raises KRErrNoMemory.
  */
 SCDoc TSMallocSCDocShell();
 void TSSCDocShellSetDMDoc(SCDoc shell, DMDoc doc);

@@ -14,6 +14,8 @@
 #include "base/FormStr.h"
 #include "base/Limits.h"
 #include "model/DMFieldValue.h"
+#include "model/FieldArray.h"
+#include "model/FieldName.h"
 #include "model/FieldRemoval.h"
 #include "model/LexField.h"
 #include "model/NameHash.h"
@@ -215,6 +217,18 @@ void FlattenInto(LexObj dict, const std::string &prefix, int depth) {
     }
 }
 
+/** Makes the records of a group's kids: all widgets of one name exist as soon as one does. */
+void LoadKids(DMField *top) {
+    const LexObj kids = TSLexDictGetOfType(top->obj, Kids_K, LexArray);
+    if (!IsArray(kids)) return;
+    const std::int32_t length = LexArrayLength(kids);
+    if (top->kidsLoaded == length) return;
+    top->state |= DMFieldLoadingKids;
+    for (std::int32_t i = length; i-- > 0;) TSDMFieldFromLexObj(LexArrayGet(kids, i));
+    top->state &= ~DMFieldLoadingKids;
+    top->kidsLoaded = LexArrayLength(kids);
+}
+
 } // namespace
 
 DMField *TSDMFieldFromLexObj(LexObj dict) {
@@ -228,6 +242,15 @@ DMField *TSDMFieldFromLexObj(LexObj dict) {
         if (FormFieldNameAcquire(dict, &name)) field = CreateDMFieldFilter({name.text, name.length}, dict);
     });
     return code == KRErrNone ? field : nullptr;
+}
+
+bool DMFieldLinkToParent(DMField *field) {
+    DMField *parent = TSDMFieldFromLexObj(TSLexDictGetOfType(field->obj, parent_K, LexDict));
+    if (!parent || !DMFieldLinkChild(parent, field)) return false;
+    if (parent->name != field->name || field->nextSibling) return true;
+    DMField *top = DMFieldTopOfName(field);
+    if (!(top->state & DMFieldLoadingKids)) LoadKids(top);
+    return true;
 }
 
 void PopulateDMField(DMField *field) {

@@ -1,11 +1,8 @@
-// The links between records: parents and children, and what follows from names along them.
+// The links between records.
 // SPDX-License-Identifier: MIT
-#include "model/DMField.h"
+#include "model/DMFieldLinks.h"
 
-#include "Common/src/miLexType.h"
-#include "base/FormStr.h"
 #include "base/Limits.h"
-#include "objects/LexUtil.h"
 
 namespace {
 
@@ -26,18 +23,6 @@ void ForgetTerminal(DMField *field) {
 /** Forgets that all kids of a group have records: one of them goes. */
 void ForgetLoadedKids(DMField *child) {
     for (DMField *at = child->parent; at && at->name == child->name; at = at->parent) at->kidsLoaded = 0;
-}
-
-/** Makes the records of a group's kids: all widgets of one name exist as soon as one does. */
-void LoadKids(DMField *top) {
-    const LexObj kids = TSLexDictGetOfType(top->obj, Kids_K, LexArray);
-    if (!IsArray(kids)) return;
-    const std::int32_t length = LexArrayLength(kids);
-    if (top->kidsLoaded == length) return;
-    top->state |= DMFieldLoadingKids;
-    for (std::int32_t i = length; i-- > 0;) TSDMFieldFromLexObj(LexArrayGet(kids, i));
-    top->state &= ~DMFieldLoadingKids;
-    top->kidsLoaded = LexArrayLength(kids);
 }
 
 } // namespace
@@ -64,15 +49,6 @@ void DMFieldUnlinkChild(DMField *child) {
     child->parent = child->nextSibling = child->prevSibling = nullptr;
 }
 
-bool DMFieldLinkToParent(DMField *field) {
-    DMField *parent = TSDMFieldFromLexObj(TSLexDictGetOfType(field->obj, parent_K, LexDict));
-    if (!parent || !DMFieldLinkChild(parent, field)) return false;
-    if (parent->name != field->name || field->nextSibling) return true;
-    DMField *top = DMFieldTopOfName(field);
-    if (!(top->state & DMFieldLoadingKids)) LoadKids(top);
-    return true;
-}
-
 DMField *DMFieldTopOfName(DMField *field) {
     while (field->parent && field->parent->name == field->name) field = field->parent;
     return field;
@@ -88,7 +64,7 @@ void DMFieldWipe(DMField *field) {
 }
 
 bool TSDMFieldIsTerminal(DMField *field) {
-    if (!TSDMFieldIsValid(field) || field->state & DMFieldNotTerminal) return false;
+    if (!field || field->state & (DMFieldInvalid | DMFieldNotTerminal)) return false;
     if (!field->firstChild || field->terminalKnown) return true;
     for (DMField *child = field->firstChild; child; child = child->nextSibling) {
         if (child->name == field->name && TSDMFieldIsTerminal(child)) continue;

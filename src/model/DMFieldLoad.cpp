@@ -10,6 +10,7 @@
 #include "base/FormStr.h"
 #include "base/Limits.h"
 #include "model/DocData.h"
+#include "model/FieldArray.h"
 #include "model/LexObjSet.h"
 #include "model/NameHash.h"
 #include "model/NameHashCheck.h"
@@ -72,22 +73,6 @@ bool WalkList(FieldCursor *cursor, const FieldWalk &walk) {
 }
 
 } // namespace
-
-DMField *TSLexObjFindDMField(LexObj dict) {
-    DocHashControl *control = TSLexDocFindHashHead(LexObjGetDoc(dict));
-    if (!control) return nullptr;
-    const auto [first, last] = control->byObject.equal_range(LexObjGetID(dict));
-    for (auto it = first; it != last; ++it) {
-        if (LexObjEqual(it->second->obj, dict)) return it->second;
-    }
-    return nullptr;
-}
-
-DMField *TSLexObjGetCachedDMField(LexObj dict) {
-    const DocHashControl *control = TSLexDocFindHashHead(LexObjGetDoc(dict));
-    if (!control || !control->lastField || !LexObjEqual(control->lastField->obj, dict)) return nullptr;
-    return control->lastField;
-}
 
 DMField *TSDMDocGetDMFieldFromName(DMDoc doc, const char *name) {
     if (!doc || !name) return nullptr;

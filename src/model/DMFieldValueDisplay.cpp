@@ -8,6 +8,7 @@
 #include "model/DMField.h"
 #include "model/DMFieldValueParts.h"
 #include "model/WidgetReg.h"
+#include "model/WidgetType.h"
 #include "objects/AnnotUtl.h"
 #include "objects/LexUtil.h"
 #include "objects/Tessella.h"

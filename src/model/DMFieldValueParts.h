@@ -7,6 +7,7 @@
 #include "LexHFT.h"
 #include "base/FormStr.h"
 #include "model/DMField.h"
+#include "model/NameHash.h"
 
 /** The atom of a name object; KRAtomNull for any other. */
 inline KRAtom LexNameOrNull(LexObj obj) {

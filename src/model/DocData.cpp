@@ -5,8 +5,7 @@
 #include <memory>
 
 #include "Common/src/miLexType.h"
-#include "ScreenViewHFT.h"
-#include "model/miCalc.h"
+#include "model/CalcArray.h"
 
 TJSDocSeams gDocSeams{};
 
@@ -15,24 +14,13 @@ namespace {
 /** The newest first. */
 TJSDocData *s_root = nullptr;
 
-void FreeData(TJSDocData *data) {
-    for (TJSDocData **link = &s_root; *link; link = &(*link)->next) {
-        if (*link != data) continue;
-        *link = data->next;
-        break;
-    }
-    TSCalcArrayDelete(data->calcArray);
-    delete data;
-}
-
 } // namespace
 
 TJSDocData *TJSFindData(DMDoc doc) {
     for (TJSDocData *data = s_root; data; data = data->next) {
         if (data->dmDoc != doc) continue;
         if (!DocIsGone(data->stamp)) return data;
-        if (gDocSeams.dropEngineObjects) gDocSeams.dropEngineObjects(data);
-        FreeData(data);
+        TJSDropData(data);
         return nullptr;
     }
     return nullptr;
@@ -52,23 +40,15 @@ TJSDocData *TJSGetData(DMDoc doc) {
     return s_root = data.release();
 }
 
-bool TJSDocInit(SCDoc view) {
-    TJSDocData *data = TJSGetData(SCDocGetDMDoc(view));
-    if (!data) return false;
-    data->scDoc = view;
-    if (gDocSeams.runDocumentScripts) gDocSeams.runDocumentScripts(data);
-    return true;
-}
-
-void TJSDocTerm(SCDoc view, bool saveCalcArray) {
-    const DMDoc doc = SCDocGetDMDoc(view);
-    TJSDocData *data = TJSGetData(doc);
-    if (gDocSeams.forgetSubscriptions) gDocSeams.forgetSubscriptions(view, data);
-    if (!data) return;
-    // While the record is still listed: the names are looked up through it.
-    if (saveCalcArray && data->calcArray) TSDMDocSetCalcArray(doc, data->calcArray);
+void TJSDropData(TJSDocData *data) {
     if (gDocSeams.dropEngineObjects) gDocSeams.dropEngineObjects(data);
-    FreeData(data);
+    for (TJSDocData **link = &s_root; *link; link = &(*link)->next) {
+        if (*link != data) continue;
+        *link = data->next;
+        break;
+    }
+    delete data->calcArray;
+    delete data;
 }
 
 bool TJSDocGetCalculate(DMDoc doc) {

@@ -62,10 +62,10 @@ TJSDocData *TJSGetData(DMDoc doc);
 /** The record, or null when there is none. Makes nothing and loads no scripts. */
 TJSDocData *TJSFindData(DMDoc doc);
 
-/** Stores the view and runs the document's scripts. False when there is no record. */
-bool TJSDocInit(SCDoc view);
-/** Drops the record. With `saveCalcArray` the calculation order is written to the form before. */
-void TJSDocTerm(SCDoc view, bool saveCalcArray);
+/** Takes the record off the list and frees it, with what the engine hung in it. */
+void TJSDropData(TJSDocData *data);
+
+// What scripts switch on their document, and an import for its length.
 
 /** Changes of values run calculations; true when the document has no record. */
 bool TJSDocGetCalculate(DMDoc doc);

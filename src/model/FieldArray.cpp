@@ -11,7 +11,7 @@
 
 #include "Common/src/miLexType.h"
 #include "PIFrame.h"
-#include "model/DMField.h"
+#include "model/FieldName.h"
 #include "model/NameHash.h"
 #include "objects/LexUtil.h"
 

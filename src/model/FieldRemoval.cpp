@@ -8,6 +8,7 @@
 #include "Common/src/miLexType.h"
 #include "PIFrame.h"
 #include "base/FormStr.h"
+#include "model/DMFieldLinks.h"
 #include "model/FieldArray.h"
 #include "model/NameHash.h"
 #include "model/NameHashCheck.h"

@@ -16,7 +16,7 @@
 #include "model/NameHash.h"
 #include "model/NameHashCheck.h"
 #include "model/OnKey.h"
-#include "model/WidgetReg.h"
+#include "model/WidgetType.h"
 #include "objects/AnnotUtl.h"
 #include "objects/LexCopy.h"
 #include "objects/LexUtil.h"

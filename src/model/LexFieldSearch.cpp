@@ -18,6 +18,7 @@
 #include "base/Limits.h"
 #include "model/DMField.h"
 #include "model/FieldArray.h"
+#include "model/FieldName.h"
 #include "objects/LexUtil.h"
 
 namespace {

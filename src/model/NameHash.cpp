@@ -10,7 +10,7 @@
 #include "Common/src/miLexType.h"
 #include "PIFrame.h"
 #include "base/FormStr.h"
-#include "objects/LexUtil.h"
+#include "model/DMFieldLinks.h"
 #include "objects/Tessella.h"
 
 DocHashControl *OpenDocsHashControls = nullptr;
@@ -234,6 +234,22 @@ NameEntry *NameHashFind(DocHashControl *control, std::string_view name) {
     return found == control->byName.end() ? nullptr : found->second;
 }
 
+DMField *TSLexObjFindDMField(LexObj dict) {
+    DocHashControl *control = TSLexDocFindHashHead(LexObjGetDoc(dict));
+    if (!control) return nullptr;
+    const auto [first, last] = control->byObject.equal_range(LexObjGetID(dict));
+    for (auto it = first; it != last; ++it) {
+        if (LexObjEqual(it->second->obj, dict)) return it->second;
+    }
+    return nullptr;
+}
+
+DMField *TSLexObjGetCachedDMField(LexObj dict) {
+    const DocHashControl *control = TSLexDocFindHashHead(LexObjGetDoc(dict));
+    if (!control || !control->lastField || !LexObjEqual(control->lastField->obj, dict)) return nullptr;
+    return control->lastField;
+}
+
 DMField *AllocDMField(std::string_view name, LexObj dict) {
     auto *field = new DMField{};
     field->type = KRAtomNull;
@@ -259,7 +275,7 @@ std::int32_t TSDMFieldDefine(DMField *newField, std::string_view name) {
 }
 
 void DMFieldSetObj(DMField *field, LexObj dict) {
-    DocHashControl *control = TSLexDocGetHashHead(TSDMFieldGetLexDoc(field));
+    DocHashControl *control = TSLexDocGetHashHead(LexObjGetDoc(field->obj));
     if (control) LeaveObject(control, field);
     field->obj = dict;
     if (control) EnterObject(control, field);

@@ -29,9 +29,9 @@
 
 #include "KRErrors.h"
 #include "base/NameStr.h"
-#include "model/DMField.h"
+#include "model/DMFieldRecord.h"
 #include "model/DocStamp.h"
-#include "model/FieldArray.h"
+#include "model/FieldArrayIndex.h"
 #include "model/LexObjSet.h"
 
 /** All fields of one full name. `name` comes first: a field's `name` pointer is its entry's address. */
@@ -131,6 +131,8 @@ DocHashControl *TSDMDocFindHashHead(DMDoc doc);
 /** Fields of the document may be read and made. */
 bool TSLexDocEditOK(LexDoc doc);
 
+// For an import that makes a document which no view opens.
+
 /** A block for the document without making it writable. */
 void TSDMDocAcquireFormsData(DMDoc doc);
 /** Drops the index and frees the block. */
@@ -138,6 +140,11 @@ void TSDMDocReleaseFormsData(DMDoc doc);
 
 /** The entry of a full name; null when no field has it. Makes and loads nothing. */
 NameEntry *NameHashFind(DocHashControl *control, std::string_view name);
+
+/** The record of this dictionary, valid or not; null when it has none. Makes nothing, loads nothing. */
+DMField *TSLexObjFindDMField(LexObj dict);
+/** The last field made or found by name, if it is the field of this dictionary; else null. Makes nothing. */
+DMField *TSLexObjGetCachedDMField(LexObj dict);
 
 /**
  * A cleared, invalid record for an indirect dictionary, entered under its full name; null when fields cannot be made

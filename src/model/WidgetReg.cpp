@@ -1,19 +1,15 @@
-// The handlers of the widget types, and which type a widget is.
+// The handlers of the widget types.
 // SPDX-License-Identifier: MIT
 #include "model/WidgetReg.h"
 
 #include <algorithm>
 #include <vector>
 
-#include "Common/src/miLexType.h"
 #include "DocModelHFT.h"
 #include "KernelSupportHFT.h"
 #include "PIFrame.h"
 #include "ScreenViewHFT.h"
 #include "base/FormStr.h"
-#include "model/DMField.h"
-#include "model/DMFieldValue.h"
-#include "objects/LexUtil.h"
 
 namespace {
 
@@ -22,21 +18,6 @@ std::vector<SCWidgetHandler *> s_handlers;
 
 KRAtom TypeOf(SCWidgetHandler *handler) {
     return handler->GetType ? handler->GetType(handler) : KRAtomNull;
-}
-
-KRAtom SubTypeOfButton(std::uint32_t flags) {
-    if (flags & TSFieldPushButton) return Button_K;
-    return flags & TSFieldRadio ? RadioButton_K : CheckBox_K;
-}
-
-/** The type of a widget that is no field: what its dictionaries say. */
-KRAtom SubTypeWithoutField(LexObj obj) {
-    const LexObj type = TSLexObjInheritedValue(obj, FT_K);
-    if (!IsName(type)) return KRAtomNull;
-    if (LexNameValue(type) != Btn_K) return LexNameValue(type);
-    const LexObj flags = TSLexObjInheritedValue(obj, flagsF_K);
-    const bool push = IsInteger(flags) && (LexIntegerValue(flags) & TSFieldPushButton) != 0;
-    return push ? Button_K : Btn_K;
 }
 
 } // namespace
@@ -57,14 +38,6 @@ SCWidgetHandler *TSSCAppGetWidgetHandlerByName(KRAtom type) {
 void TSSCAppEnumWidgetHandlers(WidgetHandlerEnumProc proc, void *clientData) {
     const std::vector<SCWidgetHandler *> handlers = s_handlers;
     for (SCWidgetHandler *handler : handlers) proc(handler, clientData);
-}
-
-KRAtom TSDMWidgetGetSubType(DMAnnot annot) {
-    const DMField *field = TSDMAnnotGetField(annot);
-    if (!TSDMFieldIsValid(field)) return SubTypeWithoutField(DMAnnotGetLexObj(annot));
-    if (field->type == Btn_K) return SubTypeOfButton(field->flags[1]);
-    if (field->type == Choice_K) return field->flags[1] & TSFieldCombo ? ComboBox_K : ListBox_K;
-    return field->type == Tx_K ? Text_K : field->type;
 }
 
 void TSSCWidgetHandlerFocus(SCWidgetHandler *handler, DMAnnot annot, SCPageView view) {

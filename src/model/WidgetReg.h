@@ -14,12 +14,6 @@ using WidgetHandlerEnumProc = void (*)(SCWidgetHandler *handler, void *clientDat
 /** The newest first. `proc` may register handlers; they are not called. */
 void TSSCAppEnumWidgetHandlers(WidgetHandlerEnumProc proc, void *clientData);
 
-/**
- * The widget type: "Text", "ComboBox", "ListBox", "Button", "CheckBox", "RadioButton", or the field type as it stands
- * ("Sig"); KRAtomNull when there is none.
- */
-KRAtom TSDMWidgetGetSubType(DMAnnot annot);
-
 /** Gives the widget the focus: by its handler, or as the view's selected annotation. Nothing without a view. */
 void TSSCWidgetHandlerFocus(SCWidgetHandler *handler, DMAnnot annot, SCPageView view);
 bool TSSCWidgetHandlerIsFocus(SCWidgetHandler *handler, DMAnnot annot, SCPageView view);

@@ -19,6 +19,8 @@ DMAction TSLexObjGetAction(LexObj obj, KRAtom key, bool isAnnot);
 /** An action with the null object removes what is there. Another than a dictionary goes under `Dest` for U. */
 void TSLexObjSetAction(LexObj obj, KRAtom key, DMAction action, bool isAnnot);
 
+// For the triggers of pages and annotations in a window, and for scripts, which set them.
+
 bool TSDMPageHasAction(DMPage page, KRAtom key);
 DMAction TSDMPageGetAction(DMPage page, KRAtom key);
 void TSDMPageSetAction(DMPage page, KRAtom key, DMAction action);

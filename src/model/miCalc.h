@@ -4,21 +4,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <deque>
-#include <string>
-#include <unordered_map>
-
 #include "DocModelHFT.h"
 #include "FormsTypes.h"
-
-/** A list of names. Change it through the operations below: they keep the count of each name beside it in step. */
-struct TSCalcArray {
-    std::deque<std::string> names;
-    /** How often each name stands in the list. Beside the list: it answers "is it listed" and orders nothing. */
-    std::unordered_map<std::string, std::int32_t> counts;
-    /** Where a search begins; positions found are the same from anywhere. */
-    mutable std::size_t hint = 0;
-};
+#include "model/CalcArray.h"
 
 /** Append, as an index of TSCalcArrayInsertEntry. */
 inline constexpr std::int32_t TSCalcArrayEnd = 0x7FFFFFFF;
@@ -29,7 +17,7 @@ TSCalcArray *TSCalcArrayCopy(const TSCalcArray *source);
 /** Null allowed. */
 void TSCalcArrayDelete(TSCalcArray *array);
 void TSCalcArrayInit(TSCalcArray *array);
-/** The same names in the same order. */
+/** For the dialog that edits the order, as TSCalcArraySetNthEntry. The same names in the same order. */
 bool TSCalcArrayEq(const TSCalcArray *a, const TSCalcArray *b);
 /** 0 for null. */
 std::int32_t TSCalcArrayGetNumEntries(const TSCalcArray *array);

@@ -14,7 +14,8 @@ enum CursorIndex : std::uint16_t {
     CursorCount = 8
 };
 
-/** Null for an index outside the table, and for a cursor that the platform lacks. */
+/** For the widgets of a window, and for what takes its time. Null for an index outside the table, and for a cursor that
+ * the platform lacks. */
 SCCursor CursorGet(std::uint16_t index);
 /** Loads without returning it. */
 void CursorLoad(std::uint16_t index);

@@ -7,6 +7,8 @@
 /** A string number with this bit means an empty title. */
 inline constexpr std::int32_t TSMenuNoTitle = 0x8000;
 
+// The items that data exchange and scripts add.
+
 void TSSCMenuAddSeparator(SCMenu menu, std::int32_t index);
 
 /** An item with a title from the catalogue (at most 258 bytes). Each procedure may be null. `index` 9999 is the end. */

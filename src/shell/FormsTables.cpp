@@ -19,6 +19,7 @@
 #include "model/LexField.h"
 #include "model/OnKey.h"
 #include "model/WidgetReg.h"
+#include "model/WidgetType.h"
 #include "objects/NameTree.h"
 #include "objects/PageForm.h"
 #include "objects/Tessella.h"

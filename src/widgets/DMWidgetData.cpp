@@ -18,7 +18,7 @@
 #include "model/DMField.h"
 #include "model/DMFieldValue.h"
 #include "model/LexField.h"
-#include "model/WidgetReg.h"
+#include "model/WidgetType.h"
 #include "objects/ColorUtl.h"
 #include "objects/LexUtil.h"
 #include "objects/Tessella.h"

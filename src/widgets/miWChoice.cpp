@@ -11,6 +11,7 @@
 #include "model/DMField.h"
 #include "model/DMFieldValue.h"
 #include "model/WidgetReg.h"
+#include "model/WidgetType.h"
 #include "objects/LexUtil.h"
 
 namespace {

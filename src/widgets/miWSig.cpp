@@ -16,6 +16,7 @@
 #include "model/DMField.h"
 #include "model/DMFieldValue.h"
 #include "model/WidgetReg.h"
+#include "model/WidgetType.h"
 #include "objects/AnnotUtl.h"
 #include "objects/LexCopy.h"
 #include "objects/LexUtil.h"

@@ -7,6 +7,7 @@
 #include "life/SCUtils.h"
 #include "model/LexField.h"
 #include "model/OnKey.h"
+#include "model/WidgetType.h"
 #include "model/miAction.h"
 #include "model/miCalc.h"
 #include "objects/LexUtil.h"

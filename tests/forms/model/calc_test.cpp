@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "model/miCalc.h"
 
+#include "life/DMFieldLife.h"
 #include "model/DocData.h"
 #include "model/FieldRemoval.h"
 #include "model/LexField.h"

@@ -6,6 +6,7 @@
 
 #include "KRErrors.h"
 #include "model/LexField.h"
+#include "model/WidgetType.h"
 #include "objects/LexUtil.h"
 #include "tests/forms/ModelFixture.h"
 

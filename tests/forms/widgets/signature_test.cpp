@@ -3,6 +3,7 @@
 #include "widgets/miWSig.h"
 
 #include "Common/src/miUtils.h"
+#include "model/WidgetType.h"
 #include "objects/ColorUtl.h"
 #include "tests/forms/FormsFixture.h"
 #include "widgets/miWSigMark.h"

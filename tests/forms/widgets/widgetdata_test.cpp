@@ -7,6 +7,7 @@
 #include "Common/src/miUtils.h"
 #include "KRErrors.h"
 #include "model/DocData.h"
+#include "model/WidgetType.h"
 #include "model/miAction.h"
 #include "model/miCalc.h"
 #include "objects/ColorUtl.h"

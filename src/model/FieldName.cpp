@@ -1,6 +1,6 @@
 // Full names: what a title stands for, and how the titles of a path make a name.
 // SPDX-License-Identifier: MIT
-#include "model/DMField.h"
+#include "model/FieldName.h"
 
 #include <cstring>
 #include <string_view>
@@ -11,6 +11,7 @@
 #include "base/FormStr.h"
 #include "base/Limits.h"
 #include "base/NameStr.h"
+#include "model/NameHash.h"
 #include "objects/LexUtil.h"
 
 namespace {
