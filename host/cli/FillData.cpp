@@ -185,6 +185,8 @@ std::string ProblemAt(const std::string &bytes, std::size_t position) {
 
 std::vector<Assignment> ReadJson(const std::string &path) {
     if (path.empty()) return {};
+    if (path.front() == '{' || path.front() == '[')
+        throw CommandFailed{"--json takes the path of a file, not the data; - is standard input"};
     std::string bytes = ReadData(path);
     AssignmentReader reader;
     BytesBuffer buffer(bytes);

@@ -76,8 +76,8 @@ void TakeNeighbours(const std::vector<std::pair<std::string, std::uint32_t>> &ke
 
 std::string NearestWord(const std::vector<std::string> &words, std::string_view wanted) {
     std::string nearest;
-    // Half of the word may be wrong.
-    std::size_t least = std::max<std::size_t>(wanted.size() / 2, 1) + 1;
+    // A third of the word may be wrong.
+    std::size_t least = std::max<std::size_t>(wanted.size() / 3, 1) + 1;
     for (const std::string &word : words) {
         const bool begun = wanted.size() > 2 && word.compare(0, wanted.size(), wanted) == 0;
         const std::size_t distance = begun ? 1 : EditDistance(Folded(word), Folded(wanted));

@@ -3,12 +3,16 @@
 #include "cli/Options.h"
 
 #include <charconv>
+#include <memory>
 
 #include "Version.h"
 
 namespace jackdaw::cli {
 
 namespace {
+
+/** Columns beside the names of the options. */
+constexpr std::size_t s_helpColumns = 48;
 
 std::string CheckPath(const std::string &path) {
     return path.empty() ? "the path is empty" : "";
@@ -87,6 +91,22 @@ void DescribeRender(CLI::App &app, RenderOptions &options) {
     AddOutput(command, options.output, "The picture; - is standard output");
 }
 
+/** Help in lines that a terminal of 80 columns shows whole. */
+class HelpFormatter : public CLI::Formatter {
+public:
+    std::string make_option_desc(const CLI::Option *option) const override {
+        std::string text = option->get_description();
+        std::size_t start = 0;
+        while (text.size() - start > s_helpColumns) {
+            const std::size_t blank = text.rfind(' ', start + s_helpColumns);
+            if (blank == std::string::npos || blank < start) break;
+            text[blank] = '\n';
+            start = blank + 1;
+        }
+        return text;
+    }
+};
+
 std::string Roff(std::string text) {
     for (std::size_t at = 0; (at = text.find_first_of("-\\", at)) != std::string::npos; at += 2) text.insert(at, "\\");
     return text;
@@ -121,6 +141,11 @@ std::string ManualOptions(const CLI::App *command) {
 
 void DescribeOptions(CLI::App &app, Options &options) {
     app.name("jackdaw");
+    const auto formatter = std::make_shared<HelpFormatter>();
+    formatter->label("SUBCOMMAND", "COMMAND");
+    formatter->label("OPTIONS", "OPTION...");
+    formatter->label("REQUIRED", "(needed)");
+    app.formatter(formatter);
     app.description("Fill in the forms of PDF documents");
     app.set_version_flag("--version", std::string("jackdaw ") + JACKDAW_VERSION, "Print the version and stop");
     app.set_help_flag("-h,--help", "Print this help and stop");

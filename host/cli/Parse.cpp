@@ -60,7 +60,12 @@ bool TellExtras(const CLI::App &app) {
     const auto firstWord = std::stable_partition(extras.begin(), extras.end(), IsOption);
     for (auto option = extras.begin(); option != firstWord; ++option) TellUnknownOption(app, *option);
     if (firstWord != extras.begin()) return true;
-    for (const std::string &word : extras) PrintFailure("\"" + word + "\" is one argument too many" + SeeHelp(app));
+    const bool takesSets = Command(app).get_option_no_throw("--set") != nullptr;
+    for (const std::string &word : extras) {
+        const bool isValue = takesSets && word.find('=') != std::string::npos;
+        const std::string help = isValue ? "; did you mean --set \"" + word + "\"?" : SeeHelp(app);
+        PrintFailure("\"" + word + "\" is one argument too many" + help);
+    }
     return !extras.empty();
 }
 

@@ -141,7 +141,9 @@ TEST(Reset, GoesBackToDefaultsAllOrNamed) {
     // A choice without a default goes to its first.
     EXPECT_EQ(ValueIn(all, "colour"), "r");
     EXPECT_EQ(ValueIn(all, "agree"), "Off");
-    ExpectNothingDone(Jackdaw({"reset", filled, "send", "-o", NewName()}), "no field was reset");
+    ran = Jackdaw({"reset", filled, "send", "-o", NewName()});
+    EXPECT_EQ(ran.exit, 2) << ran;
+    EXPECT_TRUE(Has(ran.err, "send: a field of type button has no value to reset")) << ran;
 }
 
 TEST(Commands, StandardInputAndOutput) {
@@ -198,7 +200,9 @@ TEST(Commands, RefuseWhatTheyCannotUse) {
         {{"fields", form, "--zzz"}, "fields has no option --zzz; see jackdaw fields --help"},
         {{"fill", form, "--sett", "given=x"}, "fill has no option --sett; did you mean --set?"},
         {{"fields", "-json", form}, "fields has no option -json; did you mean --json?"},
-        {{"fields", form, form}, "is one argument too many"},
+        {{"fields", form, form}, "is one argument too many; see jackdaw fields --help"},
+        {{"fill", form, "given=x", "-o", out}, "one argument too many; did you mean --set \"given=x\"?"},
+        {{"fill", form, "--json", "{\"given\": 1}", "-o", out}, "--json takes the path of a file"},
         {{"fields", form, "--json=yes"}, "--json takes no value"},
         {{"fill", form, "--json"}, "--json needs a value: --json DATA"},
         {{"fill", form, "-o", "a", "-o", "b"}, "--output is given twice"},
