@@ -39,6 +39,33 @@ TEST(Fill, TakesTheRecordsThatFieldsPrints) {
     EXPECT_TRUE(Has(plain.err, "value: no such field")) << plain;
 }
 
+TEST(Fill, ListsTakeAsManyChoicesAsTheirFlagsSay) {
+    const std::string options = " /FT /Ch /Opt [[(m) (Mon)] (Tue) (Wed)]", several = " /Ff 2097152";
+    const std::string form =
+        TempFile("lists.pdf", PdfText(FormObjects({"/T (several)" + options + several, "/T (one)" + options,
+                                                   "/T (text) /FT /Tx", "/T (combo) /Ff 131072" + options})));
+    const std::tuple<const char *, const char *, Json, const char *> s_cases[] = {
+        {"several", R"(["Wed", "Mon"])", {"Wed", "m"}, ""},
+        {"several", R"(["Tue"])", "Tue", ""},
+        {"several", "[]", nullptr, ""},
+        {"several", R"(["Tue", "Sun"])", nullptr, "no such choice \"Sun\""},
+        {"several", R"(["Tue", 3])", nullptr, "no such choice \"3\""},
+        {"several", R"(["Tue", null])", nullptr, "nor a list of texts"},
+        {"one", R"(["Mon"])", "m", ""},
+        {"one", R"(["Mon", "Tue"])", nullptr, "takes one choice, not 2"},
+        {"combo", R"(["Mon", "Tue"])", nullptr, "takes one choice, not 2"},
+        {"text", R"(["x"])", nullptr, "takes one value"}};
+    for (const auto &[name, value, stored, says] : s_cases) {
+        SCOPED_TRACE(value);
+        const std::string out = NewName(), data = "{\"" + std::string(name) + "\": " + value + "}";
+        const Ran ran = Jackdaw({"fill", form, "--json", "-", "-o", out}, {data});
+        EXPECT_EQ(ran.exit, *says ? 2 : 0) << ran;
+        EXPECT_TRUE(Has(ran.err, says)) << ran;
+        if (ran.exit != 0) continue;
+        EXPECT_EQ(ValueIn(out, name), stored);
+    }
+}
+
 TEST(Fill, NamesMayHoldEquals) {
     const std::string pdf =
         TempFile("equals.pdf", PdfText(FormObjects({"/FT /Tx /T (a)", "/FT /Tx /T (a=b)", "/FT /Tx /T (a=b=c=d=e)"})));
