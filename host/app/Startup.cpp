@@ -21,6 +21,7 @@
 #include "doc/Notify.h"
 #include "draw/Draw.h"
 #include "kernel/HostError.h"
+#include "kernel/Memory.h"
 #include "kernel/PlugIns.h"
 #include "kernel/Tables.h"
 #include "lex/LexTable.h"
@@ -118,7 +119,10 @@ void StartHost(const HostOptions &options) {
     StartTables();
     SetConfiguration("Product", "Jackdaw");
     s_running = true;
+    const std::uint64_t failedAllocations = FailedAllocations();
     if (options.loadPlugIns) startPlugIns(options);
+    // A plug-in may run on with half of its parts.
+    if (FailedAllocations() != failedAllocations) throw HostError{KRErrNoMemory};
     notifyApp(SCAppDidInitialize);
 }
 

@@ -11,6 +11,8 @@ namespace jackdaw::cli {
 struct InputOptions {
     std::string file;
     std::string passwordFile;
+    /** Nothing is done when there is anything to warn about. */
+    bool strict = false;
 };
 
 struct FieldsOptions {

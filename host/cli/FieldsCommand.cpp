@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 
 #include "CoreHFT.h"
+#include "cli/Blocks.h"
 #include "cli/Field.h"
 #include "cli/Printable.h"
 #include "cli/Session.h"
@@ -88,24 +89,25 @@ void PrintTable(const std::vector<Row> &rows) {
         for (std::size_t i = 0; i < row.size(); ++i)
             line += row[i] + std::string(widths[i] - CountColumns(row[i]) + 2, ' ');
         line.resize(line.find_last_not_of(' ') + 1);
-        std::puts(line.c_str());
+        PrintLine(line);
     }
 }
 
 } // namespace
 
 void RunFields(const FieldsOptions &options) {
-    OpenDocument document(options.input.file, options.input.passwordFile);
+    OpenDocument document(options.input);
     document.RequireForm();
     const std::vector<Field> fields = ListFields(document.Doc());
     if (options.json) {
         for (const Field &field : fields)
-            std::puts(PrintableJson(FieldJson(field).dump(-1, ' ', false, Json::error_handler_t::replace)).c_str());
-        return;
+            PrintLine(PrintableJson(FieldJson(field).dump(-1, ' ', false, Json::error_handler_t::replace)));
+    } else {
+        std::vector<Row> rows{{"PAGE", "TYPE", "NAME", "VALUE", "FLAGS"}};
+        for (const Field &field : fields) rows.push_back(RowOf(field));
+        PrintTable(rows);
     }
-    std::vector<Row> rows{{"PAGE", "TYPE", "NAME", "VALUE", "FLAGS"}};
-    for (const Field &field : fields) rows.push_back(RowOf(field));
-    PrintTable(rows);
+    document.TellDamage();
 }
 
 } // namespace jackdaw::cli

@@ -168,6 +168,7 @@ bool TrySet(Filling &filling, const Assignment &assignment) {
             refusal = caught;
         }
     });
+    if (code == KRErrNoMemory) throw CommandFailed{SentenceOf(code)};
     if (code != KRErrNone) refusal.why = SentenceOf(code);
     if (refusal.why.empty()) return true;
     Warn(assignment.name + ": " + refusal.why);
@@ -193,7 +194,7 @@ std::size_t SetAll(Filling &filling, std::vector<Assignment> &assignments) {
 
 void RunFill(const FillOptions &options) {
     std::vector<Assignment> assignments = ReadAssignments(options);
-    OpenDocument document(options.input.file, options.input.passwordFile);
+    OpenDocument document(options.input);
     document.RequireForm();
     document.RequireFilling();
     Filling filling(document.Doc());

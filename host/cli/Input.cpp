@@ -5,11 +5,11 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
-#include <cstring>
-#include <memory>
-
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include "cli/Blocks.h"
 #include "cli/InputLimits.h"
 #include "cli/Session.h"
 
@@ -17,16 +17,16 @@ namespace jackdaw::cli {
 
 namespace {
 
-struct FileCloser {
-    void operator()(std::FILE *file) const {
-        if (file != stdin) std::fclose(file);
-    }
-};
-using File = std::unique_ptr<std::FILE, FileCloser>;
-
 /** A file being read, with the name that messages give it. */
 struct Source {
-    File file;
+    Source(int fd, std::string name) : fd(fd), name(std::move(name)) {}
+    ~Source() {
+        if (fd != STDIN_FILENO) close(fd);
+    }
+    Source(const Source &) = delete;
+    Source &operator=(const Source &) = delete;
+
+    int fd;
     std::string name;
 };
 
@@ -34,27 +34,23 @@ Source TakeStandardInput() {
     static bool s_taken = false;
     if (s_taken) throw CommandFailed{"standard input is asked for twice"};
     s_taken = true;
-    return {File(stdin), "standard input"};
+    return {STDIN_FILENO, "standard input"};
 }
 
 Source Open(const std::string &path) {
     if (path == "-") return TakeStandardInput();
-    File file(std::fopen(path.c_str(), "rb"));
-    if (!file) throw CommandFailed{path + ": " + FileReason(errno)};
-    struct stat facts;
-    if (fstat(fileno(file.get()), &facts) == 0 && S_ISDIR(facts.st_mode))
-        throw CommandFailed{path + ": " + FileReason(EISDIR)};
-    return {std::move(file), path};
+    const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) throw CommandFailed{path + ": " + FileReason(errno)};
+    return {fd, path};
 }
 
 /** Gives the bytes to `take` block by block, until it wants no more. */
 template <class Take>
 void ReadBlocks(const Source &source, Take take) {
-    char block[65536];
-    for (std::size_t got; (got = std::fread(block, 1, sizeof block, source.file.get())) > 0;) {
-        if (!take(block, got)) return;
+    char block[BlockSize];
+    while (const std::size_t count = ReadBlock(source.fd, block, source.name)) {
+        if (!take(block, count)) return;
     }
-    if (std::ferror(source.file.get())) throw CommandFailed{source.name + ": " + FileReason(errno)};
 }
 
 [[noreturn]] void FailAsTooLong(const Source &source, std::int64_t limit) {
@@ -87,14 +83,17 @@ std::string ReadPassword(const std::string &path) {
     return line;
 }
 
-void CopyInputTo(std::FILE *out) {
+void CopyInputTo(int fd) {
     const Source source = TakeStandardInput();
+    // What is made of the document is as private as the document is.
+    struct stat facts;
+    const bool isFile = fstat(source.fd, &facts) == 0 && S_ISREG(facts.st_mode);
+    fchmod(fd, isFile ? facts.st_mode & 0666 : 0666);
     std::int64_t copied = 0;
     ReadBlocks(source, [&](const char *block, std::size_t count) {
         copied += static_cast<std::int64_t>(count);
         if (copied > PipedDocumentBytes) FailAsTooLong(source, PipedDocumentBytes);
-        if (std::fwrite(block, 1, count, out) < count)
-            throw CommandFailed{"the temporary file for standard input: " + FileReason(errno)};
+        WriteBlock(fd, {block, count}, "the temporary file for standard input");
         return true;
     });
 }

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cstdio>
 #include <string>
 
 namespace jackdaw::cli {
@@ -13,7 +12,7 @@ std::string ReadData(const std::string &path);
 /** The first line of a file, without its end; "-" is standard input. Throws CommandFailed. */
 std::string ReadPassword(const std::string &path);
 
-/** The document on standard input, into `out`. Throws CommandFailed. */
-void CopyInputTo(std::FILE *out);
+/** The document on standard input, with the rights of its file, into an open one. Throws CommandFailed. */
+void CopyInputTo(int fd);
 
 } // namespace jackdaw::cli

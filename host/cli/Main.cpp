@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include <cstdio>
 #include <cstring>
+#include <exception>
 
 #include "PIFrame.h"
 #include "app/Startup.h"
@@ -61,9 +62,20 @@ bool PrintDerived(int argc, char **argv, const CLI::App &app) {
     host.plugInDir = options.plugIns;
     StartHost(host);
     const int result = RunGuarded(app, options);
-    StopHost();
+    try {
+        StopHost();
+    } catch (const std::exception &) {
+        // What the command did stands, and was told.
+    } catch (const HostError &) {
+    }
     LeaveProcess(result);
 }
+
+// The libraries allocate when they start, which is before main.
+void WatchEarly() {
+    WatchExceptions();
+}
+[[gnu::section(".preinit_array"), gnu::used]] void (*const s_watchEarly)() = &WatchEarly;
 
 } // namespace
 

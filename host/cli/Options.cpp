@@ -35,6 +35,10 @@ void AddInput(CLI::App *command, InputOptions &input) {
                      "File whose first line is the password of an encrypted document")
         ->check(CheckPath)
         ->type_name("PATH");
+    command
+        ->add_flag("--strict", input.strict,
+                   "Do nothing when there is anything to warn about, such as a damaged document")
+        ->disable_flag_override();
 }
 
 void AddOutput(CLI::App *command, std::string &output, const char *what) {

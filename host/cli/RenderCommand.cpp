@@ -8,6 +8,7 @@
 #include "KernelSupportHFT.h"
 #include "PIFrame.h"
 #include "ScreenViewHFT.h"
+#include "cli/Blocks.h"
 #include "cli/Session.h"
 
 namespace jackdaw::cli {
@@ -21,7 +22,7 @@ constexpr int s_largestDpi = 2400;
 void RunRender(const RenderOptions &options) {
     if (options.dpi < 1 || options.dpi > s_largestDpi)
         throw CommandFailed{"--dpi " + std::to_string(options.dpi) + ": not from 1 to " + std::to_string(s_largestDpi)};
-    OpenDocument document(options.input.file, options.input.passwordFile);
+    OpenDocument document(options.input);
     const std::int32_t pages = DMDocGetNumPages(document.Doc());
     if (options.page < 1 || options.page > pages)
         throw CommandFailed{document.Name() + ": there is no page " + std::to_string(options.page) +
@@ -35,7 +36,7 @@ void RunRender(const RenderOptions &options) {
     });
     if (code != KRErrNone)
         throw CommandFailed{SentenceOfFile(code, place, scratch ? "standard output" : options.output)};
-    if (scratch) CopyToOutput(scratch->Path());
+    if (scratch) scratch->CopyToOutput();
 }
 
 } // namespace jackdaw::cli

@@ -39,6 +39,7 @@ bool ResetOne(Resetting &all, const std::string &name) {
     }
     bool accepted = false;
     const KRErrorCode code = Protect([&] { accepted = Forms::TSDMFieldReset(field); });
+    if (code == KRErrNoMemory) throw CommandFailed{SentenceOf(code)};
     if (code != KRErrNone)
         Warn(name + ": " + SentenceOf(code));
     else if (!accepted)
@@ -50,7 +51,7 @@ bool ResetOne(Resetting &all, const std::string &name) {
 } // namespace
 
 void RunReset(const ResetOptions &options) {
-    OpenDocument document(options.input.file, options.input.passwordFile);
+    OpenDocument document(options.input);
     document.RequireForm();
     document.RequireFilling();
     std::vector<std::string> names = options.names;

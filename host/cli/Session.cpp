@@ -6,15 +6,15 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fcntl.h>
-#include <filesystem>
 #include <memory>
-#include <unistd.h>
+#include <vector>
 
 #include "DocModelHFT.h"
 #include "KernelSupportHFT.h"
+#include "LexHFT.h"
 #include "PIFrame.h"
 #include "ScreenViewHFT.h"
+#include "cli/Blocks.h"
 #include "cli/Field.h"
 #include "cli/Input.h"
 #include "cli/Printable.h"
@@ -26,13 +26,24 @@ namespace {
 constexpr std::uint32_t s_fillPermissions = 0x8 | 0x20 | 0x8000;
 bool s_warned = false;
 
-using File = std::unique_ptr<std::FILE, int (*)(std::FILE *)>;
+/** A sentence about the file at `path`, under the name that the user knows it by. */
+std::string Renamed(const std::string &sentence, const std::string &path, const std::string &name) {
+    if (sentence.rfind(path, 0) != 0) return name + ": " + sentence;
+    return name + sentence.substr(path.size());
+}
 
-void FillScratch(const ScratchFile &scratch) {
-    const File out(std::fopen(scratch.Path().c_str(), "wb"), &std::fclose);
-    if (!out) throw CommandFailed{scratch.Path() + ": " + FileReason(errno)};
-    CopyInputTo(out.get());
-    if (std::fflush(out.get()) != 0) throw CommandFailed{scratch.Path() + ": " + FileReason(errno)};
+/** Fields of the form's list that are not in the file: each is a reference to nothing. */
+std::size_t CountLostFields(DMDoc doc) {
+    std::size_t lost = 0;
+    Protect([&] {
+        const LexObj form = LexDictGet(LexDocGetRoot(DMDocGetLexDoc(doc)), AtomOf("Tessella"));
+        if (LexObjGetType(form) != LexDict) return;
+        const LexObj fields = LexDictGet(form, AtomOf("Fields"));
+        if (LexObjGetType(fields) != LexArray) return;
+        for (std::int32_t i = 0; i < LexArrayLength(fields); ++i)
+            lost += LexObjGetType(LexArrayGet(fields, i)) == LexNull ? 1u : 0u;
+    });
+    return lost;
 }
 
 std::string SentenceOfOpening(KRErrorCode code, const std::string &path, const std::string &name,
@@ -63,9 +74,7 @@ std::string SentenceOf(KRErrorCode code) {
 }
 
 std::string SentenceOfFile(KRErrorCode code, const std::string &path, const std::string &name) {
-    std::string sentence = SentenceOf(code);
-    if (sentence.rfind(path, 0) != 0) return name + ": " + sentence;
-    return name + sentence.substr(path.size());
+    return Renamed(SentenceOf(code), path, name);
 }
 
 std::string FileReason(int errnoValue) {
@@ -84,41 +93,30 @@ std::string FileReason(int errnoValue) {
     }
 }
 
-ScratchFile::ScratchFile() {
-    std::string name = (std::filesystem::temp_directory_path() / "jackdaw-XXXXXX").string();
-    const int file = mkstemp(name.data());
-    if (file < 0) throw CommandFailed{name + ": " + FileReason(errno)};
-    close(file);
-    path = name;
-}
-
-ScratchFile::~ScratchFile() {
-    std::remove(path.c_str());
-}
-
 HostPath::HostPath(const std::string &platformPath) : path(KRPathFromPlatformPath(platformPath.c_str())) {}
 
 HostPath::~HostPath() {
     KRFileSysReleasePath(KRGetDefaultFileSys(), path);
 }
 
-OpenDocument::OpenDocument(const std::string &path, const std::string &passwordFile)
-    : name(path == "-" ? "standard input" : path) {
-    const std::string password = passwordFile.empty() ? "" : ReadPassword(passwordFile);
-    const SCDocOpenParams params{sizeof params, passwordFile.empty() ? nullptr : password.c_str(), false};
-    // The document reads from its file as long as it is open; a removed file stays readable until then.
+OpenDocument::OpenDocument(const InputOptions &input)
+    : name(input.file == "-" ? "standard input" : input.file), place(input.file), strict(input.strict) {
+    const std::string password = input.passwordFile.empty() ? "" : ReadPassword(input.passwordFile);
+    const SCDocOpenParams params{sizeof params, input.passwordFile.empty() ? nullptr : password.c_str(), false};
+    // The document reads from its file as long as it is open: the host has a descriptor of its own.
     std::unique_ptr<ScratchFile> scratch;
-    if (path == "-") {
+    if (input.file == "-") {
         scratch = std::make_unique<ScratchFile>();
-        FillScratch(*scratch);
+        CopyInputTo(scratch->Descriptor());
+        place = scratch->Path();
     }
-    const std::string place = scratch ? scratch->Path() : path;
     const KRErrorCode code = Protect([&] {
         const HostPath hostPath(place);
         view = SCDocOpenFromFileWithParams(hostPath.Get(), KRGetDefaultFileSys(), &params);
         doc = SCDocGetDMDoc(view);
     });
-    if (code != KRErrNone) throw CommandFailed{SentenceOfOpening(code, place, name, passwordFile)};
+    if (code != KRErrNone) throw CommandFailed{SentenceOfOpening(code, place, name, input.passwordFile)};
+    TellDamage();
 }
 
 // A large form is a million small blocks, which take seconds to free one by one. The process is about to end: a release
@@ -129,16 +127,42 @@ OpenDocument::~OpenDocument() {
 #endif
 }
 
+KRErrorCode OpenDocument::WarnOfDamage() {
+    std::vector<std::string> lines;
+    const DMDamageProc keep = [](const char *line, void *kept) {
+        static_cast<std::vector<std::string> *>(kept)->push_back(line);
+    };
+    const KRErrorCode code = Protect([&] { DMDocEnumDamage(doc, keep, &lines); });
+    const bool first = told == 0 && !lines.empty();
+    for (; told < lines.size(); ++told) Warn(Renamed(lines[told], place, name));
+    const std::size_t lost = first ? CountLostFields(doc) : 0;
+    if (lost > 0) Warn(name + ": fields that the form lists and the file does not hold: " + std::to_string(lost));
+    return code;
+}
+
+void OpenDocument::TellDamage() {
+    const KRErrorCode code = WarnOfDamage();
+    if (code != KRErrNone) throw CommandFailed{SentenceOfFile(code, place, name)};
+    if (strict && AnyWarnings()) throw CommandFailed{name + ": nothing is done, since --strict allows no warning"};
+}
+
 void OpenDocument::SaveAs(const std::string &path) {
+    // What is read for the first time when it is written would be told too late.
+    const KRErrorCode reading = Protect([&] { DMDocEnsureWrite(doc, /*load*/ true, 0); });
+    if (reading != KRErrNone) throw CommandFailed{SentenceOfFile(reading, place, name)};
+    TellDamage();
     std::unique_ptr<ScratchFile> scratch;
     if (path == "-") scratch = std::make_unique<ScratchFile>();
-    const std::string place = scratch ? scratch->Path() : path;
+    const std::string target = scratch ? scratch->Path() : path;
+    const std::uint32_t flags = DMDocSaveFull | (strict ? DMDocSaveSound : 0u);
     const KRErrorCode code = Protect([&] {
-        const HostPath hostPath(place);
-        DMDocSave(doc, DMDocSaveFull, KRGetDefaultFileSys(), hostPath.Get());
+        const HostPath hostPath(target);
+        DMDocSave(doc, flags, KRGetDefaultFileSys(), hostPath.Get());
     });
-    if (code != KRErrNone) throw CommandFailed{SentenceOfFile(code, place, scratch ? "standard output" : path)};
-    if (scratch) CopyToOutput(scratch->Path());
+    if (code != KRErrNone) throw CommandFailed{SentenceOfFile(code, target, scratch ? "standard output" : path)};
+    // A file that stands is not taken back.
+    (void)WarnOfDamage();
+    if (scratch) scratch->CopyToOutput();
 }
 
 void OpenDocument::RequireForm() const {
@@ -152,27 +176,21 @@ void OpenDocument::RequireFilling() const {
 }
 
 void LeaveProcess(int code) {
-    if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
-        PrintFailure("standard output: " + FileReason(errno));
-        code = ExitNothingDone;
+    std::string failure;
+    try {
+        FlushLines();
+    } catch (const CommandFailed &failed) {
+        failure = failed.what;
     }
+    if (std::fflush(stdout) != 0 || std::ferror(stdout)) failure = "standard output: " + FileReason(errno);
+    if (!failure.empty()) PrintFailure(failure);
+    if (!failure.empty()) code = ExitNothingDone;
 #ifdef NDEBUG
     std::fflush(stderr);
     std::_Exit(code);
 #else
     std::exit(code);
 #endif
-}
-
-void CopyToOutput(const std::string &path) {
-    const File in(std::fopen(path.c_str(), "rb"), &std::fclose);
-    if (!in) throw CommandFailed{path + ": " + FileReason(errno)};
-    char block[65536];
-    for (std::size_t got; (got = std::fread(block, 1, sizeof block, in.get())) > 0;) {
-        if (std::fwrite(block, 1, got, stdout) < got) throw CommandFailed{"standard output: " + FileReason(errno)};
-    }
-    if (std::ferror(in.get())) throw CommandFailed{path + ": " + FileReason(errno)};
-    if (std::fflush(stdout) != 0) throw CommandFailed{"standard output: " + FileReason(errno)};
 }
 
 } // namespace jackdaw::cli

@@ -4,7 +4,9 @@
 
 #include <string>
 
+#include "KRErrors.h"
 #include "KRTypes.h"
+#include "cli/Commands.h"
 
 namespace jackdaw::cli {
 
@@ -28,26 +30,11 @@ std::string SentenceOfFile(KRErrorCode code, const std::string &path, const std:
 /** The words for what the system said of a file. */
 std::string FileReason(int errnoValue);
 
-/** A temporary file of ours, removed with the object. */
-class ScratchFile {
-public:
-    ScratchFile();
-    ~ScratchFile();
-    ScratchFile(const ScratchFile &) = delete;
-    ScratchFile &operator=(const ScratchFile &) = delete;
-    const std::string &Path() const {
-        return path;
-    }
-
-private:
-    std::string path;
-};
-
 /** A document opened in a view without a window, for the rest of the process. */
 class OpenDocument {
 public:
-    /** "-" is standard input. `passwordFile` may be empty. Throws CommandFailed. */
-    OpenDocument(const std::string &path, const std::string &passwordFile);
+    /** Warns about damage that was repaired. Throws CommandFailed. */
+    explicit OpenDocument(const InputOptions &input);
     ~OpenDocument();
     OpenDocument(const OpenDocument &) = delete;
     OpenDocument &operator=(const OpenDocument &) = delete;
@@ -60,22 +47,32 @@ public:
     }
     /** Writes a new file and renames it into place; "-" is standard output. Throws CommandFailed. */
     void SaveAs(const std::string &path);
+    /**
+     * Warns about what was found wrong with the file since it was last asked. Throws CommandFailed when the document
+     * could not be read whole, and when there was any warning and none is allowed: what was learned from it is not to
+     * be shown then.
+     */
+    void TellDamage();
     /** Throws CommandFailed when the document has no form. */
     void RequireForm() const;
     /** Throws CommandFailed when the document's permissions forbid filling it in. */
     void RequireFilling() const;
 
 private:
+    /** Gives the code that DMDocEnumDamage raised. */
+    KRErrorCode WarnOfDamage();
+
     std::string name;
+    /** Under which the document was opened. */
+    std::string place;
+    bool strict;
+    std::size_t told = 0;
     SCDoc view = nullptr;
     DMDoc doc = nullptr;
 };
 
 /** Ends the process; output that cannot be written turns `code` into ExitNothingDone. */
 [[noreturn]] void LeaveProcess(int code);
-
-/** Copies a file to standard output. Throws CommandFailed. */
-void CopyToOutput(const std::string &path);
 
 /** A path of the default file system, released with the object. */
 class HostPath {

@@ -53,7 +53,7 @@ void endBySignal(int number) {
     try {
         throw;
     } catch (const std::bad_alloc &) {
-        EndWithFailure("out of memory");
+        EndWithFailure("Out of memory.");
     } catch (const std::exception &error) {
         EndWithFailure(error.what());
     } catch (...) {
@@ -73,8 +73,12 @@ void handle(int number, void (*handler)(int)) {
 
 } // namespace
 
-void WatchEnding() {
+void WatchExceptions() noexcept {
     std::set_terminate(&endByException);
+}
+
+void WatchEnding() {
+    WatchExceptions();
     for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) handle(number, &endBySignal);
     std::signal(SIGXFSZ, SIG_IGN);
 }

@@ -10,10 +10,11 @@ namespace jackdaw {
 /** Exit status of a process that ends with nothing done. */
 inline constexpr int ExitOfFailure = 2;
 
+/** An uncaught exception removes the temporaries and ends the process with one line and ExitOfFailure. */
+void WatchExceptions() noexcept;
 /**
- * From now on INT, TERM, HUP and PIPE remove the temporaries before they end the process, unless the process was
- * started with the signal ignored; XFSZ is ignored, so that a file that grows too large is an error of the write. An
- * uncaught exception removes them too, and ends with one line and ExitOfFailure.
+ * The same, and INT, TERM, HUP and PIPE remove the temporaries before they end the process, unless the process was
+ * started with the signal ignored; XFSZ is ignored, so that a file that grows too large is an error of the write.
  */
 void WatchEnding();
 

@@ -67,6 +67,10 @@ std::uint64_t FailedAllocations() {
     return s_failed;
 }
 
+void CountFailedAllocation() {
+    ++s_failed;
+}
+
 void LimitAllocations(std::int64_t count) {
     s_allocationsLeft = count;
 }

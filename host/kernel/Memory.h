@@ -22,8 +22,11 @@ char *AllocateText(std::string_view text);
  * of its own and go on with less than it was given, so that whoever is about to keep a result looks here.
  */
 void WatchAllocations();
-/** Allocations that failed so far, of the functions above and, once they are watched, of the C++ allocator. */
+/** Allocations that failed so far: of the functions above, of the C++ allocator once it is watched, and counted ones.
+ */
 std::uint64_t FailedAllocations();
+/** Counts a failure of another allocator, which a library tells in its own way. */
+void CountFailedAllocation();
 
 /** Fault injection: after `count` more allocations each one fails; -1 lets them succeed again. */
 void LimitAllocations(std::int64_t count);

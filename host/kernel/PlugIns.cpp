@@ -145,6 +145,8 @@ std::unique_ptr<PlugIn> loadPlugIn(const std::string &file) {
     try {
         shakeHands(*plugIn, openLibrary(*plugIn));
     } catch (const HostError &error) {
+        // No fault of the plug-in's.
+        if (error.code == KRErrNoMemory) throw;
         tell(file, error.what);
         return nullptr;
     }
@@ -182,6 +184,7 @@ void runPhase(PlugIn &plugIn, const char *name, PICallbackProc callback) {
         runStep(name, [&] { good = callback(); });
         if (!good) throw HostError{KRErrNotAvailable, std::string("its ") + name + " gave false"};
     } catch (const HostError &error) {
+        if (error.code == KRErrNoMemory) throw;
         plugIn.state = PlugIn::Refused;
         tell(plugIn.file, error.what);
     }

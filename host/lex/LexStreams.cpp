@@ -11,10 +11,12 @@
 
 #include "kernel/Atoms.h"
 #include "kernel/HostError.h"
+#include "kernel/Memory.h"
 #include "kernel/Streams.h"
 #include "lex/LexObjects.h"
 #include "lex/Limits.h"
 #include "lex/Node.h"
+#include "lex/StoreParts.h"
 
 namespace jackdaw::lex {
 
@@ -39,9 +41,15 @@ std::string encodeFlate(std::string_view data) {
     std::string encoded;
     StringSink sink(encoded, std::numeric_limits<std::int64_t>::max());
     // Appearances are small: an output buffer of the usual 64 KB would cost more than the packing.
-    Pl_Flate flate("new stream", &sink, Pl_Flate::a_deflate, /*out_bufsize*/ 4096);
-    flate.write(reinterpret_cast<const unsigned char *>(data.data()), data.size());
-    flate.finish();
+    try {
+        Pl_Flate flate("new stream", &sink, Pl_Flate::a_deflate, /*out_bufsize*/ 4096);
+        flate.write(reinterpret_cast<const unsigned char *>(data.data()), data.size());
+        flate.finish();
+    } catch (const std::runtime_error &) {
+        // Packing asks for nothing but memory.
+        CountFailedAllocation();
+        throw HostError{KRErrNoMemory};
+    }
     return encoded;
 }
 
@@ -143,6 +151,7 @@ void readData(const Node &stream, Read read) {
     } catch (const std::bad_alloc &) {
         throw;
     } catch (const std::exception &error) {
+        if (isOfMemory(error.what())) CountFailedAllocation();
         throwBadStream(stream, error.what());
     }
 }

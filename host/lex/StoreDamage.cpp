@@ -36,11 +36,6 @@ bool isHarmless(const LexDocRec &doc, std::string_view complaint) {
                        [&](std::string_view known) { return contains(complaint, known); });
 }
 
-/** A failed allocation of C++ is counted (FailedAllocations); a decompressor's or decryptor's shows in words alone. */
-bool isOfMemory(std::string_view complaint) {
-    return contains(complaint, "memory") || contains(complaint, "bad_alloc");
-}
-
 void keep(LexDocRec &doc, std::string line) {
     if (doc.warnings.size() < s_mostWarnings)
         doc.warnings.push_back(std::move(line));
@@ -67,6 +62,10 @@ void seekMissingObjects(LexDocRec &doc, bool opening) {
 }
 
 } // namespace
+
+bool isOfMemory(std::string_view complaint) {
+    return contains(complaint, "memory") || contains(complaint, "bad_alloc");
+}
 
 void collectWarnings(LexDocRec &doc) {
     for (const QPDFExc &warning : doc.pdf->getWarnings()) {

@@ -2,9 +2,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <string_view>
+
 #include "lex/Node.h"
 
 namespace jackdaw::lex {
+
+/** Whether the library speaks of a lack of memory. A failed allocation of C++ is counted (FailedAllocations); a
+ *  decompressor's or a decryptor's shows in words alone. */
+bool isOfMemory(std::string_view complaint);
 
 /** Takes the library's complaints over into the record, and notes whether it had to rebuild the cross references. */
 void collectWarnings(LexDocRec &doc);

@@ -38,7 +38,7 @@ std::size_t CountLines(const std::string &text);
 /** The program is installed. */
 bool HasProgram(const std::string &name);
 
-/** What `fields --json` says, by name. Fails the test unless the command succeeds. */
+/** What `fields --json` says, by name. Fails the test unless the command lists them, be it with warnings. */
 std::map<std::string, Json> FieldsOf(const std::string &pdf);
 /** The value of one field as `fields --json` has it. */
 Json ValueIn(const std::string &pdf, const std::string &name);

@@ -351,6 +351,10 @@ void ExpectTexts(const std::string &pdf, const Filling &filling, const std::map<
     }
 }
 
+bool IsDamaged(const std::string &pdf) {
+    return pdf.find("damaged") != std::string::npos;
+}
+
 TEST_P(SampleForm, FilledInShowsItsValuesAndKeepsAllElse) {
     if (!HasProgram("pdftk") || !HasProgram("pdftotext") || !HasProgram("qpdf"))
         GTEST_SKIP() << "no independent reader";
@@ -363,7 +367,7 @@ TEST_P(SampleForm, FilledInShowsItsValuesAndKeepsAllElse) {
     // Passwords are not kept, and what the form would calculate is not.
     const bool calculates =
         std::any_of(rows.begin(), rows.end(), [](const auto &row) { return !row.second.at("calc_order").empty(); });
-    ASSERT_EQ(ran.exit, filling.hasPasswords || calculates ? 3 : 0) << ran;
+    ASSERT_EQ(ran.exit, filling.hasPasswords || calculates || IsDamaged(Pdf()) ? 3 : 0) << ran;
     EXPECT_EQ(RunProgram({"qpdf", "--check", out}).exit, 0);
     ExpectValues(out, filling, fields);
     ExpectTexts(out, filling, fields);
@@ -375,7 +379,7 @@ TEST_P(SampleForm, OneFieldFilledLeavesTheOthersAlone) {
         if (field["type"] != "text" || !field["flags"].empty() || !field["maxLength"].is_null()) continue;
         const std::string out = TempFile("filled.pdf", ""), filled = name;
         const Ran ran = Jackdaw({"fill", Pdf(), "--set", name + "=x", "-o", out});
-        ASSERT_TRUE(ran.exit == 0 || Has(ran.err, "scripts not run")) << ran;
+        ASSERT_TRUE(ran.exit == (IsDamaged(Pdf()) ? 3 : 0) || Has(ran.err, "scripts not run")) << ran;
         return ExpectOnlyChanged(out, [&](const std::string &other) { return other == filled; });
     }
 }
