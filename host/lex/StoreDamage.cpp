@@ -64,7 +64,8 @@ void seekMissingObjects(LexDocRec &doc, bool opening) {
 } // namespace
 
 bool isOfMemory(std::string_view complaint) {
-    return contains(complaint, "memory") || contains(complaint, "bad_alloc");
+    // The decryptor takes any bytes: what it complains of is that it cannot be set up.
+    return contains(complaint, "memory") || contains(complaint, "bad_alloc") || contains(complaint, "gnutls: ");
 }
 
 void collectWarnings(LexDocRec &doc) {

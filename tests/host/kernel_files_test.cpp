@@ -152,10 +152,57 @@ TEST(AtomicFiles, ReplaceKeepingModeAndLinks) {
     EXPECT_EQ(modeOf(path), 0640u);
     EXPECT_TRUE(fs::is_symlink(link));
     EXPECT_EQ(filesBeside(path), 2u);
+
+    // A link that points nowhere gets its file, over as many steps and folders as it takes.
+    fs::create_directory(path + "-folder");
+    fs::create_symlink(fs::path(path + "-folder").filename() / "step", path + "-dangling");
+    fs::create_symlink("../made", path + "-folder/step");
+    EXPECT_EQ(saveAtomically(path + "-dangling", "made"), KRErrNone);
+    EXPECT_TRUE(fs::is_symlink(path + "-dangling"));
+    EXPECT_EQ(ReadAll(fs::path(path).replace_filename("made")), "made");
+    fs::create_symlink("endless", fs::path(path).replace_filename("endless"));
+    EXPECT_EQ(saveAtomically(fs::path(path).replace_filename("endless"), "x"), KRErrFileOpen);
+}
+
+TEST(AtomicFiles, NewOnesAreAsPrivateAsTheirSource) {
+    const std::string path = TempFile("unused", "");
     const mode_t mask = umask(027);
-    EXPECT_EQ(saveAtomically(path + "-fresh", "new"), KRErrNone);
+    const auto modeOfNew = [&](mode_t rights) {
+        const std::string fresh = path + std::to_string(rights);
+        AtomicFile file(fresh, rights);
+        file.commit();
+        return modeOf(fresh);
+    };
+    EXPECT_EQ(modeOfNew(OpenToAll), 0640u);
+    EXPECT_EQ(modeOfNew(0600), 0600u);
+    EXPECT_EQ(modeOfNew(0400), 0600u);
+    EXPECT_EQ(modeOfNew(0755), 0640u);
     umask(mask);
-    EXPECT_EQ(modeOf(path + "-fresh"), 0640u);
+}
+
+TEST(AtomicFiles, KeepTheirOwnerOrAreRefused) {
+    if (getuid() != 0) GTEST_SKIP() << "only the superuser can make another's file";
+    const std::string path = TempFile("target", "former");
+    ASSERT_EQ(chown(path.c_str(), 1234, 5678), 0);
+    chmod(path.c_str(), 04664);
+    EXPECT_EQ(saveAtomically(path, "new"), KRErrNone);
+    struct stat info {};
+    stat(path.c_str(), &info);
+    EXPECT_EQ(info.st_uid, 1234u);
+    EXPECT_EQ(info.st_gid, 5678u);
+    EXPECT_EQ(modeOf(path), 04664u);
+
+    fs::permissions(fs::path(path).parent_path(), fs::perms::all);
+    chmod(path.c_str(), 0666);
+    const auto asNobody = [&] {
+        if (setgid(65534) != 0 || setuid(65534) != 0) _exit(9);
+        const KRErrorCode code = saveAtomically(path, "another's");
+        std::fprintf(stderr, "%s", LastErrorText().c_str());
+        _exit(code == KRErrFileOpen ? 0 : 1);
+    };
+    EXPECT_EXIT(asNobody(), testing::ExitedWithCode(0), "belongs to another user");
+    EXPECT_EQ(ReadAll(path), "new");
+    EXPECT_EQ(filesBeside(path), 1u);
 }
 
 TEST(AtomicFiles, FormerContentStandsOnEveryFailure) {

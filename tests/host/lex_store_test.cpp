@@ -2,7 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "lex/Store.h"
 
+#include <algorithm>
+#include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <set>
 
@@ -166,6 +169,86 @@ TEST(StoreSave, OverItsOwnFileTwiceAndNeverLosingItOnFailure) {
     const std::string former = ReadAll(path);
     EXPECT_EQ(codeOf([&] { lex::saveDoc(doc, path); }), KRErrBadPDF);
     EXPECT_EQ(ReadAll(path), former);
+}
+
+/** A form of a few hundred thousand bytes, of which little is read when it is opened. */
+std::string LargeForm() {
+    std::vector<std::string> objects = s_form;
+    objects[3] = "<< /Length 300000 >>\nstream\n" + std::string(300000, 'x') + "\nendstream";
+    objects.push_back("<< /Contents 4 0 R >>");
+    objects[1] = "<< /Type /Pages /Kids [ ] /Count 0 /Kept 6 0 R >>";
+    return PdfText(objects);
+}
+
+TEST(StoreSave, NothingIsSavedOfAFileThatChangedWhileItWasOpen) {
+    const std::string bytes = LargeForm();
+    const std::pair<const char *, std::function<void(const std::string &)>> s_changes[] = {
+        {"cut", [&](const std::string &path) { std::filesystem::resize_file(path, bytes.size() / 2); }},
+        {"grown", [&](const std::string &path) { std::ofstream(path, std::ios::app) << "more"; }},
+        {"written over",
+         [&](const std::string &path) {
+             std::fstream(path, std::ios::in | std::ios::out).seekp(1000) << "y";
+             const auto time = std::filesystem::last_write_time(path);
+             std::filesystem::last_write_time(path, time + std::chrono::seconds(1));
+         }},
+    };
+    for (const auto &[name, change] : s_changes) {
+        SCOPED_TRACE(name);
+        const std::string path = TempFile("changing.pdf", bytes), target = TempFile("target.pdf", "former");
+        Doc doc(lex::openPdfFile(path, nullptr));
+        change(path);
+        EXPECT_EQ(codeOf([&] { lex::saveDoc(doc, target); }), KRErrFileIO);
+        EXPECT_EQ(codeOf([&] { lex::damage(doc); }), KRErrFileIO);
+        EXPECT_EQ(ReadAll(target), "former");
+    }
+}
+
+TEST(StoreSave, DamageIsToldAndCanBeRefused) {
+    const std::string classic = PdfText(s_form);
+    const std::string cut = classic.substr(0, classic.find("5 0 obj"));
+    std::string wrongOffsets = classic, unreadable = classic;
+    wrongOffsets.insert(wrongOffsets.find("3 0 obj"), "          ");
+    unreadable.replace(unreadable.find("/V (value)"), 10, "/V >>>>>>>");
+    for (const std::string &bytes : {cut, wrongOffsets, unreadable}) {
+        const std::string target = TempFile("target.pdf", "former");
+        Doc doc(bytes);
+        EXPECT_EQ(codeOf([&] { lex::saveDoc(doc, target, lex::Damage::Refused); }), KRErrBadPDF);
+        EXPECT_EQ(ReadAll(target), "former");
+        lex::saveDoc(doc, target);
+        EXPECT_FALSE(lex::damage(doc).empty());
+        Doc sound(ReadAll(target));
+        EXPECT_EQ(lex::damage(sound), std::vector<std::string>());
+        lex::saveDoc(sound, target, lex::Damage::Refused);
+    }
+    Doc doc(cut);
+    const auto lines = lex::damage(doc);
+    EXPECT_TRUE(std::any_of(lines.begin(), lines.end(), [](const std::string &line) {
+        return line.find("(object 5 0): is missing") != std::string::npos;
+    }));
+}
+
+// A crypt filter without parameters is the identity: its stream is neither decrypted nor in the way of saving.
+TEST(StoreSave, ACryptFilterNeedsNoParameters) {
+    const std::string text = "<x:xmpmeta> in the clear </x:xmpmeta>";
+    std::vector<std::string> objects = s_form;
+    objects[0] = "<< /Type /Catalog /Pages 2 0 R /Metadata 6 0 R /AcroForm << /Fields [3 0 R] >> >>";
+    objects.push_back("<< /Type /Metadata /Subtype /XML /Length " + std::to_string(text.size()) + " >>\nstream\n" +
+                      text + "\nendstream");
+    std::string bytes = Rewritten(PdfText(objects), [](QPDFWriter &writer) {
+        writer.setR6EncryptionParameters("", "owner", true, true, true, true, true, true, qpdf_r3p_full,
+                                         /*encryptMetadata*/ false);
+        writer.setStreamDataMode(qpdf_s_preserve);
+    });
+    // Of the same length, so that the offsets hold.
+    const std::size_t subtype = bytes.find("/Subtype /XML");
+    ASSERT_NE(subtype, std::string::npos);
+    bytes.replace(bytes.find("/Type /Metadata"), 15, "/Filter[/Crypt]");
+    bytes.replace(subtype, 13, "/Subt    /XML");
+    Doc doc(bytes);
+    Doc saved(lex::saveDocToString(doc));
+    EXPECT_EQ(lex::rawData(saved.at("Metadata")), text);
+    EXPECT_EQ(lex::stringValue(saved.at("Tessella/Fields/0/V")), "value");
+    EXPECT_EQ(lex::damage(saved), std::vector<std::string>());
 }
 
 TEST(StoreOpen, EncryptionAsksForAPasswordAndGivesTheRightsOfWhoOpened) {
