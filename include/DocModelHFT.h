@@ -34,7 +34,21 @@ inline constexpr Slot<&gDocModelHFT, 11, void(DMAnnot annot, const KRFixedRect *
 inline constexpr Slot<&gDocModelHFT, 12, KRBool(DMAnnot a, DMAnnot b)> DMAnnotEqual;
 inline constexpr Slot<&gDocModelHFT, 13, LexObj(DMAnnot annot)> DMAnnotGetLexObj;
 inline constexpr Slot<&gDocModelHFT, 14, DMAnnot(LexObj obj)> DMAnnotFromLexObj;
-/** `F`, 0 when absent: 1 invisible, 2 hidden, 4 print, 32 no view. */
+/** Bits of `F`. */
+enum DMAnnotFlag : std::uint32_t {
+    /** An annotation whose subtype the viewer does not know is not shown. */
+    DMAnnotInvisible = 0x1,
+    /** Neither shown nor printed, and takes no clicks. */
+    DMAnnotHidden = 0x2,
+    DMAnnotPrint = 0x4,
+    DMAnnotNoZoom = 0x8,
+    DMAnnotNoRotate = 0x10,
+    /** Not shown on the screen, but printed with DMAnnotPrint. */
+    DMAnnotNoView = 0x20,
+    DMAnnotReadOnly = 0x40,
+    DMAnnotLocked = 0x80
+};
+/** `F`, a sum of DMAnnotFlag; 0 when absent. */
 inline constexpr Slot<&gDocModelHFT, 15, std::uint32_t(DMAnnot annot)> DMAnnotGetFlags;
 inline constexpr Slot<&gDocModelHFT, 16, void(DMAnnot annot, std::uint32_t flags)> DMAnnotSetFlags;
 
@@ -69,7 +83,12 @@ struct DMDocSaveRecord {
 inline constexpr Slot<&gDocModelHFT, 18, void(DMDoc doc, std::uint32_t saveFlags, KRFileSys fs, KRPathName path)>
     DMDocSave;
 inline constexpr Slot<&gDocModelHFT, 19, void(DMDoc doc)> DMDocClose;
-/** Bit 0 dirty; the others are the host's. */
+/** Bits of a document's flags; the others are the host's. */
+enum DMDocFlag : std::uint32_t {
+    /** Something changed since the document was opened or saved. */
+    DMDocDirty = 0x1
+};
+/** A sum of DMDocFlag. */
 inline constexpr Slot<&gDocModelHFT, 20, std::uint32_t(DMDoc doc)> DMDocGetFlags;
 /** Sets the bits that are 1 in `flags`. */
 inline constexpr Slot<&gDocModelHFT, 21, void(DMDoc doc, std::uint32_t flags)> DMDocSetFlags;
@@ -88,10 +107,14 @@ inline constexpr Slot<&gDocModelHFT, 28, std::int32_t(DMDoc doc, const char *key
     DMDocGetInfo;
 inline constexpr Slot<&gDocModelHFT, 29, void(DMDoc doc, const char *key, const char *bytes, std::int32_t length)>
     DMDocSetInfo;
-/**
- * Permission bits that are read: 8 change contents, 32 change annotations and fill in, 0x8000 all. Everything is set
- * for a document without encryption and for its owner.
- */
+/** The permissions that are read. */
+enum DMPermission : std::uint32_t {
+    DMPermissionChange = 0x8,
+    /** Annotations may be changed and fields filled in. */
+    DMPermissionFillIn = 0x20,
+    DMPermissionAll = 0x8000
+};
+/** A sum of DMPermission and bits that nobody reads: all are set without encryption, and for the document's owner. */
 inline constexpr Slot<&gDocModelHFT, 30, std::uint32_t(DMDoc doc)> DMDocGetPermissions;
 /** Makes the object document writable. `load` 1 reads what changes need, `flags` is 0. */
 inline constexpr Slot<&gDocModelHFT, 31, void(DMDoc doc, KRBool load, std::uint32_t flags)> DMDocEnsureWrite;
@@ -130,7 +153,9 @@ inline constexpr Slot<&gDocModelHFT, 45, void(DMPage page, KRFixedRect *box)> DM
 inline constexpr Slot<&gDocModelHFT, 46, void(DMPage page, KRFixedMatrix *matrix)> DMPageGetDefaultMatrix;
 /** An annotation that the file holds directly becomes indirect here. */
 inline constexpr Slot<&gDocModelHFT, 47, DMAnnot(DMPage page, std::int32_t index)> DMPageGetAnnot;
-/** Inserts behind annotation `index`; -1 puts it first, -2 last. Sends 38 before and 39 after. */
+/** Places of DMPageAddAnnot beside the indexes of annotations. */
+enum DMAnnotPlace : std::int32_t { DMAnnotFirst = -1, DMAnnotLast = -2 };
+/** Inserts behind annotation `index`, or at a DMAnnotPlace. Sends 38 before and 39 after. */
 inline constexpr Slot<&gDocModelHFT, 48, void(DMPage page, std::int32_t index, DMAnnot annot)> DMPageAddAnnot;
 /** Sends 37 before and 42 after. */
 inline constexpr Slot<&gDocModelHFT, 49, void(DMPage page, std::int32_t index)> DMPageRemoveAnnot;

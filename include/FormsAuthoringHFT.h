@@ -62,11 +62,11 @@ inline constexpr Slot<&gFormsAuthoringHFT, 20, KRAtom(DMAnnot annot)> WButtonGet
 
 // Name trees under the catalog's `Names`. `name` is PDFDocEncoding.
 
-/** `flags` 2 destroys the value that is replaced. */
+/** `flags` is 0 or TSNameDestroyOld. */
 inline constexpr Slot<&gFormsAuthoringHFT, 21,
                       void(LexDoc doc, KRAtom tree, const EStr *name, LexObj value, std::uint32_t flags)>
     TSAddNameEntry;
-/** `flags` 0x20 removes, 0x10 destroys the value besides. */
+/** `flags` is TSNameRemove or TSNameRemoveDestroy. */
 inline constexpr Slot<&gFormsAuthoringHFT, 22,
                       void(LexDoc doc, KRAtom tree, const EStr *name, KRBool updateLimits, std::uint32_t flags)>
     TSRemoveNameEntry;

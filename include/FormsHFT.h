@@ -37,7 +37,7 @@ inline constexpr Slot<&gFormsHFT, 7, KRBool(DMField *field)> TSDMFieldIsValid;
 inline constexpr Slot<&gFormsHFT, 8, KRBool(DMField *field)> TSDMFieldIsTerminal;
 /** `V`, inherited and shared by same-named fields; a button without one reads as the name Off. */
 inline constexpr Slot<&gFormsHFT, 9, LexObj(DMField *field)> TSDMFieldGetValue;
-/** `which` 0: annotation flags `F`; 1: field flags `Ff`, inherited. */
+/** The word of flags that `which`, a TSFlagWord, names; 0 for any other, and for an invalid field. */
 inline constexpr Slot<&gFormsHFT, 10, std::uint32_t(DMField *field, std::int32_t which)> TSDMFieldGetFlags;
 /** Full name, raw bytes; the plug-in's memory, valid as long as the field. */
 inline constexpr Slot<&gFormsHFT, 11, const char *(DMField *field)> TSDMFieldGetName;

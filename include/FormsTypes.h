@@ -6,6 +6,54 @@
 
 #include "KRTypes.h"
 
+/** The two words of flags that a field has: `which` of TSDMFieldGetFlags and TSDMFieldSetFlags. */
+enum TSFlagWord : std::int32_t {
+    /** `F`, a sum of DMAnnotFlag: the field's own dictionary alone has it, and only a widget's is drawn by it. */
+    TSAnnotWord = 0,
+    /** `Ff`, a sum of TSFieldFlag: inherited, and kept at the top of a group of same-named fields. */
+    TSFieldWord = 1
+};
+
+/** Bits of `Ff`. What a bit above the low twelve means depends on the field's type. */
+enum TSFieldFlag : std::uint32_t {
+    TSFieldReadOnly = 0x1,
+    TSFieldRequired = 0x2,
+    TSFieldNoExport = 0x4,
+    /** Private to this system: a change of the field makes no new appearance while it is set. */
+    TSFieldDelay = 0x8,
+    /** All that mean the same for every type. The others go when the type changes. */
+    TSFieldFlagsOfAllTypes = 0xFFF,
+
+    // Of text fields.
+    TSFieldMultiLine = 0x1000,
+    /** Shown as stars, and gone from the file at the next save. */
+    TSFieldPassword = 0x2000,
+    TSFieldFileSelect = 0x100000,
+    TSFieldNoScroll = 0x800000,
+    TSFieldComb = 0x1000000,
+    TSFieldRichText = 0x2000000,
+    /** Of choice fields as well. */
+    TSFieldNoSpellCheck = 0x400000,
+
+    // Of buttons.
+    /** A click does not turn the radio button off. */
+    TSFieldNoToggleToOff = 0x4000,
+    /** Clear, with TSFieldPushButton clear: a check box. */
+    TSFieldRadio = 0x8000,
+    TSFieldPushButton = 0x10000,
+    /** Radio buttons of one on-state go on and off together. */
+    TSFieldRadiosInUnison = 0x2000000,
+
+    // Of choice fields.
+    /** Clear: a list box. */
+    TSFieldCombo = 0x20000,
+    /** The combo box takes text that is none of its options. */
+    TSFieldComboEdit = 0x40000,
+    TSFieldSorted = 0x80000,
+    TSFieldMultiSelect = 0x200000,
+    TSFieldCommitOnChange = 0x4000000
+};
+
 /** A field of a form. Valid until it is undefined or its document closes; never kept across a save. */
 struct DMField;
 
@@ -117,6 +165,33 @@ using TSNotifyFailureProc = void (*)(KRErrorCode code, void *record, void *clien
 /** Stops the enumeration by giving false. */
 using TSFieldEnumProc = KRBool (*)(DMField *field, void *clientData);
 
+/**
+ * Bits of TSWidgetData::mixed: what differs between the widgets of a selection. CompareData of a handler sets them in
+ * the first record; WriteData leaves alone what is set.
+ */
+enum TSMixed : std::uint32_t {
+    /** Set by every comparison, so that a type is never written after one. */
+    TSMixedType = 0x1,
+    TSMixedTitle = 0x2,
+    /** "Seen" tells of one that is transparent and one that is not. */
+    TSMixedBackSeen = 0x4,
+    TSMixedBackColor = 0x8,
+    TSMixedBorderSeen = 0x10,
+    TSMixedBorderColor = 0x20,
+    TSMixedBorderStyle = 0x40,
+    TSMixedBorderWidth = 0x80,
+    TSMixedTextSeen = 0x100,
+    TSMixedTextColor = 0x200,
+    TSMixedFont = 0x400,
+    TSMixedTextSize = 0x800,
+    TSMixedReadOnly = 0x1000,
+    TSMixedRequired = 0x4000,
+    TSMixedUserName = 0x10000,
+    TSMixedQuadding = 0x20000,
+    /** Of the annotation flags hidden, print and no view. */
+    TSMixedAnnotFlags = 0x40000
+};
+
 /** Data of a widget, the transfer format of authoring. Its handler puts a record of its own behind it. */
 struct TSWidgetData {
     KRAtom type;
@@ -132,16 +207,41 @@ struct TSWidgetData {
     TSBorder border;
     KRAtom font;
     KRFixed textSize;
+    /** A sum of DMAnnotFlag. */
     std::uint32_t annotFlags;
+    /** A sum of TSFieldFlag. */
     std::uint32_t fieldFlags;
     std::uint16_t quadding;
     std::uint16_t rotation;
-    /** Mask of what differs across a selection; what is set is not written. */
+    /** A sum of TSMixed: what differs across a selection; what is set is not written. */
     std::uint32_t mixed;
     /** Text of the field's value in host encoding, owned; null when it has none. */
     char *value;
     /** The handler's own record; owned. */
     void *extension;
+};
+
+/** What keeps a widget from being called by a name, or its data from being used. */
+enum TSValidity : std::int32_t {
+    TSValid = 0,
+    /** Also a name of dots alone. */
+    TSNameEmpty = 1,
+    TSNameOfOtherType = 2,
+    TSNameOfGroup = 3,
+    TSNameBelowField = 4,
+    TSFontsMixed = 5,
+    TSNameNotRoman = 6,
+    TSSizeOutOfRange = 7
+};
+
+/** Bits of `flags` of TSAddNameEntry and TSRemoveNameEntry. */
+enum TSNameTreeFlags : std::uint32_t {
+    /** Adding: destroys the value that is replaced. */
+    TSNameDestroyOld = 0x02,
+    /** Removing: destroys the value besides. */
+    TSNameRemoveDestroy = 0x10,
+    /** Removing: takes the entry out and leaves its value. */
+    TSNameRemove = 0x20
 };
 
 /**

@@ -110,7 +110,10 @@ struct SCRect {
     std::int16_t left, top, right, bottom;
 };
 
-/** Space -1 transparent, 0 gray, 1 RGB, 2 CMYK; the components of the space, each 0 to 1.0. */
+/** Numbers of DMColorValue::space. */
+enum TSColorSpace : std::int32_t { TSColorTransparent = -1, TSColorGray = 0, TSColorRGB = 1, TSColorCMYK = 2 };
+
+/** A colour of a TSColorSpace; the components of the space, each 0 to 1.0. */
 struct DMColorValue {
     std::int32_t space;
     KRFixed value[4];

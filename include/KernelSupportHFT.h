@@ -25,7 +25,9 @@ inline constexpr Slot<&gKernelSupportHFT, 3, void(void *block)> KRfree;
  */
 inline constexpr Slot<&gKernelSupportHFT, 4, char *(KRErrorCode code, char *buffer, std::int32_t size)>
     KRGetErrorString;
-/** A new code for `text` (copied). `severity` is 0 to 15 and stands in the top four bits. */
+/** How grave an error is: the top four bits of its code. */
+enum KRSeverity : std::int32_t { KRSeverityTold = 2, KRSeverityError = 4 };
+/** A new code for `text` (copied). `severity` is a KRSeverity, or any number of 0 to 15. */
 inline constexpr Slot<&gKernelSupportHFT, 5, KRErrorCode(std::int32_t severity, const char *text)>
     KRRegisterErrorString;
 

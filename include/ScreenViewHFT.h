@@ -47,7 +47,13 @@ inline constexpr Slot<&gScreenViewHFT, 6, DMAction(DMDoc target, DMAction action
 // Alerts. Without a window the text goes to standard error, and the answer is the first button unless the user of the
 // command line asked for another policy.
 
-/** Icon 0 none, 1 error, 2 question, 3 warning; button texts may be null. Gives 1, 2 or 3: which button went. */
+enum SCAlertIcon : std::int32_t {
+    SCAlertIconNone = 0,
+    SCAlertIconError = 1,
+    SCAlertIconQuestion = 2,
+    SCAlertIconWarning = 3
+};
+/** `icon` is a SCAlertIcon; button texts may be null. Gives 1, 2 or 3: which button went. */
 inline constexpr Slot<&gScreenViewHFT, 7,
                       std::int32_t(std::int32_t icon, const char *text, const char *button1, const char *button2,
                                    const char *button3, KRBool beep)>
@@ -184,7 +190,9 @@ inline constexpr Slot<&gScreenViewHFT, 48, SCMenu(const char *title, const char 
 inline constexpr Slot<&gScreenViewHFT, 49, void(SCMenu menu)> SCMenuRelease;
 inline constexpr Slot<&gScreenViewHFT, 50, void(SCMenu menu)> SCMenuRemove;
 inline constexpr Slot<&gScreenViewHFT, 51, SCMenuItem(SCMenu menu)> SCMenuGetParentMenuItem;
-/** 9999 means the end. */
+/** As an index: behind the last item. */
+inline constexpr std::int32_t SCMenuEnd = 9999;
+/** Puts the item in front of item `index`, or at SCMenuEnd. */
 inline constexpr Slot<&gScreenViewHFT, 52, void(SCMenu menu, SCMenuItem item, std::int32_t index)> SCMenuAddMenuItem;
 /** `shortcut` is a character or 0; `submenu` may be null. A title of "-" is a separator. */
 inline constexpr Slot<&gScreenViewHFT, 53,
@@ -269,7 +277,9 @@ inline constexpr Slot<&gScreenViewHFT, 99, std::int32_t(SCPageView view, DMAnnot
 
 // The system and the tools.
 
-/** Bit 1 shift, 2 control, 8 option. */
+/** Keys that are held while the pointer or another key is pressed. */
+enum SCModifier : std::uint32_t { SCModifierShift = 0x1, SCModifierControl = 0x2, SCModifierOption = 0x8 };
+/** A sum of SCModifier. */
 inline constexpr Slot<&gScreenViewHFT, 100, std::uint32_t()> SCSysGetModifiers;
 inline constexpr Slot<&gScreenViewHFT, 101, KRBool()> SCSysMouseIsStillDown;
 inline constexpr Slot<&gScreenViewHFT, 102, void(std::int32_t duration)> SCSysBeep;

@@ -39,7 +39,14 @@ using SCAppNotifyProc = void (*)(void *clientData);
 using SCDocNotifyProc = void (*)(SCDoc doc, void *clientData);
 /** 4: `error` is not 0 when the opening failed half-way. */
 using SCDocDidOpenProc = void (*)(SCDoc doc, KRErrorCode error, void *clientData);
-/** 14. */
+/** What `how` of SCPageViewDidChange adds up from. */
+enum SCPageViewChange : std::int16_t {
+    SCPageViewScrolled = 0x1,
+    SCPageViewPageChanged = 0x2,
+    SCPageViewZoomed = 0x4,
+    SCPageViewResized = 0x8
+};
+/** 14: `how` is a sum of SCPageViewChange. */
 using SCPageViewNotifyProc = void (*)(SCPageView view, std::int16_t how, void *clientData);
 /** 15: `source` may be null (blank pages). */
 using DMDocWillInsertProc = void (*)(DMDoc doc, std::int32_t afterPage, DMDoc source, std::int32_t first,

@@ -31,14 +31,14 @@ constexpr ButtonRow s_buttons[] = {
 std::int32_t HostIcon(std::int32_t icon) {
     switch (icon) {
     case mdAlertError:
-        return 1;
+        return SCAlertIconError;
     case mdAlertQuestion:
-        return 2;
+        return SCAlertIconQuestion;
     case mdAlertWarning:
     case mdAlertStatus:
-        return 3;
+        return SCAlertIconWarning;
     default:
-        return 0;
+        return SCAlertIconNone;
     }
 }
 

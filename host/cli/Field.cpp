@@ -15,25 +15,26 @@ namespace jackdaw::cli {
 namespace {
 
 constexpr int s_depthLimit = 256;
-constexpr std::uint32_t s_pushButton = 0x10000;
-constexpr std::uint32_t s_radio = 0x8000;
-constexpr std::uint32_t s_combo = 0x20000;
 
 struct FlagWord {
     std::uint32_t bit;
     const char *word;
 };
-constexpr FlagWord s_commonWords[] = {{0x1, "readonly"}, {0x2, "required"}, {0x4, "noexport"}};
-constexpr FlagWord s_textWords[] = {{0x1000, "multiline"},      {0x2000, "password"},   {0x100000, "fileselect"},
-                                    {0x400000, "nospellcheck"}, {0x800000, "noscroll"}, {0x1000000, "comb"},
-                                    {0x2000000, "richtext"}};
-constexpr FlagWord s_buttonWords[] = {{0x4000, "notoggletooff"}, {0x2000000, "radiosinunison"}};
-constexpr FlagWord s_choiceWords[] = {{0x40000, "editable"},
-                                      {0x80000, "sorted"},
-                                      {0x200000, "multiselect"},
-                                      {0x400000, "nospellcheck"},
-                                      {0x4000000, "commitonchange"}};
-constexpr FlagWord s_widgetWords[] = {{0x1, "invisible"}, {0x2, "hidden"}, {0x20, "noview"}};
+constexpr FlagWord s_commonWords[] = {
+    {TSFieldReadOnly, "readonly"}, {TSFieldRequired, "required"}, {TSFieldNoExport, "noexport"}};
+constexpr FlagWord s_textWords[] = {{TSFieldMultiLine, "multiline"},   {TSFieldPassword, "password"},
+                                    {TSFieldFileSelect, "fileselect"}, {TSFieldNoSpellCheck, "nospellcheck"},
+                                    {TSFieldNoScroll, "noscroll"},     {TSFieldComb, "comb"},
+                                    {TSFieldRichText, "richtext"}};
+constexpr FlagWord s_buttonWords[] = {{TSFieldNoToggleToOff, "notoggletooff"},
+                                      {TSFieldRadiosInUnison, "radiosinunison"}};
+constexpr FlagWord s_choiceWords[] = {{TSFieldComboEdit, "editable"},
+                                      {TSFieldSorted, "sorted"},
+                                      {TSFieldMultiSelect, "multiselect"},
+                                      {TSFieldNoSpellCheck, "nospellcheck"},
+                                      {TSFieldCommitOnChange, "commitonchange"}};
+constexpr FlagWord s_widgetWords[] = {
+    {DMAnnotInvisible, "invisible"}, {DMAnnotHidden, "hidden"}, {DMAnnotNoView, "noview"}};
 
 bool IsDict(LexObj obj) {
     return LexObjGetType(obj) == LexDict;
@@ -53,8 +54,8 @@ std::uint32_t InheritedFlags(LexObj dict) {
 }
 
 FieldType ButtonType(std::uint32_t flags) {
-    if (flags & s_pushButton) return FieldType::Button;
-    return flags & s_radio ? FieldType::RadioButton : FieldType::CheckBox;
+    if (flags & TSFieldPushButton) return FieldType::Button;
+    return flags & TSFieldRadio ? FieldType::RadioButton : FieldType::CheckBox;
 }
 
 // The dictionaries of a field's widgets: its own, or its kids that have no title.
@@ -228,7 +229,7 @@ FieldType TypeOfField(DMField *field) {
     LexObj type = InheritedValue(dict, AtomOf("FT"));
     if (IsName(type, "Tx")) return FieldType::Text;
     if (IsName(type, "Btn")) return ButtonType(InheritedFlags(dict));
-    if (IsName(type, "Ch")) return InheritedFlags(dict) & s_combo ? FieldType::ComboBox : FieldType::ListBox;
+    if (IsName(type, "Ch")) return InheritedFlags(dict) & TSFieldCombo ? FieldType::ComboBox : FieldType::ListBox;
     return IsName(type, "Sig") ? FieldType::Signature : FieldType::Unknown;
 }
 

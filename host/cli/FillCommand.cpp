@@ -18,15 +18,11 @@ namespace jackdaw::cli {
 
 namespace {
 
-constexpr std::uint32_t s_readOnly = 0x1;
-constexpr std::uint32_t s_password = 0x2000;
-constexpr std::uint32_t s_editable = 0x40000;
-constexpr std::uint32_t s_multiSelect = 0x200000;
 /** Choices that a warning lists. */
 constexpr std::size_t s_listed = 12;
 
 bool IsPassword(DMField *field) {
-    return TypeOfField(field) == FieldType::Text && (Forms::TSDMFieldGetFlags(field, 1) & s_password);
+    return TypeOfField(field) == FieldType::Text && (Forms::TSDMFieldGetFlags(field, TSFieldWord) & TSFieldPassword);
 }
 
 /** Why a field did not take a value. */
@@ -84,7 +80,8 @@ LexObj ButtonValue(LexDoc doc, DMField *field, FieldType type, const std::string
 LexObj ChoiceValue(LexDoc doc, DMField *field, FieldType type, const std::string &text) {
     const std::vector<Option> options = OptionsOfField(field, type);
     if (const Option *option = FindOption(options, text)) return option->object;
-    if (type == FieldType::ComboBox && (Forms::TSDMFieldGetFlags(field, 1) & s_editable)) return NewText(doc, text);
+    if (type == FieldType::ComboBox && (Forms::TSDMFieldGetFlags(field, TSFieldWord) & TSFieldComboEdit))
+        return NewText(doc, text);
     throw Refusal{"no such choice \"" + text + "\"; it takes: " + JoinTexts(Offers(options), s_listed)};
 }
 
@@ -106,7 +103,7 @@ LexObj ListValue(LexDoc doc, DMField *field, FieldType type, const std::vector<s
     if (type != FieldType::ListBox && type != FieldType::ComboBox) throw Refusal{"the field takes one value, no list"};
     if (texts.empty()) return LexNullObj;
     if (texts.size() == 1) return ChoiceValue(doc, field, type, texts.front());
-    if (type == FieldType::ComboBox || !(Forms::TSDMFieldGetFlags(field, 1) & s_multiSelect))
+    if (type == FieldType::ComboBox || !(Forms::TSDMFieldGetFlags(field, TSFieldWord) & TSFieldMultiSelect))
         throw Refusal{"the field takes one choice, not " + std::to_string(texts.size())};
     return ChoicesValue(doc, field, type, texts);
 }
@@ -133,7 +130,7 @@ void SetField(DMDoc doc, DMField *field, const Assignment &assignment) {
     if (assignment.kind == Assignment::Nested)
         throw Refusal{"the value is neither text, number, boolean, null nor a list of texts"};
     if (!Forms::TSDMFieldIsTerminal(field)) throw Refusal{"a group of fields, which takes no value itself"};
-    if (Forms::TSDMFieldGetFlags(field, 1) & s_readOnly) throw Refusal{"the field is read-only"};
+    if (Forms::TSDMFieldGetFlags(field, TSFieldWord) & TSFieldReadOnly) throw Refusal{"the field is read-only"};
     LexObj value = ValueFor(DMDocGetLexDoc(doc), field, assignment);
     if (!Forms::TSDMFieldSetValue(field, value))
         throw Refusal{"the form refused the value \"" + assignment.text + "\""};

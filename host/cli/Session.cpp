@@ -23,7 +23,7 @@ namespace jackdaw::cli {
 
 namespace {
 
-constexpr std::uint32_t s_fillPermissions = 0x8 | 0x20 | 0x8000;
+constexpr std::uint32_t s_fillPermissions = DMPermissionChange | DMPermissionFillIn | DMPermissionAll;
 bool s_warned = false;
 
 /** A sentence about the file at `path`, under the name that the user knows it by. */

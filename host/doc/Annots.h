@@ -38,7 +38,7 @@ DMAnnot pageAnnot(DMPage page, std::int32_t index);
 std::int32_t annotIndex(DMPage page, DMAnnot annot);
 /** A new indirect annotation that is on no page yet. */
 DMAnnot createAnnot(DMPage page, KRAtom subtype, const KRFixedRect &rect);
-/** Inserts behind annotation `index`; -1 puts it first, -2 last. Sets its `P`. Sends 38 and 39. */
+/** Inserts behind annotation `index`, or at a DMAnnotPlace. Sets its `P`. Sends 38 and 39. */
 void addAnnot(DMPage page, std::int32_t index, DMAnnot annot);
 /** Sends 37 before and 42 after. */
 void removeAnnot(DMPage page, std::int32_t index);

@@ -59,7 +59,7 @@ DMDocRec &addDocument(LexDoc lex) {
     try {
         doc = std::make_unique<DMDocRec>();
         documents().reserve(documents().size() + 1);
-        lex::setChangeObserver(lex, [record = doc.get()] { record->flags |= docDirty; });
+        lex::setChangeObserver(lex, [record = doc.get()] { record->flags |= DMDocDirty; });
     } catch (...) {
         lex::closeDoc(lex);
         throw;
@@ -146,7 +146,7 @@ void saveWithNotices(DMDocRec &doc, bool copy, KRFileSys fs, KRPathName path, Wr
     }
     doc.saving = false;
     // What subscribers tidied up for the sake of a copy is no change that the user has to save.
-    if (copy) doc.flags = (doc.flags & ~docDirty) | (flagsBefore & docDirty);
+    if (copy) doc.flags = (doc.flags & ~DMDocDirty) | (flagsBefore & DMDocDirty);
     notifyDocDidSave(&doc, code);
     if (failure) std::rethrow_exception(failure);
 }
@@ -189,7 +189,7 @@ void saveDoc(DMDoc handle, std::uint32_t saveFlags, KRFileSys fs, KRPathName pat
     saveWithNotices(doc, target.copy, target.fileSys, target.pathName, [&] {
         writeTo(doc.lex, target);
         if (target.copy) return;
-        doc.flags &= ~docDirty;
+        doc.flags &= ~DMDocDirty;
         adoptFile(doc, target.fileSys, target.pathName->text, reopened(target));
     });
 }

@@ -13,9 +13,6 @@
 
 namespace jackdaw {
 
-/** Bit of the document flags: something changed since the document was opened or saved. */
-inline constexpr std::uint32_t docDirty = 1;
-
 /**
  * Opens a PDF, or gives the document that is open on this very file (same device and inode) with one more reference.
  * `password` may be null. Throws KRErrBadPDF, KRErrPassword and the file errors.
@@ -56,7 +53,7 @@ void clearDocFlags(DMDoc doc, std::uint32_t flags);
 /** Grows with every change of an object of the document: what was derived from objects is fresh while it stands. */
 std::uint64_t docChangeStamp(DMDoc doc);
 
-/** Bits of DMDocGetPermissions. */
+/** A sum of DMPermission. */
 std::uint32_t docPermissions(DMDoc doc);
 
 /** Calls `proc` with each line of lex::damage; throws as that does. */

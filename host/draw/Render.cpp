@@ -23,8 +23,6 @@ namespace jackdaw {
 
 namespace {
 
-enum : std::uint32_t { flagInvisible = 1, flagHidden = 2, flagNoView = 32 };
-
 /** The longest side that a cairo image has. */
 constexpr double maxSide = 32767;
 
@@ -145,10 +143,10 @@ LexObj NormalAppearance(LexObj annot) {
 bool AnnotIsShown(LexObj annot) {
     if (lex::typeOf(annot) != LexDict) return false;
     const std::uint32_t flags = annotFlags(annotFromLex(annot));
-    if ((flags & (flagHidden | flagNoView)) != 0) return false;
+    if ((flags & (DMAnnotHidden | DMAnnotNoView)) != 0) return false;
     const std::string_view subtype = AtomText(lex::nameOrNone(lex::dictGet(annot, AtomFromText("Subtype"))));
     if (subtype == "Popup") return false;
-    return (flags & flagInvisible) == 0 || isStandardSubtype(subtype);
+    return (flags & DMAnnotInvisible) == 0 || isStandardSubtype(subtype);
 }
 
 void DrawAppearance(cairo_t *context, LexObj stream, LexObj optionalContent, const DeviceRect &rect, int pageRotate) {

@@ -35,13 +35,13 @@ std::string printable(const std::string &text) {
     return result;
 }
 
-const char *prefixOf(AlertIcon icon) {
+const char *prefixOf(SCAlertIcon icon) {
     switch (icon) {
-    case AlertIcon::Error:
+    case SCAlertIconError:
         return "Error: ";
-    case AlertIcon::Question:
+    case SCAlertIconQuestion:
         return "Question: ";
-    case AlertIcon::Warning:
+    case SCAlertIconWarning:
         return "Warning: ";
     default:
         return "";

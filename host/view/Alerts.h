@@ -9,14 +9,12 @@
 #include <functional>
 #include <string>
 
-#include "KRTypes.h"
+#include "ScreenViewHFT.h"
 
 namespace jackdaw {
 
-enum class AlertIcon { None = 0, Error = 1, Question = 2, Warning = 3 };
-
 struct AlertRequest {
-    AlertIcon icon = AlertIcon::None;
+    SCAlertIcon icon = SCAlertIconNone;
     std::string text;
     /** As they read; an absent button is empty. The first is never empty. */
     std::string buttons[3];

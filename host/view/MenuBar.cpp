@@ -50,7 +50,7 @@ bool notLast(SCDoc view) {
 }
 
 bool canSave(SCDoc view) {
-    return (docFlags(DocOfView(view)) & docDirty) != 0 && docFile(DocOfView(view)) != nullptr;
+    return (docFlags(DocOfView(view)) & DMDocDirty) != 0 && docFile(DocOfView(view)) != nullptr;
 }
 
 void save(SCDoc view) {
@@ -61,7 +61,7 @@ void save(SCDoc view) {
 void aboutExtensions(SCDoc) {
     std::string text = "Plug-ins:";
     for (const std::string &name : RunningPlugIns()) text += "\n" + name;
-    ShowAlert({AlertIcon::None, text, {"OK", "", ""}, /*beep*/ false});
+    ShowAlert({SCAlertIconNone, text, {"OK", "", ""}, /*beep*/ false});
 }
 
 const std::vector<HostMenu> &hostMenus() {
@@ -125,7 +125,7 @@ void FillMenubar(SCMenubar bar) {
             void *const data = const_cast<HostItem *>(&hostItem);
             SetItemExecute(item, &execute, data);
             SetItemEnabled(item, &enabled, data);
-            AddItem(menu, item, MenuEnd);
+            AddItem(menu, item, SCMenuEnd);
             ReleaseItem(item);
         }
         AddMenuToBar(bar, menu);

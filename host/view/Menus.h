@@ -14,9 +14,6 @@
 
 namespace jackdaw {
 
-/** Index that means behind the last item. */
-inline constexpr std::int32_t MenuEnd = 9999;
-
 /** The bar, with the host's menus in it from the first call on. */
 SCMenubar Menubar();
 /** Takes down the bar and all that is left; for the end of the process. */

@@ -51,9 +51,9 @@ void moveTo(SCPageView view, const ViewPlace &place) {
     rec.place.page = std::clamp(place.page, 0, std::max(0, numPages(rec.owner->doc) - 1));
     rec.annotPage = rec.place.page;
     int how = 0;
-    if (rec.place.page != former.page) how |= ViewPageChanged | ViewScrolled;
-    if (rec.place.x != former.x || rec.place.y != former.y) how |= ViewScrolled;
-    if (rec.place.zoom != former.zoom || rec.place.zoomType != former.zoomType) how |= ViewZoomed;
+    if (rec.place.page != former.page) how |= SCPageViewPageChanged | SCPageViewScrolled;
+    if (rec.place.x != former.x || rec.place.y != former.y) how |= SCPageViewScrolled;
+    if (rec.place.zoom != former.zoom || rec.place.zoomType != former.zoomType) how |= SCPageViewZoomed;
     if (how != 0) changed(view, how);
 }
 
@@ -230,11 +230,11 @@ void EndViewOperation(SCPageView view) {
 
 void PageViewResized(SCPageView view) {
     SCPageViewRec &rec = RecordOf(view);
-    int how = ViewResized;
+    int how = SCPageViewResized;
     if (rec.place.zoomType != SCZoomNoVary) {
         const KRFixed former = rec.place.zoom;
         rec.place.zoom = fittingZoom(view, rec.place);
-        if (rec.place.zoom != former) how |= ViewZoomed;
+        if (rec.place.zoom != former) how |= SCPageViewZoomed;
     }
     changed(view, how);
 }

@@ -15,9 +15,6 @@
 
 namespace jackdaw {
 
-/** What `how` of notification 14 adds up from. */
-enum PageViewChange : std::int16_t { ViewScrolled = 1, ViewPageChanged = 2, ViewZoomed = 4, ViewResized = 8 };
-
 inline constexpr KRFixed MinZoom = KRFixedOne / 16;
 inline constexpr KRFixed MaxZoom = 64 * KRFixedOne;
 

@@ -46,7 +46,8 @@ std::string textOf(const char *text) {
 std::int32_t alert(std::int32_t icon, const char *text, const char *button1, const char *button2, const char *button3,
                    KRBool beep) {
     AlertRequest request;
-    request.icon = static_cast<AlertIcon>(icon >= 0 && icon <= 3 ? icon : 0);
+    request.icon =
+        icon >= SCAlertIconNone && icon <= SCAlertIconWarning ? static_cast<SCAlertIcon>(icon) : SCAlertIconNone;
     request.text = textOf(text);
     request.buttons[0] = button1 != nullptr && *button1 != '\0' ? button1 : "OK";
     request.buttons[1] = textOf(button2);
@@ -56,7 +57,7 @@ std::int32_t alert(std::int32_t icon, const char *text, const char *button1, con
 }
 
 void alertNote(const char *text) {
-    alert(/*icon*/ 0, text, "OK", /*button2*/ nullptr, /*button3*/ nullptr, /*beep*/ 0);
+    alert(SCAlertIconNone, text, "OK", /*button2*/ nullptr, /*button3*/ nullptr, /*beep*/ 0);
 }
 
 // The application.

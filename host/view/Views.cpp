@@ -146,7 +146,7 @@ bool CloseView(SCDoc view, bool noDirtyCheck) {
     SCDocRec &rec = RecordOf(view);
     if (rec.closing) return false;
     rec.closing = true;
-    const bool ask = !noDirtyCheck && rec.window != nullptr && (docFlags(rec.doc) & docDirty) != 0 &&
+    const bool ask = !noDirtyCheck && rec.window != nullptr && (docFlags(rec.doc) & DMDocDirty) != 0 &&
                      Platform().confirmClose != nullptr;
     if (ask && !Platform().confirmClose(view)) {
         rec.closing = false;

@@ -229,12 +229,12 @@ void CStoreAdd(CStore *store, const CStore *other) {
 void CStoreSetColor(CStore *store, const DMColorValue *color, bool fill) {
     const KRFixed *v = color->value;
     // Gray is the shorter way to say the same.
-    const bool gray = color->space == 0 || (color->space == 1 && v[0] == v[1] && v[1] == v[2]);
+    const bool gray = color->space == TSColorGray || (color->space == TSColorRGB && v[0] == v[1] && v[1] == v[2]);
     if (gray)
         CStorePrintf(store, fill ? "%f g" : "%f G", v[0]);
-    else if (color->space == 1)
+    else if (color->space == TSColorRGB)
         CStorePrintf(store, fill ? "%f %f %f rg" : "%f %f %f RG", v[0], v[1], v[2]);
-    else if (color->space == 2)
+    else if (color->space == TSColorCMYK)
         CStorePrintf(store, fill ? "%f %f %f %f k" : "%f %f %f %f K", v[0], v[1], v[2], v[3]);
 }
 

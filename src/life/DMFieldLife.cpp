@@ -22,10 +22,6 @@
 
 namespace {
 
-constexpr std::uint32_t PermissionChange = 8;
-constexpr std::uint32_t PermissionFillIn = 32;
-constexpr std::uint32_t PermissionAll = 0x8000;
-
 /** Brings the display of a field up to its value. Nobody asked for another one, so a missing value stays missing. */
 void ShowValue(DMField *field) {
     TSDMFieldProduceDisplayFromValue(field, TSDMFieldGetEntry(field, TSEntryV));
@@ -40,7 +36,7 @@ bool KeepsItsFaces(DMField *field) {
     const bool hasPicture = IsStream(TSDMAnnotGetAppearance(annot, FaceNormal_K, KRAtomNull));
     if (field->type == Sig_K) return hasPicture || IsNull(TSDMFieldGetValue(field));
     if (field->type != Btn_K) return false;
-    return field->flags[1] & TSFieldPushButton ? hasPicture : WButtonHasUsableFaces(annot);
+    return field->flags[TSFieldWord] & TSFieldPushButton ? hasPicture : WButtonHasUsableFaces(annot);
 }
 
 /** Makes all appearances if the form asks for it, and takes the request back. A request that is no boolean raises. */
@@ -195,10 +191,10 @@ KRBool fieldUpdate(DMField *field, void *mask) {
 
 bool TSDMDocMakerIsOK(DMDoc doc) {
     const std::uint32_t permissions = doc ? DMDocGetPermissions(doc) : 0;
-    constexpr std::uint32_t both = PermissionChange | PermissionFillIn;
-    return permissions & PermissionAll || (permissions & both) == both;
+    constexpr std::uint32_t both = DMPermissionChange | DMPermissionFillIn;
+    return permissions & DMPermissionAll || (permissions & both) == both;
 }
 
 bool TSDMDocFillerIsOK(DMDoc doc) {
-    return doc && DMDocGetPermissions(doc) & (PermissionChange | PermissionFillIn | PermissionAll);
+    return doc && DMDocGetPermissions(doc) & (DMPermissionChange | DMPermissionFillIn | DMPermissionAll);
 }

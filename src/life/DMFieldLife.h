@@ -41,9 +41,9 @@ KRBool fieldUpdate(DMField *field, void *mask);
 
 // For the menu items of a window and of data exchange: what the document's permissions allow.
 
-/** The form may be designed: permission bits 8 and 32 both, or 0x8000. */
+/** The form may be designed: DMPermissionChange and DMPermissionFillIn both, or DMPermissionAll. */
 bool TSDMDocMakerIsOK(DMDoc doc);
-/** The form may be filled in: permission bit 8, 32 or 0x8000. */
+/** The form may be filled in: any of DMPermission. */
 bool TSDMDocFillerIsOK(DMDoc doc);
 
 // The script record in the life of a view.

@@ -27,8 +27,6 @@
 
 namespace {
 
-constexpr std::uint32_t s_annotPrint = 0x4;
-
 struct CalcArrayDeleter {
     void operator()(TSCalcArray *array) const {
         TSCalcArrayDelete(array);
@@ -150,7 +148,7 @@ void TSDMFieldAnnotWasCreated(DMPage page, DMAnnot annot, void *) {
         RemoveFromPage(page, annot);
         return;
     }
-    DMAnnotSetFlags(annot, DMAnnotGetFlags(annot) | s_annotPrint);
+    DMAnnotSetFlags(annot, DMAnnotGetFlags(annot) | DMAnnotPrint);
     TSDMAnnotSetRotation(annot, DMPageGetRotate(page));
 }
 

@@ -47,7 +47,7 @@ LexObj ValueEntry(const DMField *field, std::uint32_t entry) {
         if (field->type != Sig_K) return value;
         return IsDict(value) && LexDictKnown(value, Contents_K) ? value : LexNullObj;
     }
-    const bool hasOff = field->type == Btn_K && !(field->flags[1] & TSFieldPushButton);
+    const bool hasOff = field->type == Btn_K && !(field->flags[TSFieldWord] & TSFieldPushButton);
     return hasOff ? OffName(field) : LexNullObj;
 }
 

@@ -23,12 +23,6 @@
 
 namespace {
 
-constexpr std::uint32_t s_annotHidden = 0x2;
-/** The field flags that mean the same for every type. */
-constexpr std::uint32_t s_flagsOfAllTypes = 0xFFF;
-
-enum Word : std::int32_t { AnnotWord = 0, FieldWord = 1 };
-
 std::optional<std::uint32_t> OwnWord(LexObj dict, KRAtom key) {
     const LexObj word = TSLexDictGetOfType(dict, key, LexInteger);
     if (!IsInteger(word)) return std::nullopt;
@@ -68,7 +62,7 @@ void TakeNeedAppearances(DMField *field) {
 
 void SetAnnotFlags(DMField *field, std::uint32_t value) {
     if (!TSDMFieldIsAnnot(field)) return;
-    const bool shown = (field->flags[AnnotWord] & s_annotHidden) && !(value & s_annotHidden);
+    const bool shown = (field->flags[TSAnnotWord] & DMAnnotHidden) && !(value & DMAnnotHidden);
     const LexObj dict = field->obj;
     DMAnnotSetFlags(TSDMFieldGetDMAnnot(field), value);
     if (!DMFieldIsAlive(field, dict)) return;
@@ -81,14 +75,15 @@ void SetFieldFlags(DMField *field, std::uint32_t value) {
     DMField *head = DMFieldHeadOfName(field);
     for (DMField *at = head; at; at = at->nextSameName) LexDictRemove(at->obj, flagsF_K);
     DMField *top = DMFieldTopOfName(field);
-    const std::uint32_t inherited = top->parent ? top->parent->flags[FieldWord] : 0;
+    const std::uint32_t inherited = top->parent ? top->parent->flags[TSFieldWord] : 0;
     if (inherited != value)
         LexDictPut(top->obj, flagsF_K,
                    LexNewInteger(LexObjGetDoc(top->obj), /*indirect*/ false, static_cast<std::int32_t>(value)));
     TSDMFieldUpdateFlags(top);
     // A widget that had a word of its own, other than the top's, is not reached from a top whose word stays.
     for (DMField *at = head; at; at = at->nextSameName)
-        if (at->parent && at->flags[FieldWord] != at->parent->flags[FieldWord] && at != top) TSDMFieldUpdateFlags(at);
+        if (at->parent && at->flags[TSFieldWord] != at->parent->flags[TSFieldWord] && at != top)
+            TSDMFieldUpdateFlags(at);
 }
 
 /**
@@ -174,23 +169,23 @@ void StoreDefault(DMField *field, LexObj old, LexObj value) {
 } // namespace
 
 std::uint32_t TSDMFieldGetFlags(DMField *field, std::int32_t which) {
-    if (!TSDMFieldIsValid(field) || (which != AnnotWord && which != FieldWord)) return 0;
+    if (!TSDMFieldIsValid(field) || (which != TSAnnotWord && which != TSFieldWord)) return 0;
     return field->flags[which];
 }
 
 void TSDMFieldSetFlags(DMField *field, std::int32_t which, std::uint32_t value) {
     if (!TSDMFieldIsValidCheckType(field)) return;
-    if (which == AnnotWord && value != field->flags[AnnotWord]) SetAnnotFlags(field, value);
-    if (which == FieldWord && value != field->flags[FieldWord]) SetFieldFlags(field, value);
+    if (which == TSAnnotWord && value != field->flags[TSAnnotWord]) SetAnnotFlags(field, value);
+    if (which == TSFieldWord && value != field->flags[TSFieldWord]) SetFieldFlags(field, value);
 }
 
 void TSDMFieldUpdateFlags(DMField *field) {
     if (!field) return;
-    field->flags[AnnotWord] = OwnWord(field->obj, flagsA_K).value_or(0);
-    const std::uint32_t inherited = field->parent ? field->parent->flags[FieldWord] : 0;
+    field->flags[TSAnnotWord] = OwnWord(field->obj, flagsA_K).value_or(0);
+    const std::uint32_t inherited = field->parent ? field->parent->flags[TSFieldWord] : 0;
     const std::uint32_t word = OwnWord(field->obj, flagsF_K).value_or(inherited);
-    if (word != field->flags[FieldWord]) {
-        field->flags[FieldWord] = word;
+    if (word != field->flags[TSFieldWord]) {
+        field->flags[TSFieldWord] = word;
         UpdateFlagsOfChildren(field);
     }
     TakeNeedAppearances(field);
@@ -206,7 +201,7 @@ std::int32_t TSDMFieldSetType(DMField *field, KRAtom type) {
     if (!DMFieldIsAlive(field, dict)) return 1;
     field->type = type;
     DocHashCheck(LexObjGetDoc(dict));
-    TSDMFieldSetFlags(field, FieldWord, field->flags[FieldWord] & s_flagsOfAllTypes);
+    TSDMFieldSetFlags(field, TSFieldWord, field->flags[TSFieldWord] & TSFieldFlagsOfAllTypes);
     TSDMFieldAppearanceWasUpdated(field);
     return 0;
 }
@@ -215,7 +210,7 @@ std::int32_t TSDMFieldSetDefaultValue(DMField *field, LexObj value) {
     if (!TSDMFieldIsValidCheckType(field)) return 1;
     LexObj old = TSDMFieldGetEntry(field, TSEntryDV);
     if (field->type == Btn_K) {
-        if (field->flags[FieldWord] & TSFieldPushButton) return 1;
+        if (field->flags[TSFieldWord] & TSFieldPushButton) return 1;
         old = WithoutOff(old);
         value = WithoutOff(value);
     }

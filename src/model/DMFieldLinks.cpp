@@ -57,7 +57,7 @@ DMField *DMFieldTopOfName(DMField *field) {
 void DMFieldWipe(DMField *field) {
     DMFieldUnlinkChild(field);
     field->entries = 0;
-    field->flags[0] = field->flags[1] = 0;
+    field->flags[TSAnnotWord] = field->flags[TSFieldWord] = 0;
     field->state |= DMFieldInvalid;
     field->type = KRAtomNull;
     field->terminalKnown = false;

@@ -114,7 +114,7 @@ bool ChangeValue(DMField *work, LexObj old, LexObj value, bool due) {
         if (!DMFieldIsAlive(work, workObj)) return !record.reject;
     }
     ShowInAll(work, value);
-    if (changed && DMFieldIsAlive(work, workObj) && work->type == Tx_K && (work->flags[1] & TSFieldPassword))
+    if (changed && DMFieldIsAlive(work, workObj) && work->type == Tx_K && (work->flags[TSFieldWord] & TSFieldPassword))
         TSDMFieldMarkVolatile(work);
     return !record.reject;
 }
@@ -139,7 +139,7 @@ bool TSDMFieldSetValue(DMField *field, LexObj value) {
     const LexObj old = TSDMFieldGetValue(work);
     if (work->type != Choice_K) value = FirstOfValue(value);
     if (work->type == Btn_K) {
-        if (work->flags[1] & TSFieldPushButton) {
+        if (work->flags[TSFieldWord] & TSFieldPushButton) {
             if (due) TSDMFieldProduceDisplayFromValue(field, value);
             return true;
         }

@@ -1,7 +1,7 @@
 // A field as the holder of a value: value, default, options, type, the two flag words, and what its widget shows.
 //
 // The value of a group of same-named widgets stands in the group's top dictionary and nowhere else. A display is due
-// while state bit 0x10 is set; it is cleared by the next complete display.
+// while DMFieldDisplayDue is set; it is cleared by the next complete display.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -45,7 +45,7 @@ void TSDMFieldMarkVolatile(DMField *field);
  * not due, else by its handler. An export value shows its option's text. A hidden text or choice field loses `AP`.
  */
 void TSDMFieldProduceDisplayFromValue(DMField *field, LexObj value);
-/** Marks the display as due and produces it from the value. Nothing while `Ff` delays it (0x8). */
+/** Marks the display as due and produces it from the value. Nothing while TSFieldDelay is set. */
 void TSDMFieldUpdateAppearance(DMField *field);
 /** The display is due. */
 bool TSDMFieldWasAppearanceUpdated(DMField *field);
@@ -70,29 +70,13 @@ std::int32_t TSDMFieldSetOptions(DMField *field, LexObj options);
 
 // Flags, type, default value.
 
-/** `which` 0: annotation flags `F` of the own dictionary; 1: field flags `Ff`, inherited. 0 for an invalid field. */
+/** The word that `which`, a TSFlagWord, names; 0 for any other, and for an invalid field. */
 std::uint32_t TSDMFieldGetFlags(DMField *field, std::int32_t which);
 /** Annotation flags only for a widget; showing a hidden one builds its appearance. Field flags go to the group's top.
  */
 void TSDMFieldSetFlags(DMField *field, std::int32_t which, std::uint32_t value);
 /** Rereads both words from the dictionaries, here and for all that inherit from here. */
 void TSDMFieldUpdateFlags(DMField *field);
-
-/** Bits of `Ff`. */
-enum TSFieldFlag : std::uint32_t {
-    TSFieldReadOnly = 0x1,
-    TSFieldRequired = 0x2,
-    /** Private: no new appearance on a change of the field. */
-    TSFieldDelay = 0x8,
-    TSFieldMultiLine = 0x1000,
-    TSFieldPassword = 0x2000,
-    TSFieldNoToggleToOff = 0x4000,
-    TSFieldRadio = 0x8000,
-    TSFieldPushButton = 0x10000,
-    TSFieldCombo = 0x20000,
-    TSFieldComboEdit = 0x40000,
-    TSFieldSorted = 0x80000
-};
 
 /** 0; 1 when refused (one of several widgets cannot change alone); a code when the store failed. Low 12 flags stay. */
 std::int32_t TSDMFieldSetType(DMField *field, KRAtom type);

@@ -79,7 +79,7 @@ void TSDMFieldProduceDisplayFromValue(DMField *field, LexObj value) {
 }
 
 void TSDMFieldUpdateAppearance(DMField *field) {
-    if (!TSDMFieldIsValid(field) || (field->flags[1] & TSFieldDelay)) return;
+    if (!TSDMFieldIsValid(field) || (field->flags[TSFieldWord] & TSFieldDelay)) return;
     TSDMFieldAppearanceWasUpdated(field);
     TSDMFieldProduceDisplayFromValue(field, TSDMFieldGetValue(field));
 }

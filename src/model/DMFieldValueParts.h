@@ -27,8 +27,7 @@ inline EStrPtr TextOfValue(LexObj value) {
 
 /** The annotation flags hide the widget. */
 inline bool DMFieldIsHidden(const DMField *field) {
-    constexpr std::uint32_t hidden = 0x2;
-    return (field->flags[0] & hidden) != 0;
+    return (field->flags[TSAnnotWord] & DMAnnotHidden) != 0;
 }
 
 /** Index of the last of the options whose export value is `value`; -1 for none. */

@@ -211,11 +211,11 @@ void DropWhatParentHas(DMField *field) {
     }
     if (LexNameOrNull(LexDictGet(field->obj, FT_K)) == parent->type) LexDictRemove(field->obj, FT_K);
     const LexObj flags = TSLexDictGetOfType(field->obj, flagsF_K, LexInteger);
-    if (IsInteger(flags) && static_cast<std::uint32_t>(LexIntegerValue(flags)) == parent->flags[1])
+    if (IsInteger(flags) && static_cast<std::uint32_t>(LexIntegerValue(flags)) == parent->flags[TSFieldWord])
         LexDictRemove(field->obj, flagsF_K);
     TSLexArrayEnsure(parent->obj, Kids_K, /*indirect*/ false);
-    if (TSDMFieldIsAnnot(field) && parent->flags[0] != 0)
-        TSDMFieldSetFlags(field, /*which*/ 0, field->flags[0] | parent->flags[0]);
+    if (TSDMFieldIsAnnot(field) && parent->flags[TSAnnotWord] != 0)
+        TSDMFieldSetFlags(field, TSAnnotWord, field->flags[TSAnnotWord] | parent->flags[TSAnnotWord]);
 }
 
 } // namespace

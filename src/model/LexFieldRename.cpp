@@ -45,8 +45,8 @@ Luggage Pack(DMField *field) {
     Luggage luggage{};
     luggage.dict = field->obj;
     luggage.type = field->type;
-    luggage.flags[0] = field->flags[0];
-    luggage.flags[1] = field->flags[1];
+    luggage.flags[TSAnnotWord] = field->flags[TSAnnotWord];
+    luggage.flags[TSFieldWord] = field->flags[TSFieldWord];
     luggage.defRes = TSDMFieldGetObj(field, defRes_K);
     luggage.origHeight = TSDMFieldGetObj(field, origHeight_K);
     luggage.quadding = TSDMFieldGetObj(field, quadding_K);
@@ -82,10 +82,10 @@ void RestoreEntry(DMField *field, TSEntry entry, LexObj value) {
 
 void Unpack(DMField *field, const Luggage &luggage) {
     if (luggage.type != KRAtomNull) TSDMFieldSetType(field, luggage.type);
-    if (DMFieldIsAlive(field, luggage.dict)) TSDMFieldSetFlags(field, /*which*/ 0, luggage.flags[0]);
+    if (DMFieldIsAlive(field, luggage.dict)) TSDMFieldSetFlags(field, TSAnnotWord, luggage.flags[TSAnnotWord]);
     // Observers of a type's change or of a display may have taken the field away.
     if (!DMFieldIsAlive(field, luggage.dict)) return;
-    TSDMFieldSetFlags(field, /*which*/ 1, luggage.flags[1]);
+    TSDMFieldSetFlags(field, TSFieldWord, luggage.flags[TSFieldWord]);
     for (std::size_t i = 0; i < s_eventCount; ++i)
         if (!IsNull(DMActionGetLexObj(luggage.actions[i]))) TSDMFieldSetAction(field, Events()[i], luggage.actions[i]);
     RestoreEntry(field, TSEntryOH, luggage.origHeight);

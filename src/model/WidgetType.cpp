@@ -31,7 +31,7 @@ KRAtom SubTypeWithoutField(LexObj obj) {
 KRAtom TSDMWidgetGetSubType(DMAnnot annot) {
     const DMField *field = TSDMAnnotGetField(annot);
     if (!TSDMFieldIsValid(field)) return SubTypeWithoutField(DMAnnotGetLexObj(annot));
-    if (field->type == Btn_K) return SubTypeOfButton(field->flags[1]);
-    if (field->type == Choice_K) return field->flags[1] & TSFieldCombo ? ComboBox_K : ListBox_K;
+    if (field->type == Btn_K) return SubTypeOfButton(field->flags[TSFieldWord]);
+    if (field->type == Choice_K) return field->flags[TSFieldWord] & TSFieldCombo ? ComboBox_K : ListBox_K;
     return field->type == Tx_K ? Text_K : field->type;
 }

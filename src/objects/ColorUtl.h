@@ -4,9 +4,6 @@
 
 #include "LexHFT.h"
 
-/** Numbers of DMColorValue::space. */
-enum TSColorSpace : std::int32_t { TSColorTransparent = -1, TSColorGray = 0, TSColorRGB = 1, TSColorCMYK = 2 };
-
 /** Components of a space: 1, 3, 4; 0 for transparent and for numbers that are no space. */
 std::int32_t TSColorComponents(std::int32_t space);
 

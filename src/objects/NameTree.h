@@ -10,14 +10,6 @@
 #include "FormsAuthoringHFT.h"
 #include "LexHFT.h"
 
-/** Flags of TSAddNameEntry and TSRemoveNameEntry. */
-enum TSNameTreeFlags : std::uint32_t {
-    TSNameDestroyOld = 0x02,
-    /** Removes the entry and destroys its value. */
-    TSNameRemoveDestroy = 0x10,
-    TSNameRemove = 0x20
-};
-
 /** Inserts the name, or replaces its value; makes `Names` and the tree as needed. `name` stands in PDFDocEncoding. */
 void TSAddNameEntry(LexDoc doc, KRAtom tree, const EStr *name, LexObj value, std::uint32_t flags);
 /** Removes the name. With `updateLimits`, limits are computed anew when an edge of a node was touched. */

@@ -49,10 +49,10 @@ void TessellaSetDefaultTextAppearance(LexObj form, TextAppearance *look);
 
 /** Notes that a widget lost its field and was hidden, so that the next save cleans up. */
 void TessellaHasWastedAnnots(LexObj form);
-/** Hides a widget that could not become a field (annotation flags 3) and notes the waste in its document's form. */
+/** Hides a widget that could not become a field (TessellaWastedFlags) and notes the waste in its document's form. */
 void TessellaWasteAnnot(DMAnnot annot);
-/** The annotation flags with which TessellaWasteAnnot hides a widget: invisible and hidden. */
-inline constexpr std::uint32_t TessellaWastedFlags = 3;
+/** The annotation flags with which TessellaWasteAnnot hides a widget. */
+inline constexpr std::uint32_t TessellaWastedFlags = DMAnnotInvisible | DMAnnotHidden;
 
 // Notification servers.
 

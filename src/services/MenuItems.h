@@ -11,7 +11,8 @@ inline constexpr std::int32_t TSMenuNoTitle = 0x8000;
 
 void TSSCMenuAddSeparator(SCMenu menu, std::int32_t index);
 
-/** An item with a title from the catalogue (at most 258 bytes). Each procedure may be null. `index` 9999 is the end. */
+/** An item with a title from the catalogue (at most 258 bytes). Each procedure may be null. `index` as in
+ * SCMenuAddMenuItem. */
 void TSSCMenuAddMenuItemEx(SCMenu menu, const char *name, std::int32_t stringId, SCExecuteProc execute,
                            SCComputeProc enabled, SCComputeProc marked, char shortcut, std::int32_t index,
                            void *clientData);

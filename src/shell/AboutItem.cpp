@@ -10,7 +10,6 @@
 
 namespace {
 
-constexpr std::int32_t s_menuEnd = 9999;
 constexpr std::uint16_t s_aboutSize = 130;
 
 KRBool Always(void *) {
@@ -38,7 +37,7 @@ void miPIAddMenuItems() {
     SCMenuItemSetComputeEnabledProc(item, PICallback(gExtensionID, &Always), nullptr);
     SCMenuItemSetComputeMarkedProc(item, PICallback(gExtensionID, &Never), nullptr);
     SCMenuItemSetExecuteProc(item, PICallback(gExtensionID, &ShowAbout), nullptr);
-    SCMenuAddMenuItem(menu, item, s_menuEnd);
+    SCMenuAddMenuItem(menu, item, SCMenuEnd);
     SCMenuItemRelease(item);
     SCMenuRelease(menu);
 }

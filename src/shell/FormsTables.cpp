@@ -76,9 +76,9 @@ KRErrorCode s_noScripts;
 KRErrorCode s_noDialogs;
 
 void RegisterAbsences() {
-    s_noExchange = KRRegisterErrorString(4, "This build of Forms cannot import or export form data");
-    s_noScripts = KRRegisterErrorString(4, "This build of Forms has no script engine");
-    s_noDialogs = KRRegisterErrorString(4, "This build of Forms has no dialogs");
+    s_noExchange = KRRegisterErrorString(KRSeverityError, "This build of Forms cannot import or export form data");
+    s_noScripts = KRRegisterErrorString(KRSeverityError, "This build of Forms has no script engine");
+    s_noDialogs = KRRegisterErrorString(KRSeverityError, "This build of Forms has no dialogs");
 }
 
 void FillFields(KRHFT t) {

@@ -174,7 +174,7 @@ void TSDMWidgetSetSubType(DMAnnot annot, KRAtom type, std::uint32_t *fieldFlags)
     if (TSDMFieldGetType(field) != fieldType && TSDMFieldSetType(field, fieldType) != 0)
         KRRaise(field && (field->state & DMFieldSharesName) ? KRErrTypeShared : KRErrBadParam);
     std::uint32_t flags = *fieldFlags;
-    if (fieldType == Btn_K) flags &= ~4U;
+    if (fieldType == Btn_K) flags &= ~static_cast<std::uint32_t>(TSFieldNoExport);
     flags = TSWithFlags(flags, TSFieldPushButton, type == Button_K);
     flags = TSWithFlags(flags, TSFieldRadio | TSFieldNoToggleToOff, type == RadioButton_K);
     *fieldFlags = TSWithFlags(flags, TSFieldCombo, type == ComboBox_K);

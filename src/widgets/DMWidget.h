@@ -12,6 +12,8 @@
 #include <vector>
 
 #include "Common/src/miEStr.h"
+#include "DocModelHFT.h"
+#include "FormsAuthoringHFT.h"
 #include "FormsTypes.h"
 #include "LexHFT.h"
 #include "appearance/miCStore.h"
@@ -84,7 +86,7 @@ struct TSWidgetDataDeleter {
     void operator()(TSWidgetData *data) const;
 };
 using TSWidgetDataPtr = std::unique_ptr<TSWidgetData, TSWidgetDataDeleter>;
-/** Sets bits in first->mixed: what differs. Bit 1 is set in every case. */
+/** Sets bits in first->mixed: what differs. TSMixedType is set in every case. */
 void TSDMWidgetCompareData(TSWidgetData *first, const TSWidgetData *other);
 /** Writes what `mixed` leaves. Raises KRErrBadParam without a title and KRErrDefineFailed. */
 void TSDMWidgetWriteData(DMAnnot annot, TSWidgetData *data);
@@ -93,39 +95,9 @@ void TSDMWidgetReleaseData(TSWidgetData *data);
 /** Defaults of a widget that has no field yet. */
 void TSDMDocGetFormData(DMDoc doc, TSWidgetData *data);
 
-/** Bits of TSWidgetData::mixed. */
-enum TSMixed : std::uint32_t {
-    TSMixedType = 0x1,
-    TSMixedTitle = 0x2,
-    TSMixedBackSeen = 0x4,
-    TSMixedBackColor = 0x8,
-    TSMixedBorderSeen = 0x10,
-    TSMixedBorderColor = 0x20,
-    TSMixedBorderStyle = 0x40,
-    TSMixedBorderWidth = 0x80,
-    TSMixedTextSeen = 0x100,
-    TSMixedTextColor = 0x200,
-    TSMixedFont = 0x400,
-    TSMixedTextSize = 0x800,
-    TSMixedReadOnly = 0x1000,
-    TSMixedRequired = 0x4000,
-    TSMixedUserName = 0x10000,
-    TSMixedQuadding = 0x20000,
-    TSMixedAnnotFlags = 0x40000
-};
-/** The annotation flags that belong to a widget's data: hidden, print, no view. */
-inline constexpr std::uint32_t TSWidgetAnnotFlags = 38;
+/** The annotation flags that belong to a widget's data. */
+inline constexpr std::uint32_t TSWidgetAnnotFlags = DMAnnotHidden | DMAnnotPrint | DMAnnotNoView;
 
-enum TSValidity : std::int32_t {
-    TSValid = 0,
-    TSNameEmpty = 1,
-    TSNameOfOtherType = 2,
-    TSNameOfGroup = 3,
-    TSNameBelowField = 4,
-    TSFontsMixed = 5,
-    TSNameNotRoman = 6,
-    TSSizeOutOfRange = 7
-};
 /** A TSValidity: whether the widget may be called `name`. */
 std::int32_t TSDMWidgetValidateName(DMDoc doc, DMAnnot annot, KRAtom type, const char *name);
 /** The same for a record whose trailing dots are taken off; `sizeText` is the "auto" text or 4 to 144 points. */

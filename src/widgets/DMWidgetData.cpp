@@ -51,8 +51,8 @@ void FillFromField(DMAnnot annot, DMField *field, TSWidgetData *data) {
     Protect([&] { TSDMFieldGetDefaultTextAppearance(field, &look); });
     TakeLook(data, look);
     data->textSize = TSDMWidgetGetTextSize(annot, look.size);
-    data->annotFlags = TSDMFieldGetFlags(field, 0);
-    data->fieldFlags = TSDMFieldGetFlags(field, 1);
+    data->annotFlags = TSDMFieldGetFlags(field, TSAnnotWord);
+    data->fieldFlags = TSDMFieldGetFlags(field, TSFieldWord);
 }
 
 void SetIf(std::uint32_t *mixed, bool differs, std::uint32_t bit) {
@@ -61,7 +61,7 @@ void SetIf(std::uint32_t *mixed, bool differs, std::uint32_t bit) {
 
 void CompareColor(std::uint32_t *mixed, const DMColorValue &a, const DMColorValue &b, std::uint32_t seenBit,
                   std::uint32_t colorBit) {
-    SetIf(mixed, (a.space < 0) != (b.space < 0), seenBit);
+    SetIf(mixed, (a.space == TSColorTransparent) != (b.space == TSColorTransparent), seenBit);
     SetIf(mixed, !TSDMColorValueEqual(&a, &b), colorBit);
 }
 
@@ -128,12 +128,13 @@ std::uint32_t TakeBits(std::uint32_t into, std::uint32_t from, std::uint32_t bit
 }
 
 void WriteFlags(DMField *field, const TSWidgetData *data) {
-    std::uint32_t flags = data->mixed & TSMixedType ? TSDMFieldGetFlags(field, 1) : data->fieldFlags;
+    std::uint32_t flags = data->mixed & TSMixedType ? TSDMFieldGetFlags(field, TSFieldWord) : data->fieldFlags;
     if (!(data->mixed & TSMixedRequired)) flags = TakeBits(flags, data->fieldFlags, TSFieldRequired);
     if (!(data->mixed & TSMixedReadOnly)) flags = TakeBits(flags, data->fieldFlags, TSFieldReadOnly);
-    TSDMFieldSetFlags(field, 1, flags);
+    TSDMFieldSetFlags(field, TSFieldWord, flags);
     if (data->mixed & TSMixedAnnotFlags) return;
-    TSDMFieldSetFlags(field, 0, TakeBits(TSDMFieldGetFlags(field, 0), data->annotFlags, TSWidgetAnnotFlags));
+    TSDMFieldSetFlags(field, TSAnnotWord,
+                      TakeBits(TSDMFieldGetFlags(field, TSAnnotWord), data->annotFlags, TSWidgetAnnotFlags));
 }
 
 DMField *FirstLeaf(DMField *field) {

@@ -198,7 +198,7 @@ void WButtonToggle(DMAnnot annot) {
     if (present != own) {
         LexDoc doc = LexObjGetDoc(DMAnnotGetLexObj(annot));
         TSDMFieldSetValue(field, LexNewName(doc, /*indirect*/ false, own));
-    } else if (!(TSDMFieldGetFlags(field, 1) & TSFieldNoToggleToOff)) {
+    } else if (!(TSDMFieldGetFlags(field, TSFieldWord) & TSFieldNoToggleToOff)) {
         TSDMFieldSetValue(field, LexNullObj);
     }
 }

@@ -25,11 +25,11 @@ bool SameChoices(const TSChoices &a, const TSChoices &b) {
 }
 
 void WriteFlags(DMField *field, KRAtom type, const TSChoiceData &choice) {
-    std::uint32_t flags = TSDMFieldGetFlags(field, 1);
+    std::uint32_t flags = TSDMFieldGetFlags(field, TSFieldWord);
     if (!(choice.changed & TSChoiceSort)) flags = TSWithFlags(flags, TSFieldSorted, choice.sort);
     if (type == ComboBox_K && !(choice.changed & TSChoiceEditable))
         flags = TSWithFlags(flags, TSFieldComboEdit, choice.editable);
-    TSDMFieldSetFlags(field, 1, flags);
+    TSDMFieldSetFlags(field, TSFieldWord, flags);
 }
 
 // The default is stored as the option's export value. One that is no option, as an editable combo box may have, stays

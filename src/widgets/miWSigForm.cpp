@@ -60,8 +60,9 @@ std::string NumberText(KRFixed value) {
 // The colour operators of the mark; empty for a colour that cannot be drawn.
 std::string MarkColor(const DMColorValue &color) {
     const KRFixed *v = color.value;
-    if (color.space == 0 || (color.space == 1 && v[0] == v[1] && v[1] == v[2])) return NumberText(v[0]) + " g";
-    const int count = color.space == 1 ? 3 : color.space == 2 ? 4 : 0;
+    if (color.space == TSColorGray || (color.space == TSColorRGB && v[0] == v[1] && v[1] == v[2]))
+        return NumberText(v[0]) + " g";
+    const int count = color.space == TSColorRGB ? 3 : color.space == TSColorCMYK ? 4 : 0;
     std::string text;
     for (int i = 0; i < count; ++i) text += NumberText(v[i]) + " ";
     if (count > 0) text += count == 3 ? "rg" : "k";

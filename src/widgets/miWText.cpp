@@ -72,10 +72,10 @@ void WTextCompareData(SCWidgetHandler *, TSWidgetData *first, const TSWidgetData
 }
 
 void WriteFlags(DMField *field, const TSTextData &text) {
-    std::uint32_t flags = TSDMFieldGetFlags(field, 1);
+    std::uint32_t flags = TSDMFieldGetFlags(field, TSFieldWord);
     if (!(text.changed & TSTextMultiLine)) flags = TSWithFlags(flags, TSFieldMultiLine, text.multiLine);
     if (!(text.changed & TSTextPassword)) flags = TSWithFlags(flags, TSFieldPassword, text.password);
-    TSDMFieldSetFlags(field, 1, flags);
+    TSDMFieldSetFlags(field, TSFieldWord, flags);
     if (!(text.changed & TSTextMaxLength)) TSDMFieldSetMaxLen(field, text.maxLength);
 }
 
@@ -107,7 +107,7 @@ void WTextWriteData(SCWidgetHandler *, DMAnnot annot, TSWidgetData *data) {
 
 void WTextWriteAppearance(SCWidgetHandler *, DMAnnot annot, KRAtom, EStr *value, KRBool forced) {
     if (WFaceShowFieldValue(annot, value, forced)) return;
-    const std::uint32_t flags = TSDMFieldGetFlags(TSDMAnnotGetField(annot), 1);
+    const std::uint32_t flags = TSDMFieldGetFlags(TSDMAnnotGetField(annot), TSFieldWord);
     WValueFaceWriteText(annot, value, flags & TSFieldMultiLine, flags & TSFieldPassword);
 }
 

@@ -235,10 +235,10 @@ TEST_F(AnnotsTest, PlacesAndNotificationsOfAddingAndRemoving) {
     const jackdaw::PageRef page(DMDocAcquirePage(doc, 0));
     EXPECT_EQ(DMPageGetNumAnnots(page.get()), 0);
     const DMAnnot one = make(page.get(), 1);
-    DMPageAddAnnot(page.get(), -2, one);
+    DMPageAddAnnot(page.get(), DMAnnotLast, one);
     DMPageAddAnnot(page.get(), -1, make(page.get(), 2));
     DMPageAddAnnot(page.get(), 0, make(page.get(), 3));
-    DMPageAddAnnot(page.get(), -2, make(page.get(), 4));
+    DMPageAddAnnot(page.get(), DMAnnotLast, make(page.get(), 4));
     EXPECT_EQ(names(page.get()), "2 3 1 4 ");
     EXPECT_TRUE(LexObjEqual(at(DMAnnotGetLexObj(one), "P"), DMPageGetLexObj(page.get())));
     EXPECT_EQ(s_heard, (std::vector<std::string>{"38 -1", "39 0", "38 -1", "39 0", "38 -1", "39 1", "38 -1", "39 3"}));
@@ -250,7 +250,7 @@ TEST_F(AnnotsTest, PlacesAndNotificationsOfAddingAndRemoving) {
     s_heard.clear();
     const Doc other({"<< /Pages 2 0 R >>", "<< /Kids [3 0 R] >>", "<< >>"});
     const jackdaw::PageRef foreign(DMDocAcquirePage(other, 0));
-    EXPECT_EQ(Protect([&] { DMPageAddAnnot(foreign.get(), -2, one); }), KRErrBadParam);
+    EXPECT_EQ(Protect([&] { DMPageAddAnnot(foreign.get(), DMAnnotLast, one); }), KRErrBadParam);
     EXPECT_EQ(Protect([&] { DMPageAddAnnot(page.get(), 3, one); }), KRErrBadParam);
     EXPECT_EQ(Protect([&] { DMPageAddAnnot(page.get(), -3, one); }), KRErrBadParam);
     EXPECT_EQ(Protect([&] { DMPageRemoveAnnot(page.get(), 3); }), KRErrBadParam);
@@ -266,13 +266,13 @@ TEST_F(AnnotsTest, OddArraysAndDirectAnnotations) {
     const DMAnnot direct = DMPageGetAnnot(page.get(), 0);
     EXPECT_TRUE(LexObjIsIndirect(DMAnnotGetLexObj(direct)));
     EXPECT_TRUE(DMAnnotEqual(direct, DMPageGetAnnot(page.get(), 0)));
-    EXPECT_EQ(DMDocGetFlags(doc) & 1, 0u) << "looking is no change";
+    EXPECT_EQ(DMDocGetFlags(doc) & DMDocDirty, 0u) << "looking is no change";
     EXPECT_FALSE(DMAnnotIsValid(DMPageGetAnnot(page.get(), 1)));
     EXPECT_FALSE(DMAnnotIsValid(DMPageGetAnnot(page.get(), 2)));
     EXPECT_EQ(DMAnnotGetSubtype(DMPageGetAnnot(page.get(), 5)), KRAtomNull);
     const DMAnnot twice = DMPageGetAnnot(page.get(), 4);
     EXPECT_EQ(DMPageGetAnnotIndex(page.get(), twice), 3);
-    EXPECT_EQ(DMAnnotGetFlags(twice), 4u);
+    EXPECT_EQ(DMAnnotGetFlags(twice), DMAnnotPrint);
     KRFixedRect rect;
     EXPECT_EQ(Protect([&] { DMAnnotGetRect(twice, &rect); }), KRErrBadParam);
     DMPageRemoveAnnot(page.get(), 0);
@@ -284,7 +284,7 @@ TEST_F(AnnotsTest, SettersTellBeforeAndAfter) {
     const Doc doc({"<< /Pages 2 0 R >>", "<< /Kids [3 0 R] >>", "<< >>"});
     const jackdaw::PageRef page(DMDocAcquirePage(doc, 0));
     const DMAnnot annot = make(page.get(), 1);
-    DMAnnotSetFlags(annot, 6);
+    DMAnnotSetFlags(annot, DMAnnotHidden | DMAnnotPrint);
     const KRFixedRect set{0x18000, 0, -0x10000, 0x20000};
     DMAnnotSetRect(annot, &set);
     EXPECT_EQ(s_heard, (std::vector<std::string>{"40 F 0", "41 F 6 0", "40 Rect 6", "41 Rect 6 0"}));
@@ -294,7 +294,7 @@ TEST_F(AnnotsTest, SettersTellBeforeAndAfter) {
     EXPECT_EQ(got.right, 0x18000);
     EXPECT_EQ(got.bottom, 0);
     EXPECT_EQ(got.top, 0x20000);
-    EXPECT_EQ(Protect([&] { DMAnnotSetFlags(DMAnnotFromLexObj(LexNullObj), 1); }), KRErrBadParam);
+    EXPECT_EQ(Protect([&] { DMAnnotSetFlags(DMAnnotFromLexObj(LexNullObj), DMAnnotInvisible); }), KRErrBadParam);
     EXPECT_EQ(s_heard.size(), 4u);
 }
 

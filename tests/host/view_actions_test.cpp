@@ -184,7 +184,7 @@ TEST(Annots, AnAnnotationIsCopiedWithWhatItNeeds) {
     for (const char *key : {"Parent", "Popup", "Where"}) EXPECT_FALSE(LexDictKnown(dict, atom(key))) << key;
     const LexObj stream = LexDictGet(LexDictGet(dict, atom("AP")), atom("N"));
     EXPECT_EQ(LexStreamLength(stream), 5);
-    DMPageAddAnnot(page, -2, copy);
+    DMPageAddAnnot(page, DMAnnotLast, copy);
     EXPECT_NE(target.Saved().find("0.333333333"), std::string::npos);
     DMPageRelease(page);
 }

@@ -38,7 +38,7 @@ TEST(Menus, APlugInsItemBesideTheHosts) {
     SCMenuItemRelease(about);
     const SCMenuItem item = newItem("Test:About");
     EXPECT_FALSE(SCMenuItemIsVisible(item));
-    SCMenuAddMenuItem(help, item, 9999);
+    SCMenuAddMenuItem(help, item, SCMenuEnd);
     EXPECT_EQ(ItemsOfMenu(help).back(), item);
     EXPECT_TRUE(SCMenuItemIsVisible(item));
     executed = 0;
@@ -58,7 +58,7 @@ TEST(Menus, AHiddenItemStillRuns) {
     const SCMenu help = SCMenubarAcquireMenuByName(SCAppGetMenubar(), "Help");
     const SCMenuItem item = newItem("Test:Movable");
     SCMenuAddMenuItem(help, item, 0);
-    SCMenuAddMenuItem(hidden, item, 9999);
+    SCMenuAddMenuItem(hidden, item, SCMenuEnd);
     EXPECT_EQ(SCMenuItemGetParentMenu(item), hidden);
     EXPECT_FALSE(SCMenuItemIsVisible(item));
     SCMenuItemRelease(item);
@@ -70,7 +70,7 @@ TEST(Menus, AHiddenItemStillRuns) {
     EXPECT_EQ(SCMenuGetParentMenuItem(tools), nullptr);
     SCMenuRemove(tools);
     const SCMenuItem wrapper = SCMenuItemNew("Tools", "Test:Wrapper", tools, 0, 0, 0, 1);
-    SCMenuAddMenuItem(hidden, wrapper, 9999);
+    SCMenuAddMenuItem(hidden, wrapper, SCMenuEnd);
     SCMenuItemRelease(wrapper);
     EXPECT_EQ(SCMenuGetParentMenuItem(tools), wrapper);
     EXPECT_EQ(SCMenubarAcquireMenuByName(SCAppGetMenubar(), "Tools"), nullptr);
@@ -85,9 +85,9 @@ TEST(Menus, CirclesAreRefusedAndDeepOnesGoAway) {
     const SCMenu inner = SCMenuNew("i", "i", 1);
     const SCMenuItem toInner = newItem("toInner", inner);
     const SCMenuItem toOuter = newItem("toOuter", outer);
-    SCMenuAddMenuItem(outer, toInner, 9999);
-    EXPECT_EQ(Protect([&] { SCMenuAddMenuItem(inner, toOuter, 9999); }), KRErrBadParam);
-    EXPECT_EQ(Protect([&] { SCMenuAddMenuItem(outer, toOuter, 9999); }), KRErrBadParam);
+    SCMenuAddMenuItem(outer, toInner, SCMenuEnd);
+    EXPECT_EQ(Protect([&] { SCMenuAddMenuItem(inner, toOuter, SCMenuEnd); }), KRErrBadParam);
+    EXPECT_EQ(Protect([&] { SCMenuAddMenuItem(outer, toOuter, SCMenuEnd); }), KRErrBadParam);
     for (const SCMenuItem item : {toInner, toOuter}) SCMenuItemRelease(item);
     SCMenuRelease(inner);
 

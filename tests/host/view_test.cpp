@@ -231,10 +231,11 @@ TEST(Alerts, AreWrittenCountedAndAnsweredByPolicy) {
     std::FILE *output = std::tmpfile();
     SetAlertOutput(output);
     ResetAlertCount();
-    EXPECT_EQ(SCAlert(3, "Two\rlines \x1b[2J\n", "Yes", "No", nullptr, 1), 1);
+    EXPECT_EQ(SCAlert(SCAlertIconWarning, "Two\rlines \x1b[2J\n", "Yes", "No", nullptr, 1), 1);
     SetAlertPolicy([](const AlertRequest &request) { return request.buttons[1] == "No" ? 2 : 3; });
-    EXPECT_EQ(SCAlert(2, "Really?", "Yes", "No", nullptr, 0), 2);
-    EXPECT_EQ(SCAlert(1, "Sorry", nullptr, nullptr, nullptr, 0), 1) << "a button that is not there does not go";
+    EXPECT_EQ(SCAlert(SCAlertIconQuestion, "Really?", "Yes", "No", nullptr, 0), 2);
+    EXPECT_EQ(SCAlert(SCAlertIconError, "Sorry", nullptr, nullptr, nullptr, 0), 1)
+        << "a button that is not there does not go";
     SCAlertNote(nullptr);
     SetAlertPolicy(nullptr);
     SetAlertOutput(stderr);

@@ -196,7 +196,7 @@ DMAnnot NewWidget(const char *type) {
     const Page page;
     const KRFixedRect rect{KRFixedFromInt(50), KRFixedFromInt(70), KRFixedFromInt(150), KRFixedFromInt(50)};
     const DMAnnot annot = DMPageCreateAnnot(page.page, Atom("Widget"), &rect);
-    DMPageAddAnnot(page.page, /*index, at the end*/ -2, annot);
+    DMPageAddAnnot(page.page, DMAnnotLast, annot);
     if (type) LexDictPut(DMAnnotGetLexObj(annot), Atom("FT"), Name(type));
     return annot;
 }

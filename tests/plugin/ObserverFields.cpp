@@ -131,41 +131,41 @@ void Choices() {
 void FlagsAndTypes() {
     DMField *alpha = FieldOf("alpha");
     const LexObj dict = DictOf("alpha");
-    Forms::TSDMFieldSetFlags(alpha, /*which*/ 1, 0x1001);
-    CHECK_EQ(Forms::TSDMFieldGetFlags(alpha, 1), 0x1001);
+    Forms::TSDMFieldSetFlags(alpha, TSFieldWord, TSFieldMultiLine | TSFieldReadOnly);
+    CHECK_EQ(Forms::TSDMFieldGetFlags(alpha, TSFieldWord), TSFieldMultiLine | TSFieldReadOnly);
     CHECK_EQ(Text(At(dict, "Ff")), "4097");
     Forms::TSDMFieldSetFlags(alpha, /*which*/ 2, 7);
     CHECK_EQ(Forms::TSDMFieldGetFlags(alpha, 2), 0);
     // Read-only is the caller's affair.
     CHECK(Forms::TSDMFieldSetValue(alpha, Str("two")));
     CHECK(!FaceOf(alpha).empty());
-    Forms::TSDMFieldSetFlags(alpha, /*which*/ 0, 4 | 2);
+    Forms::TSDMFieldSetFlags(alpha, TSAnnotWord, DMAnnotPrint | DMAnnotHidden);
     CHECK(Forms::TSDMFieldSetValue(alpha, Str("unseen")));
     CHECK(!LexDictKnown(dict, Atom("AP")));
-    Forms::TSDMFieldSetFlags(alpha, /*which*/ 0, 4);
+    Forms::TSDMFieldSetFlags(alpha, TSAnnotWord, DMAnnotPrint);
     CHECK(FaceOf(alpha).find("(unseen) Tj") != std::string::npos);
     // The host's own way of setting the flags is heard.
-    DMAnnotSetFlags(AnnotOf(alpha), 4 | 32);
-    CHECK_EQ(Forms::TSDMFieldGetFlags(alpha, 0), 36);
+    DMAnnotSetFlags(AnnotOf(alpha), DMAnnotPrint | DMAnnotNoView);
+    CHECK_EQ(Forms::TSDMFieldGetFlags(alpha, TSAnnotWord), DMAnnotPrint | DMAnnotNoView);
 
     CHECK_EQ(Forms::TSDMFieldSetType(alpha, Atom("Tx")), 0);
-    CHECK_EQ(Forms::TSDMFieldGetFlags(alpha, 1), 0x1001);
+    CHECK_EQ(Forms::TSDMFieldGetFlags(alpha, TSFieldWord), TSFieldMultiLine | TSFieldReadOnly);
     CHECK_EQ(Forms::TSDMFieldSetType(alpha, Atom("Ch")), 0);
     CHECK_EQ(Forms::TSDMFieldGetType(alpha), Atom("Ch"));
     CHECK_EQ(TypeOf("alpha"), Atom("ListBox"));
-    CHECK_EQ(Forms::TSDMFieldGetFlags(alpha, 1), 1);
+    CHECK_EQ(Forms::TSDMFieldGetFlags(alpha, TSFieldWord), TSFieldReadOnly);
     CHECK_EQ(Text(At(dict, "FT")) + Text(At(dict, "Ff")), "/Ch1");
-    Forms::TSDMFieldSetFlags(alpha, /*which*/ 1, 0);
+    Forms::TSDMFieldSetFlags(alpha, TSFieldWord, 0);
     CHECK(!LexDictKnown(dict, Atom("Ff")));
     CHECK_EQ(Forms::TSDMFieldSetType(nullptr, Atom("Tx")), 1);
 
     // A word that is inherited is written where it differs and nowhere else.
     DMField *leaf = Forms::TSDMAnnotDefineField(NewWidget("Tx"), "n.leaf");
-    Forms::TSDMFieldSetFlags(FieldOf("n"), /*which*/ 1, 3);
-    CHECK_EQ(Forms::TSDMFieldGetFlags(leaf, 1), 3);
-    Forms::TSDMFieldSetFlags(leaf, /*which*/ 1, 0);
+    Forms::TSDMFieldSetFlags(FieldOf("n"), TSFieldWord, TSFieldReadOnly | TSFieldRequired);
+    CHECK_EQ(Forms::TSDMFieldGetFlags(leaf, TSFieldWord), TSFieldReadOnly | TSFieldRequired);
+    Forms::TSDMFieldSetFlags(leaf, TSFieldWord, 0);
     CHECK_EQ(Text(At(DictOf("n.leaf"), "Ff")), "0");
-    Forms::TSDMFieldSetFlags(leaf, /*which*/ 1, 3);
+    Forms::TSDMFieldSetFlags(leaf, TSFieldWord, TSFieldReadOnly | TSFieldRequired);
     CHECK(!LexDictKnown(DictOf("n.leaf"), Atom("Ff")));
 }
 

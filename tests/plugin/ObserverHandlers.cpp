@@ -134,22 +134,23 @@ void WidgetRecords() {
     CHECK_EQ(std::string(data->title) + " " + data->value + " " + Text(data->userName), "alpha one Alpha's text");
     CHECK_EQ(KRAtomGetString(data->font), "Helvetica");
     CHECK(data->rect.left == KRFixedFromInt(100) && data->rect.top == KRFixedFromInt(720));
-    CHECK(data->borderColor.space == -1 && data->border.width == 1 && data->annotFlags == 4 && !data->mixed);
+    CHECK(data->borderColor.space == TSColorTransparent && data->border.width == 1 &&
+          data->annotFlags == DMAnnotPrint && !data->mixed);
 
     TSWidgetData *other = handler->AcquireData(handler, AnnotOf(FieldOf("secret")));
     other->border.width = 2;
-    other->fieldFlags |= 2;
+    other->fieldFlags |= TSFieldRequired;
     handler->CompareData(handler, data, other);
     // The type always, then title, border width, required, user name.
-    CHECK_EQ(data->mixed, 0x1 | 0x2 | 0x80 | 0x4000 | 0x10000);
+    CHECK_EQ(data->mixed, TSMixedType | TSMixedTitle | TSMixedBorderWidth | TSMixedRequired | TSMixedUserName);
     handler->ReleaseData(handler, other);
 
     // What is mixed is not written.
     PutTitle(data, "ignored");
     data->border = {TSBorderInset, 9, 0, {}};
     data->textSize = KRFixedFromInt(14);
-    data->borderColor = {1, {0, KRFixedOne, 0}};
-    data->fieldFlags |= 2 | 1;
+    data->borderColor = {TSColorRGB, {0, KRFixedOne, 0}};
+    data->fieldFlags |= TSFieldRequired | TSFieldReadOnly;
     handler->WriteData(handler, annot, data);
     CHECK_EQ(Text(At(dict, "BS/S")) + Text(At(dict, "BS/W")), "/I1");
     CHECK_EQ(Text(At(dict, "MK/BC")) + Text(At(dict, "DA")), "[0 1 0]/Helv 14 Tf 0 g");
@@ -173,7 +174,7 @@ void WidgetRecords() {
     // A widget that is no field yet gets its name, too.
     const DMAnnot fresh = NewWidget("Tx");
     data = handler->AcquireData(handler, fresh);
-    CHECK(!data->title && data->border.width == 1 && data->backColor.space == -1);
+    CHECK(!data->title && data->border.width == 1 && data->backColor.space == TSColorTransparent);
     PutTitle(data, "fresh");
     handler->WriteData(handler, fresh, data);
     CHECK(LexObjEqual(Forms::TSDMFieldGetLexObj(FieldOf("fresh")), DMAnnotGetLexObj(fresh)));

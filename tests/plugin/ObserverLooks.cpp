@@ -8,9 +8,9 @@ namespace observer {
 
 namespace {
 
-constexpr DMColorValue s_clear{-1, {}};
-constexpr DMColorValue s_black{0, {}};
-constexpr DMColorValue s_red{1, {KRFixedOne, 0, 0, 0}};
+constexpr DMColorValue s_clear{TSColorTransparent, {}};
+constexpr DMColorValue s_black{TSColorGray, {}};
+constexpr DMColorValue s_red{TSColorRGB, {KRFixedOne, 0, 0, 0}};
 constexpr TSBorder s_thin{TSBorderSolid, 1, 0, {}};
 
 TextAppearance LookOf(DMField *field) {
@@ -140,13 +140,13 @@ void WidgetFaces() {
 
     DMColorValue edge, inside;
     Forms::TSDMWidgetGetAreaColors(annot, &edge, &inside);
-    CHECK(edge.space == -1 && inside.space == -1);
+    CHECK(edge.space == TSColorTransparent && inside.space == TSColorTransparent);
     Forms::TSDMWidgetSetAreaColors(annot, &s_red, nullptr);
-    const DMColorValue gray{0, {0x8000}};
+    const DMColorValue gray{TSColorGray, {0x8000}};
     Forms::TSDMWidgetSetAreaColors(annot, nullptr, &gray);
     CHECK_EQ(Text(At(dict, "MK/BC")) + Text(At(dict, "MK/BG")), "[1 0 0][0.5]");
     Forms::TSDMWidgetGetAreaColors(annot, &edge, &inside);
-    CHECK(std::memcmp(&edge, &s_red, sizeof edge) == 0 && inside.space == 0 && inside.value[0] == 0x8000);
+    CHECK(std::memcmp(&edge, &s_red, sizeof edge) == 0 && inside.space == TSColorGray && inside.value[0] == 0x8000);
     Forms::TSDMWidgetGetAreaColors(annot, nullptr, nullptr);
     // The face follows at the next chance.
     Forms::TSDMFieldUpdateAppearance(alpha);
@@ -161,7 +161,7 @@ void WidgetFaces() {
     CHECK(LexObjGetType(At(dict, "AP/N/Matrix")) == LexArray);
     // Asked to wait, the face stays as it is.
     const std::string before = FaceOf(alpha);
-    Forms::TSDMFieldSetFlags(alpha, /*which*/ 1, 8);
+    Forms::TSDMFieldSetFlags(alpha, TSFieldWord, TSFieldDelay);
     Forms::TSDMWidgetSetAreaColors(annot, &s_red, nullptr);
     Forms::TSDMFieldUpdateAppearance(alpha);
     CHECK_EQ(FaceOf(alpha), before);

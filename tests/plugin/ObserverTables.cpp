@@ -140,7 +140,7 @@ void NameTrees() {
     const Forms::NameEntryProc stop = [](LexObj, LexObj, void *) -> KRBool { return false; };
     CHECK_EQ(Text(Find("x")), "null");
     CHECK(Forms::TSEnumNameTree(lex, Tree(), stop, nullptr));
-    Remove("x", /*updateLimits*/ true, 0x20);
+    Remove("x", /*updateLimits*/ true, TSNameRemove);
     Forms::TSRegenerateNameTree(lex, Tree(), /*branching*/ 2);
     CHECK(!LexDictKnown(At(""), Atom("Names")));
 
@@ -151,7 +151,7 @@ void NameTrees() {
     Add("b", later);
     CHECK_EQ(Entries(), "b2 m5 z9");
     CHECK_EQ(Text(first), "1");
-    Add("b", last, /*destroy the old*/ 2);
+    Add("b", last, TSNameDestroyOld);
     CHECK_EQ(Text(later), "null");
     CHECK(LexObjEqual(Find("b"), last));
     CHECK_EQ(Text(Forms::TSFindNameEntryByObj(lex, Tree(), last)), "b");
@@ -176,11 +176,11 @@ void NameTrees() {
     // Below all others: limits widen down the whole path.
     Add("a", Number(0));
     CHECK_EQ(Text(At(root, "Kids/0/Limits")) + Text(At(root, "Kids/0/Kids/0/Limits")), "[a z][a m]");
-    Remove("a", /*updateLimits*/ true, 0x20);
+    Remove("a", /*updateLimits*/ true, TSNameRemove);
     CHECK_EQ(Text(At(root, "Kids/0/Limits")), "[b z]");
-    Remove("b", /*updateLimits*/ false, 0x10);
+    Remove("b", /*updateLimits*/ false, TSNameRemoveDestroy);
     CHECK_EQ(Text(last), "null");
-    Remove("\xE4", /*updateLimits*/ false, 0x20);
+    Remove("\xE4", /*updateLimits*/ false, TSNameRemove);
     CHECK_EQ(Entries(), "m5 n6 z9");
     CHECK_EQ(Text(At(root, "Kids/1/Names")), "[]");
 }

@@ -45,7 +45,7 @@ std::vector<DMField *> WidgetsOf(const char *name) {
 void Defining() {
     const DMAnnot annot = NewWidget("Tx");
     // A widget that comes onto a page is printed.
-    CHECK_EQ(DMAnnotGetFlags(annot), 4);
+    CHECK_EQ(DMAnnotGetFlags(annot), DMAnnotPrint);
     DMField *leaf = Forms::TSDMAnnotDefineField(annot, "a.b.c..");
     CHECK_EQ(NameOf(leaf), "a.b.c");
     CHECK(Forms::TSDMFieldIsValid(leaf) && Forms::TSDMFieldIsTerminal(leaf) && Forms::TSDMFieldIsAnnot(leaf));
@@ -151,7 +151,7 @@ void Renaming() {
     alpha = FieldOf("alpha");
     CHECK_EQ(Text(Forms::TSDMFieldGetValue(alpha)), "one");
 
-    Forms::TSDMFieldSetFlags(alpha, /*which*/ 1, 0x1002);
+    Forms::TSDMFieldSetFlags(alpha, TSFieldWord, TSFieldMultiLine | TSFieldRequired);
     const LexObj dict = DictOf(alpha);
     DMField *renamed = Forms::TSDMFieldRename(alpha, "node.alpha");
     CHECK(!FieldOf("alpha"));
@@ -160,7 +160,7 @@ void Renaming() {
     CHECK_EQ(Text(At(dict, "T")) + Text(At(dict, "Parent/T")), "alphanode");
     // What belongs to the field goes along; the value does not.
     CHECK_EQ(Text(Forms::TSDMFieldGetValue(renamed)), "start");
-    CHECK_EQ(Forms::TSDMFieldGetFlags(renamed, 1), 0x1002);
+    CHECK_EQ(Forms::TSDMFieldGetFlags(renamed, TSFieldWord), TSFieldMultiLine | TSFieldRequired);
     CHECK_EQ(Forms::TSDMFieldGetType(renamed), Atom("Tx"));
     CHECK_EQ(Text(At(dict, "TU")), "Alpha's text");
 
@@ -223,7 +223,7 @@ void Copying() {
     DMField *copy = Forms::TSLexDictCopyField(DMAnnotGetLexObj(NewWidget(nullptr)), secret, "copy", /*fresh*/ true,
                                               /*noActions*/ false);
     CHECK_EQ(NameOf(copy), "copy");
-    CHECK_EQ(Forms::TSDMFieldGetFlags(copy, 1), 0x2000);
+    CHECK_EQ(Forms::TSDMFieldGetFlags(copy, TSFieldWord), TSFieldPassword);
     CHECK_EQ(Text(Forms::TSDMFieldGetValue(copy)), "null");
     Forms::TSLexDictCopyField(DMAnnotGetLexObj(NewWidget(nullptr)), secret, /*name*/ nullptr, false, true);
     CHECK_EQ(WidgetsOf("secret").size(), 2);

@@ -9,9 +9,9 @@ namespace {
 using BorderTest = BuiltInWidgets;
 using LayoutTest = BuiltInWidgets;
 
-constexpr DMColorValue s_red{1, {KRFixedOne, 0, 0, 0}};
-constexpr DMColorValue s_back{1, {Pt(0.75), KRFixedOne, Pt(0.5), 0}};
-constexpr DMColorValue s_none{-1, {}};
+constexpr DMColorValue s_red{TSColorRGB, {KRFixedOne, 0, 0, 0}};
+constexpr DMColorValue s_back{TSColorRGB, {Pt(0.75), KRFixedOne, Pt(0.5), 0}};
+constexpr DMColorValue s_none{TSColorTransparent, {}};
 
 std::string Bordered(std::int32_t style, const DMColorValue &border, const DMColorValue &back, bool down,
                      bool circular = false) {

@@ -196,7 +196,7 @@ TEST_F(CStoreTest, OneLineStandsByItsQuadding) {
     bad[0].quadding = 3;
     bad[1].renderMode = 4;
     bad[2].baseFont = KRAtomNull;
-    bad[3].fillColor.space = -1;
+    bad[3].fillColor.space = TSColorTransparent;
     for (int i = 0; i < 4; ++i) EXPECT_EQ(SimpleText(NewStore(200, 20), bad[i], "abc"), "") << i;
     EXPECT_EQ(SimpleText(NewStore(200, 20), look, ""), "");
     bad[4].size = -1;
@@ -233,7 +233,7 @@ TEST_F(CStoreTest, BlocksWriteLineBelowLine) {
     const StorePtr store = NewStore(100, 50);
     CStoreBlock *block = CStoreBlockStart(store.get(), Pt(1), &look);
     EXPECT_EQ(CStoreBlockGetNumLines(block), 5); // 48 points, 11.56 each, and the one that is cut
-    const DMColorValue gray{0, {Pt(0.5)}};
+    const DMColorValue gray{TSColorGray, {Pt(0.5)}};
     CStoreBlockHighlightLine(block, 1, &gray);
     CStoreBlockLine(block, nullptr);
     CStoreBlockHighlightLine(block, 2, &gray);

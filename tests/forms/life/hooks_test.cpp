@@ -17,8 +17,6 @@ namespace {
 
 using Hooks = Model;
 
-constexpr std::int32_t s_atTheEnd = -2;
-
 DMAnnot AnnotAt(const TestDoc &doc, const std::string &path) {
     return DMAnnotFromLexObj(doc.At(path));
 }
@@ -36,12 +34,12 @@ TEST_F(Hooks, ANewWidgetPrintsAndSitsUpright) {
     const DMPage page = DMDocAcquirePage(doc.doc, 0);
     const KRFixedRect rect{0, KRFixedFromInt(20), KRFixedFromInt(90), 0};
     const DMAnnot widget = DMPageCreateAnnot(page, Widget_K, &rect);
-    DMPageAddAnnot(page, s_atTheEnd, widget);
+    DMPageAddAnnot(page, DMAnnotLast, widget);
     EXPECT_TRUE(IsDMDocTessella(doc.doc));
-    EXPECT_EQ(DMAnnotGetFlags(widget), 4u);
+    EXPECT_EQ(DMAnnotGetFlags(widget), DMAnnotPrint);
     EXPECT_EQ(TSDMAnnotGetRotation(widget), 90);
     const DMAnnot link = DMPageCreateAnnot(page, Atom("Link"), &rect);
-    DMPageAddAnnot(page, s_atTheEnd, link);
+    DMPageAddAnnot(page, DMAnnotLast, link);
     EXPECT_EQ(DMAnnotGetFlags(link), 0u);
     DMPageRelease(page);
 }
@@ -207,12 +205,12 @@ TEST_F(Hooks, AWidgetFindsItsPageAndFocus) {
     EXPECT_EQ(TSLexDocGetSCDoc(nullptr), nullptr);
     const SCPageView view = SCDocGetPageView(doc.view);
     const DMAnnot annot = AnnotAt(doc, "Tessella/Fields/0");
-    DMDocClearFlags(doc.doc, 1);
+    DMDocClearFlags(doc.doc, DMDocDirty);
     const DMPage page = TSSCPageViewGetDMPageFromAnnot(view, annot);
     ASSERT_NE(page, nullptr);
     EXPECT_EQ(DMPageGetNumber(page), 1);
     EXPECT_TRUE(LexObjEqual(LexDictGet(DMAnnotGetLexObj(annot), PageFromAnnot_K), DMPageGetLexObj(page)));
-    EXPECT_EQ(DMDocGetFlags(doc.doc) & 1, 0u);
+    EXPECT_EQ(DMDocGetFlags(doc.doc) & DMDocDirty, 0u);
     DMPageRelease(page);
 
     EXPECT_FALSE(TSSCDocIsWidgetSelected(doc.view));

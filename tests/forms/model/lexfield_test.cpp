@@ -87,7 +87,7 @@ TEST_F(LexField, ASecondWidgetMakesAGroup) {
     DMField *head = FieldOf(doc, "a");
     EXPECT_NE(head->firstChild, nullptr);
     EXPECT_TRUE(TSDMFieldIsTerminal(head));
-    EXPECT_EQ(TSDMFieldGetFlags(field, 1), 2u);
+    EXPECT_EQ(TSDMFieldGetFlags(field, TSFieldWord), TSFieldRequired);
 
     // A third one only joins.
     const LexObj third = NewWidget(doc);
@@ -197,7 +197,7 @@ TEST_F(LexField, RenamingResetsAndKeepsTheRest) {
     EXPECT_EQ(FieldOf(doc, "a"), nullptr);
     EXPECT_STREQ(TSDMFieldGetName(renamed), "n.c");
     EXPECT_EQ(Text(TSDMFieldGetValue(renamed)), "d");
-    EXPECT_EQ(TSDMFieldGetFlags(renamed, 1), 4097u);
+    EXPECT_EQ(TSDMFieldGetFlags(renamed, TSFieldWord), TSFieldMultiLine | TSFieldReadOnly);
     EXPECT_EQ(Text(TSDMFieldGetObj(renamed, UserName_K)), "tip");
     EXPECT_EQ(TSCalcArrayGetFieldIndex(TJSGetCalcArray(doc.doc), "n.c"), 0);
     EXPECT_EQ(TSCalcArrayGetNumEntries(TJSGetCalcArray(doc.doc)), 2);

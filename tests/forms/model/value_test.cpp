@@ -308,12 +308,12 @@ TEST_F(Value, HidingTakesTheAppearanceAndShowingBringsItBack) {
     objects.push_back(s_emptyForm);
     TestDoc doc(objects);
     DMField *field = FieldOf(doc, "a");
-    EXPECT_EQ(TSDMFieldGetFlags(field, 0), 2u);
+    EXPECT_EQ(TSDMFieldGetFlags(field, TSAnnotWord), DMAnnotHidden);
     SetText(doc, "a", "w");
     EXPECT_FALSE(LexDictKnown(field->obj, Appearance_K));
     EXPECT_TRUE(DrawnLog().empty());
-    TSDMFieldSetFlags(field, 0, 4);
-    EXPECT_EQ(TSDMFieldGetFlags(field, 0), 4u);
+    TSDMFieldSetFlags(field, TSAnnotWord, DMAnnotPrint);
+    EXPECT_EQ(TSDMFieldGetFlags(field, TSAnnotWord), DMAnnotPrint);
     ASSERT_EQ(DrawnLog().size(), 1u);
     EXPECT_EQ(DrawnLog()[0].text, "w");
 }
@@ -324,15 +324,15 @@ TEST_F(Value, FieldFlagsLiveAtTheTopAndAreInherited) {
                                       WidgetObject("/Parent 5 0 R /Ff 3"), WidgetObject("/Parent 5 0 R")}));
     DMField *top = FieldOf(doc, "n.g");
     DMField *first = TSDMFieldFromLexObj(doc.At("Tessella/Fields/0/Kids/0/Kids/0"));
-    EXPECT_EQ(TSDMFieldGetFlags(first, 1), 3u);
-    EXPECT_EQ(TSDMFieldGetFlags(top, 1), 1u);
+    EXPECT_EQ(TSDMFieldGetFlags(first, TSFieldWord), TSFieldReadOnly | TSFieldRequired);
+    EXPECT_EQ(TSDMFieldGetFlags(top, TSFieldWord), TSFieldReadOnly);
     // Inheritance gives the value already: the widget's own word goes, and nothing is written.
-    TSDMFieldSetFlags(first, 1, 1);
+    TSDMFieldSetFlags(first, TSFieldWord, TSFieldReadOnly);
     EXPECT_FALSE(LexDictKnown(first->obj, flagsF_K));
     EXPECT_FALSE(LexDictKnown(top->obj, flagsF_K));
-    EXPECT_EQ(TSDMFieldGetFlags(first, 1), 1u);
-    TSDMFieldSetFlags(FieldOf(doc, "n"), 1, 2);
-    EXPECT_EQ(TSDMFieldGetFlags(first, 1), 2u);
+    EXPECT_EQ(TSDMFieldGetFlags(first, TSFieldWord), TSFieldReadOnly);
+    TSDMFieldSetFlags(FieldOf(doc, "n"), TSFieldWord, TSFieldRequired);
+    EXPECT_EQ(TSDMFieldGetFlags(first, TSFieldWord), TSFieldRequired);
     TSDMFieldSetFlags(first, 7, 2);
     EXPECT_EQ(TSDMFieldGetFlags(first, 7), 0u);
 }
@@ -342,7 +342,7 @@ TEST_F(Value, TypesChangeAloneOnly) {
     DMField *field = FieldOf(doc, "a");
     EXPECT_EQ(TSDMFieldSetType(field, Choice_K), 0);
     EXPECT_EQ(Text(doc.At("Tessella/Fields/0/FT")), "/Ch");
-    EXPECT_EQ(TSDMFieldGetFlags(field, 1), 1u);
+    EXPECT_EQ(TSDMFieldGetFlags(field, TSFieldWord), TSFieldReadOnly);
     EXPECT_TRUE(TSDMFieldWasAppearanceUpdated(field));
 
     TestDoc group(Group("/FT /Tx /V (v)", "", ""));
@@ -397,8 +397,8 @@ TEST_F(Value, WrongTypesEverywhereDoNoHarm) {
         TSDMFieldReset(field);
         TSDMFieldSetValue(field, Str(doc, "x"));
         TSDMFieldSetDefaultValue(field, Str(doc, "x"));
-        TSDMFieldSetFlags(field, 0, 6);
-        TSDMFieldSetFlags(field, 1, 0xFFFFFFFF);
+        TSDMFieldSetFlags(field, TSAnnotWord, DMAnnotHidden | DMAnnotPrint);
+        TSDMFieldSetFlags(field, TSFieldWord, 0xFFFFFFFF);
         TSDMFieldSetType(field, Tx_K);
         TSDMFieldUpdateAppearance(field);
     }

@@ -94,12 +94,12 @@ TEST_F(Looks, AKnownFontIsReadWithoutWriting) {
     const TestDoc doc(FormObjects({"/FT /Tx /T (a) /Q 1"}, s_formLook));
     TextAppearance look;
     DMField *const field = FieldAt(doc, 0);
-    DMDocClearFlags(doc.doc, 1);
+    DMDocClearFlags(doc.doc, DMDocDirty);
     TSDMFieldGetDefaultTextAppearance(field, &look);
     EXPECT_EQ(look.baseFont, Helvetica_K);
     EXPECT_EQ(look.fontResource, Helv_K);
     EXPECT_EQ(look.quadding, 1);
-    EXPECT_EQ(DMDocGetFlags(doc.doc) & 1, 0u);
+    EXPECT_EQ(DMDocGetFlags(doc.doc) & DMDocDirty, 0u);
 }
 
 TEST_F(Looks, UnknownNamesAreKeptAndShareOneFont) {
@@ -118,10 +118,10 @@ TEST_F(Looks, UnknownNamesAreKeptAndShareOneFont) {
     EXPECT_TRUE(LexObjEqual(LexDictGet(first, Encoding_K), doc.At("Tessella/DR/Encoding/PDFDocEncoding")));
     EXPECT_EQ(LexObjGetType(doc.At("Tessella/DR/Font/F1")), LexNull) << "inherited resources stay as they are";
 
-    DMDocClearFlags(doc.doc, 1);
+    DMDocClearFlags(doc.doc, DMDocDirty);
     TSDMFieldGetDefaultTextAppearance(FieldAt(doc, 2), &look);
     EXPECT_STREQ(KRAtomGetString(look.fontResource), "F1");
-    EXPECT_EQ(DMDocGetFlags(doc.doc) & 1, 0u) << "bound once";
+    EXPECT_EQ(DMDocGetFlags(doc.doc) & DMDocDirty, 0u) << "bound once";
 }
 
 TEST_F(Looks, AMissingLookBecomesTheFormsAndBadResourcesAreRefused) {

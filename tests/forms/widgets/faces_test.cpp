@@ -459,7 +459,7 @@ TEST_F(Faces, ChoiceDataIsWrittenBack) {
     static_cast<TSChoiceData *>(data->extension)->editable = true;
     WComboBox_WriteData(AnnotOf(doc, "b"), data);
     WComboBox_ReleaseData(data);
-    EXPECT_EQ(TSDMFieldGetFlags(FieldOf(doc, "b"), 1), TSFieldCombo | TSFieldComboEdit);
+    EXPECT_EQ(TSDMFieldGetFlags(FieldOf(doc, "b"), TSFieldWord), TSFieldCombo | TSFieldComboEdit);
     EXPECT_EQ(Text(TSDMFieldGetValue(FieldOf(doc, "b"))), "1");
 }
 

@@ -68,7 +68,7 @@ TEST_F(Signatures, TheMarkTakesTheColorOfTheLook) {
         look.fillColor = c.color;
         EXPECT_TRUE(Has(Data(GetThumper(doc.lex, &look)), c.line)) << c.line;
     }
-    look.fillColor.space = -1;
+    look.fillColor.space = TSColorTransparent;
     EXPECT_EQ(Text(GetThumper(doc.lex, &look)), "null");
     EXPECT_STREQ(thumper[ThumperColorLine], "0.8 g");
 }
