@@ -13,7 +13,7 @@
 #include "model/DocData.h"
 #include "model/NameHash.h"
 #include "model/OnKey.h"
-#include "model/WidgetReg.h"
+#include "model/WidgetType.h"
 #include "model/miCalc.h"
 #include "objects/AnnotUtl.h"
 #include "objects/LexUtil.h"

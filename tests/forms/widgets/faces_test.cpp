@@ -5,6 +5,7 @@
 #include "KRErrors.h"
 #include "model/DocData.h"
 #include "model/OnKey.h"
+#include "model/WidgetType.h"
 #include "objects/AnnotUtl.h"
 #include "objects/ColorUtl.h"
 #include "tests/forms/FormsFixture.h"
