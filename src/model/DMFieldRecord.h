@@ -14,7 +14,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "KRTypes.h"
+#include "FormsTypes.h"
 
 struct NameStr;
 
@@ -55,7 +55,7 @@ struct DMField {
     LexObj obj;
     /** Which of the entries (masks TSEntry of FormStr.h) this very dictionary holds. */
     std::uint32_t entries;
-    /** [0] `F`, own dictionary only; [1] `Ff`, inherited from the parent when absent. */
+    /** By TSFlagWord: `F` of the own dictionary, and `Ff`, inherited from the parent when absent. */
     std::uint32_t flags[2];
     std::uint32_t state;
     /** `FT`, inherited; KRAtomNull when none. */
