@@ -1,17 +1,16 @@
-// The kernel support table: every slot of KernelSupportHFT.h behind the host's edge.
-// SPDX-License-Identifier: MIT
+// The kernel support table: the functions of the kernel in the slots of KernelSupportHFT.h, and those that need
+// fitting. SPDX-License-Identifier: MIT
 #include "kernel/Tables.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "KernelSupportHFT.h"
 #include "kernel/Atoms.h"
+#include "kernel/Bind.h"
 #include "kernel/Errors.h"
 #include "kernel/Files.h"
 #include "kernel/Fixed.h"
 #include "kernel/HFTServers.h"
-#include "kernel/HostError.h"
 #include "kernel/Memory.h"
 #include "kernel/Streams.h"
 
@@ -19,259 +18,201 @@ namespace jackdaw {
 
 namespace {
 
-/** The handle, or KRErrBadParam for null. */
-template <class Handle>
-Handle need(Handle handle) {
-    if (!handle) throw HostError{KRErrBadParam, "A null handle was given."};
-    return handle;
+// Errors and tables.
+
+char *getErrorString(KRErrorCode code, char *buffer, std::int32_t size) {
+    if (buffer) FillBuffer(ErrorSentence(code), buffer, size);
+    return buffer;
 }
 
-void copyCut(const std::string &text, char *buffer, std::int32_t size) {
-    if (!buffer || size < 1) return;
-    const std::size_t count = std::min(text.size(), static_cast<std::size_t>(size) - 1);
-    std::memcpy(buffer, text.data(), count);
-    buffer[count] = '\0';
-}
-
-// Errors.
-
-char *krGetErrorString(KRErrorCode code, char *buffer, std::int32_t size) {
-    return Edge([&] {
-        copyCut(ErrorSentence(code), buffer, size);
-        return buffer;
-    });
-}
-
-KRErrorCode krRegisterErrorString(std::int32_t severity, const char *text) {
-    return Edge([&] { return RegisterErrorText(severity, text); });
-}
-
-// Tables that plug-ins serve.
-
-KRHFTServer krHFTServerNew(const char *name, KRHFTProvideProc provide) {
-    return Edge([&] { return NewTableServer(name, provide); });
-}
-
-KRHFT krHFTNew(KRHFTServer server, std::int32_t count) {
-    return Edge([&] { return NewTable(server, count); });
-}
-
-void krHFTSetEntry(KRHFT table, std::int32_t selector, KRProc callback, std::uint32_t) {
-    Edge([&] { SetTableEntry(table, selector, callback); });
-}
-
-KRProc krHFTGetReplacedEntry(KRHFT table, std::int32_t selector, KRProc callback) {
-    return Edge([&] { return ReplacedTableEntry(table, selector, callback); });
+void setEntry(KRHFT table, std::int32_t selector, KRProc callback, std::uint32_t) {
+    SetTableEntry(table, selector, callback);
 }
 
 // Fixed numbers.
 
-void krFixedToCString(KRFixed value, char *buffer, std::int32_t size, std::int32_t precision) {
-    Edge([&] {
-        std::string text = FixedToText(value, precision);
-        // Decimals give way one by one, rounded anew each time, before a digit of the whole part is cut off.
-        for (int fewer = std::min(precision, 16) - 1; fewer >= 0 && std::int64_t(text.size()) >= size; --fewer)
-            text = FixedToText(value, fewer);
-        copyCut(text, buffer, size);
-    });
+void fixedToCString(KRFixed value, char *buffer, std::int32_t size, std::int32_t precision) {
+    std::string text = FixedToText(value, precision);
+    // Decimals give way one by one, rounded anew each time, before a digit of the whole part is cut off.
+    for (int fewer = std::min(precision, 16) - 1; fewer >= 0 && std::int64_t(text.size()) >= size; --fewer)
+        text = FixedToText(value, fewer);
+    if (buffer) FillBuffer(text, buffer, size);
 }
 
-KRFixed krCStringToFixed(const char *text) {
+KRFixed cStringToFixed(const char *text) {
     return text ? TextToFixed(text) : 0;
 }
 
-void krFixedMatrixConcat(KRFixedMatrix *result, const KRFixedMatrix *first, const KRFixedMatrix *second) {
-    *result = FixedMatrixConcat(*first, *second);
+void matrixConcat(KRFixedMatrix *result, const KRFixedMatrix *first, const KRFixedMatrix *second) {
+    Required(result) = FixedMatrixConcat(Required(first), Required(second));
 }
 
-void krFixedMatrixTransformRect(KRFixedRect *result, const KRFixedMatrix *matrix, const KRFixedRect *rect) {
-    *result = FixedMatrixTransformRect(*matrix, *rect);
+void matrixTransformRect(KRFixedRect *result, const KRFixedMatrix *matrix, const KRFixedRect *rect) {
+    Required(result) = FixedMatrixTransformRect(Required(matrix), Required(rect));
+}
+
+// Paths.
+
+KRPathName pathFromPlatformPath(const char *platformPath) {
+    if (!platformPath || !*platformPath) throw HostError{KRErrBadParam, "An empty path was given."};
+    return MakePath(DefaultFileSys(), platformPath);
+}
+
+char *displayPath(KRFileSys fs, KRPathName path, std::int32_t) {
+    return AllocateText(Required(fs).displayText(Required(path).text));
+}
+
+char *platformPath(KRFileSys fs, KRPathName path) {
+    const std::string text = Required(fs).platformPath(Required(path).text);
+    return text.empty() ? nullptr : AllocateText(text);
+}
+
+KRPathName pathFromString(KRFileSys fs, const char *text, KRPathName base) {
+    if (!text) throw HostError{KRErrBadParam, "An empty path was given."};
+    const std::string place = Required(fs).resolve(text, base ? &base->text : nullptr);
+    if (place.empty()) throw HostError{KRErrBadParam, std::string("This names no file: ") + text};
+    return MakePath(fs, place);
+}
+
+KRPathName pathFromFileSpec(KRFileSys fs, KRAtom specType, const void *spec) {
+    const std::string type = AtomText(specType);
+    if (!spec || (type != "CString" && type != "DIPath")) return nullptr;
+    const std::string place = Required(fs).resolve(static_cast<const char *>(spec), nullptr);
+    return place.empty() ? nullptr : MakePath(fs, place);
+}
+
+void releasePath(KRFileSys, KRPathName path) {
+    ReleasePath(path);
+}
+
+KRPathName copyPath(KRFileSys, KRPathName path) {
+    return CopyPath(path);
 }
 
 // Files.
 
-KRPathName krPathFromPlatformPath(const char *platformPath) {
-    return Edge([&] {
-        if (!platformPath || !*platformPath) throw HostError{KRErrBadParam, "An empty path was given."};
-        return MakePath(DefaultFileSys(), platformPath);
-    });
-}
-
-KRFileSys krGetDefaultFileSys() {
-    return Edge([&] { return DefaultFileSys(); });
-}
-
-char *krFileSysDisplayPath(KRFileSys fs, KRPathName path, std::int32_t) {
-    return Edge([&] { return AllocateText(need(fs)->displayText(need(path)->text)); });
-}
-
-KRPathName krFileSysPathFromString(KRFileSys fs, const char *text, KRPathName base) {
-    return Edge([&] {
-        if (!text) throw HostError{KRErrBadParam, "An empty path was given."};
-        const std::string place = need(fs)->resolve(text, base ? &base->text : nullptr);
-        if (place.empty()) throw HostError{KRErrBadParam, std::string("This names no file: ") + text};
-        return MakePath(fs, place);
-    });
-}
-
-void krFileSysReleasePath(KRFileSys, KRPathName path) {
-    ReleasePath(path);
-}
-
-KRErrorCode krFileSysOpenFile(KRFileSys fs, KRPathName path, std::int32_t mode, KRFile *file) {
+KRErrorCode openFile(KRFileSys fs, KRPathName path, std::int32_t mode, KRFile *file) {
     return CodeOf([&] {
-        *need(file) = nullptr;
-        *file = need(fs)->open(need(path)->text, mode).release();
+        Required(file) = nullptr;
+        *file = Required(fs).open(Required(path).text, mode).release();
     });
 }
 
-KRErrorCode krFileSysRemoveFile(KRFileSys fs, KRPathName path) {
-    return CodeOf([&] { need(fs)->remove(need(path)->text); });
+KRErrorCode removeFile(KRFileSys fs, KRPathName path) {
+    return CodeOf([&] { Required(fs).remove(Required(path).text); });
 }
 
-KRErrorCode krFileClose(KRFile file) {
-    return CodeOf([&] { std::unique_ptr<KRFileRec>(need(file))->close(); });
+KRErrorCode closeFile(KRFile file) {
+    return CodeOf([&] { std::unique_ptr<KRFileRec>(&Required(file))->close(); });
 }
 
-void krFileSetPos(KRFile file, std::int64_t position) {
-    Edge([&] { need(file)->setPosition(position); });
+void setPosition(KRFile file, std::int64_t position) {
+    Required(file).setPosition(position);
 }
 
-std::int64_t krFileGetPos(KRFile file) {
-    return Edge([&] { return need(file)->position(); });
+std::int64_t getPosition(KRFile file) {
+    return Required(file).position();
 }
 
-std::int64_t krFileGetSize(KRFile file) {
-    return Edge([&] { return need(file)->size(); });
+std::int64_t getSize(KRFile file) {
+    return Required(file).size();
 }
 
-std::int64_t krFileRead(KRFile file, void *buffer, std::int64_t count) {
-    return Edge([&]() -> std::int64_t {
-        if (count < 0) throw HostError{KRErrBadParam, "A negative number of bytes was asked for."};
-        return count == 0 ? 0 : need(file)->read(need(buffer), count);
-    });
+std::int64_t readFile(KRFile file, void *buffer, std::int64_t count) {
+    if (count < 0) throw HostError{KRErrBadParam, "A negative number of bytes was asked for."};
+    if (count == 0) return 0;
+    if (!buffer) throw HostError{KRErrBadParam, "A buffer is missing."};
+    return Required(file).read(buffer, count);
 }
 
-std::int64_t krFileWrite(KRFile file, const void *buffer, std::int64_t count) {
-    return Edge([&]() -> std::int64_t {
-        if (count < 0) throw HostError{KRErrBadParam, "A negative number of bytes was to be written."};
-        return count == 0 ? 0 : need(file)->write(need(buffer), count);
-    });
+std::int64_t writeFile(KRFile file, const void *buffer, std::int64_t count) {
+    if (count < 0) throw HostError{KRErrBadParam, "A negative number of bytes was to be written."};
+    if (count == 0) return 0;
+    if (!buffer) throw HostError{KRErrBadParam, "A buffer is missing."};
+    return Required(file).write(buffer, count);
 }
 
-KRPathName krFileAcquirePath(KRFile file) {
-    return Edge([&] { return MakePath(need(file)->fileSys, file->path); });
+KRPathName acquirePath(KRFile file) {
+    return MakePath(Required(file).fileSys, file->path);
 }
 
-KRFileSys krFileGetFileSys(KRFile file) {
-    return Edge([&] { return need(file)->fileSys; });
-}
-
-KRPathName krFileSysPathFromFileSpec(KRFileSys fs, KRAtom specType, const void *spec) {
-    return Edge([&]() -> KRPathName {
-        const std::string type = AtomText(specType);
-        if (!spec || (type != "CString" && type != "DIPath")) return nullptr;
-        const std::string place = need(fs)->resolve(static_cast<const char *>(spec), nullptr);
-        return place.empty() ? nullptr : MakePath(fs, place);
-    });
-}
-
-void krFileSysRegister(KRAtom name, KRFileSys fs) {
-    Edge([&] { RegisterFileSys(name, fs); });
-}
-
-KRPathName krFileSysCopyPath(KRFileSys, KRPathName path) {
-    return Edge([&] { return CopyPath(path); });
-}
-
-char *krFileSysPlatformPath(KRFileSys fs, KRPathName path) {
-    return Edge([&]() -> char * {
-        const std::string text = need(fs)->platformPath(need(path)->text);
-        return text.empty() ? nullptr : AllocateText(text);
-    });
+KRFileSys fileSysOf(KRFile file) {
+    return Required(file).fileSys;
 }
 
 // Streams of bytes.
 
-KRStm krMemStmOpen(const void *data, std::int64_t length) {
-    return Edge([&] { return OpenMemoryStream(data, length); });
+std::int32_t readStream(void *buffer, std::int32_t itemSize, std::int32_t count, KRStm stream) {
+    KRStmRec &source = Required(stream);
+    if (itemSize <= 0 || count <= 0) return 0;
+    const std::int64_t wanted = std::int64_t{itemSize} * count;
+    std::int64_t got = 0;
+    for (std::int64_t step = -1; got < wanted && step != 0; got += step)
+        step = source.read(static_cast<char *>(buffer) + got, wanted - got);
+    return static_cast<std::int32_t>(got / itemSize);
 }
 
-KRStm krProcStmOpen(KRStmProc callback, void *clientData) {
-    return Edge([&] { return OpenProcStream(callback, clientData); });
+// Filling, in the order of the slots.
+
+void fillMemoryErrorsAndTables() {
+    Bind<&Allocate>(KRmalloc);
+    Bind<&Reallocate>(KRrealloc);
+    Bind<&Release>(KRfree);
+    Bind<&getErrorString>(KRGetErrorString);
+    Bind<&RegisterErrorText>(KRRegisterErrorString);
+    Bind<&NewTableServer>(KRHFTServerNew);
+    Bind<&NewTable>(KRHFTNew);
+    Bind<&setEntry>(KRHFTSetEntry);
+    Bind<&ReplacedTableEntry>(KRHFTGetReplacedEntry);
 }
 
-std::int32_t krStmRead(void *buffer, std::int32_t itemSize, std::int32_t count, KRStm stream) {
-    return Edge([&]() -> std::int32_t {
-        need(stream);
-        if (itemSize <= 0 || count <= 0) return 0;
-        const std::int64_t wanted = std::int64_t{itemSize} * count;
-        std::int64_t got = 0;
-        for (std::int64_t step = -1; got < wanted && step != 0; got += step)
-            step = stream->read(static_cast<char *>(buffer) + got, wanted - got);
-        return static_cast<std::int32_t>(got / itemSize);
-    });
+void fillFixedNumbers() {
+    Bind<&FixedMul>(KRFixedMul);
+    Bind<&FixedDiv>(KRFixedDiv);
+    Bind<&fixedToCString>(KRFixedToCString);
+    Bind<&cStringToFixed>(KRCStringToFixed);
+    Bind<&matrixConcat>(KRFixedMatrixConcat);
+    Bind<&matrixTransformRect>(KRFixedMatrixTransformRect);
 }
 
-void krStmClose(KRStm stream) {
-    CloseStream(stream);
+void fillFiles() {
+    Bind<&pathFromPlatformPath>(KRPathFromPlatformPath);
+    Bind<&DefaultFileSys>(KRGetDefaultFileSys);
+    Bind<&displayPath>(KRFileSysDisplayPath);
+    Bind<&pathFromString>(KRFileSysPathFromString);
+    Bind<&releasePath>(KRFileSysReleasePath);
+    Bind<&openFile>(KRFileSysOpenFile);
+    Bind<&removeFile>(KRFileSysRemoveFile);
+    Bind<&closeFile>(KRFileClose);
+    Bind<&setPosition>(KRFileSetPos);
+    Bind<&getPosition>(KRFileGetPos);
+    Bind<&getSize>(KRFileGetSize);
+    Bind<&readFile>(KRFileRead);
+    Bind<&writeFile>(KRFileWrite);
+    Bind<&acquirePath>(KRFileAcquirePath);
+    Bind<&fileSysOf>(KRFileGetFileSys);
+    Bind<&FileSysFromAtom>(KRFileSysFromAtom);
+    Bind<&pathFromFileSpec>(KRFileSysPathFromFileSpec);
 }
 
-KRStm krFileStmOpen(KRFile file) {
-    return Edge([&] { return OpenFileStream(file); });
-}
-
-void fillErrorsAndTables() {
-    Provide(KRmalloc, &Allocate);
-    Provide(KRrealloc, &Reallocate);
-    Provide(KRfree, &Release);
-    Provide(KRGetErrorString, &krGetErrorString);
-    Provide(KRRegisterErrorString, &krRegisterErrorString);
-    Provide(KRHFTServerNew, &krHFTServerNew);
-    Provide(KRHFTNew, &krHFTNew);
-    Provide(KRHFTSetEntry, &krHFTSetEntry);
-    Provide(KRHFTGetReplacedEntry, &krHFTGetReplacedEntry);
-    Provide(KRFixedMul, &FixedMul);
-    Provide(KRFixedDiv, &FixedDiv);
-    Provide(KRFixedToCString, &krFixedToCString);
-    Provide(KRCStringToFixed, &krCStringToFixed);
-    Provide(KRFixedMatrixConcat, &krFixedMatrixConcat);
-    Provide(KRFixedMatrixTransformRect, &krFixedMatrixTransformRect);
-}
-
-void fillFilesAndStreams() {
-    Provide(KRPathFromPlatformPath, &krPathFromPlatformPath);
-    Provide(KRGetDefaultFileSys, &krGetDefaultFileSys);
-    Provide(KRFileSysDisplayPath, &krFileSysDisplayPath);
-    Provide(KRFileSysPathFromString, &krFileSysPathFromString);
-    Provide(KRFileSysReleasePath, &krFileSysReleasePath);
-    Provide(KRFileSysOpenFile, &krFileSysOpenFile);
-    Provide(KRFileSysRemoveFile, &krFileSysRemoveFile);
-    Provide(KRFileClose, &krFileClose);
-    Provide(KRFileSetPos, &krFileSetPos);
-    Provide(KRFileGetPos, &krFileGetPos);
-    Provide(KRFileGetSize, &krFileGetSize);
-    Provide(KRFileRead, &krFileRead);
-    Provide(KRFileWrite, &krFileWrite);
-    Provide(KRFileAcquirePath, &krFileAcquirePath);
-    Provide(KRFileGetFileSys, &krFileGetFileSys);
-    Provide(KRFileSysFromAtom, &FileSysFromAtom);
-    Provide(KRFileSysPathFromFileSpec, &krFileSysPathFromFileSpec);
-    Provide(KRMemStmOpen, &krMemStmOpen);
-    Provide(KRProcStmOpen, &krProcStmOpen);
-    Provide(KRStmRead, &krStmRead);
-    Provide(KRStmClose, &krStmClose);
-    Provide(KRFileStmOpen, &krFileStmOpen);
-    Provide(KRFileSysRegister, &krFileSysRegister);
-    Provide(KRFileSysCopyPath, &krFileSysCopyPath);
-    Provide(KRFileSysPlatformPath, &krFileSysPlatformPath);
+void fillStreamsAndFileSystems() {
+    Bind<&OpenMemoryStream>(KRMemStmOpen);
+    Bind<&OpenProcStream>(KRProcStmOpen);
+    Bind<&readStream>(KRStmRead);
+    Bind<&CloseStream>(KRStmClose);
+    Bind<&OpenFileStream>(KRFileStmOpen);
+    Bind<&RegisterFileSys>(KRFileSysRegister);
+    Bind<&copyPath>(KRFileSysCopyPath);
+    Bind<&platformPath>(KRFileSysPlatformPath);
 }
 
 } // namespace
 
 void FillKernelSupportTable() {
-    fillErrorsAndTables();
-    fillFilesAndStreams();
+    fillMemoryErrorsAndTables();
+    fillFixedNumbers();
+    fillFiles();
+    fillStreamsAndFileSystems();
 }
 
 } // namespace jackdaw

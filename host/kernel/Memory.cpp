@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "kernel/Memory.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -57,6 +58,14 @@ char *AllocateText(std::string_view text) {
     if (!text.empty()) std::memcpy(copy, text.data(), text.size());
     copy[text.size()] = '\0';
     return copy;
+}
+
+void FillBuffer(std::string_view text, char *buffer, std::int32_t size) {
+    if (size <= 0) return;
+    if (!buffer) throw HostError{KRErrBadParam, "A buffer is missing."};
+    const std::size_t count = std::min(text.size(), static_cast<std::size_t>(size) - 1);
+    text.copy(buffer, count);
+    buffer[count] = '\0';
 }
 
 void WatchAllocations() {

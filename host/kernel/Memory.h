@@ -28,6 +28,9 @@ std::uint64_t FailedAllocations();
 /** Counts a failure of another allocator, which a library tells in its own way. */
 void CountFailedAllocation();
 
+/** Copies what fits in front of a terminator; nothing into a buffer of no size. Throws KRErrBadParam for a null one. */
+void FillBuffer(std::string_view text, char *buffer, std::int32_t size);
+
 /** Fault injection: after `count` more allocations each one fails; -1 lets them succeed again. */
 void LimitAllocations(std::int64_t count);
 

@@ -251,6 +251,7 @@ std::vector<std::string> RunningPlugIns() {
 }
 
 void EnumPlugIns(KRExtensionEnumProc proc, void *clientData, bool onlyRunning) {
+    if (!proc) throw HostError{KRErrBadParam, "An enumeration needs a procedure."};
     for (const auto &plugIn : plugIns()) {
         const bool wanted = onlyRunning ? plugIn->state == PlugIn::Running : plugIn->state != PlugIn::Refused;
         if (!wanted) continue;

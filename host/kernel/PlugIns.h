@@ -30,6 +30,7 @@ std::string PlugInFile(KRWord extensionID);
 /** Names of the plug-ins that run, in the order of loading. */
 std::vector<std::string> RunningPlugIns();
 
+/** False from `proc` stops. Throws KRErrBadParam for a null one, and what it raises. */
 void EnumPlugIns(KRExtensionEnumProc proc, void *clientData, bool onlyRunning);
 /** KRAtomNull for an unknown one. */
 KRAtom PlugInName(KRExtension extension);

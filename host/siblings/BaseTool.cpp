@@ -6,8 +6,7 @@
 #include <cstring>
 #include <iterator>
 
-#include "kernel/HostError.h"
-#include "kernel/Tables.h"
+#include "kernel/Bind.h"
 #include "siblings/Converters.h"
 
 namespace jackdaw {
@@ -21,25 +20,9 @@ struct BaseFont {
 };
 #include "BaseFonts.inc"
 
-KRBool baseToolGetFontMetrics(const char *fontName, BaseToolFontMetrics *metrics, std::int32_t *widths) {
-    return Edge([&]() -> KRBool {
-        if (!metrics || !widths) throw HostError{KRErrBadParam, "Font metrics need a place to be stored in."};
-        return fontName && BaseFontMetrics(fontName, *metrics, widths);
-    });
-}
-
-BaseToolConverter baseToolGetConverter(const char *name) {
-    return Edge([&] { return ConverterNamed(name); });
-}
-
-std::int32_t baseToolHostToUCS(BaseToolConverter converter, const char *source, std::int32_t sourceLength, char *target,
-                               std::int32_t targetSize, std::int32_t *error) {
-    return Edge([&] { return ConvertToUCS(converter, source, sourceLength, target, targetSize, error); });
-}
-
-std::int32_t baseToolUCSToHost(BaseToolConverter converter, const char *source, std::int32_t sourceLength, char *target,
-                               std::int32_t targetSize, std::int32_t *error) {
-    return Edge([&] { return ConvertFromUCS(converter, source, sourceLength, target, targetSize, error); });
+bool getFontMetrics(const char *fontName, BaseToolFontMetrics *metrics, std::int32_t *widths) {
+    if (!metrics || !widths) throw HostError{KRErrBadParam, "Font metrics need a place to be stored in."};
+    return fontName && BaseFontMetrics(fontName, *metrics, widths);
 }
 
 } // namespace
@@ -57,10 +40,10 @@ bool BaseFontMetrics(const char *fontName, BaseToolFontMetrics &metrics, std::in
 }
 
 void FillBaseToolTable() {
-    Provide(BaseToolGetFontMetrics, &baseToolGetFontMetrics);
-    Provide(BaseToolGetConverter, &baseToolGetConverter);
-    Provide(BaseToolHostToUCS, &baseToolHostToUCS);
-    Provide(BaseToolUCSToHost, &baseToolUCSToHost);
+    Bind<&getFontMetrics>(BaseToolGetFontMetrics);
+    Bind<&ConverterNamed>(BaseToolGetConverter);
+    Bind<&ConvertToUCS>(BaseToolHostToUCS);
+    Bind<&ConvertFromUCS>(BaseToolUCSToHost);
 }
 
 } // namespace jackdaw

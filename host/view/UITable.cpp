@@ -3,7 +3,7 @@
 #include "view/UITable.h"
 
 #include "ScreenViewUserInterfaceHFT.h"
-#include "view/Bind.h"
+#include "kernel/Bind.h"
 #include "view/ViewPlatform.h"
 #include "view/ViewRecords.h"
 #include "view/Views.h"

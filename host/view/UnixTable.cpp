@@ -8,9 +8,9 @@
 #include <unistd.h>
 
 #include "UnixHFT.h"
+#include "kernel/Bind.h"
 #include "kernel/Memory.h"
 #include "kernel/PlugIns.h"
-#include "view/Bind.h"
 #include "view/ViewPlatform.h"
 
 namespace jackdaw {

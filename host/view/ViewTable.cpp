@@ -8,11 +8,11 @@
 #include "ScreenViewHFT.h"
 #include "doc/Notify.h"
 #include "draw/Render.h"
+#include "kernel/Bind.h"
 #include "view/ActionDispatch.h"
 #include "view/Alerts.h"
 #include "view/AnnotHandlers.h"
 #include "view/AppState.h"
-#include "view/Bind.h"
 #include "view/Menus.h"
 #include "view/PageView.h"
 #include "view/Progress.h"
@@ -25,12 +25,6 @@
 namespace jackdaw {
 
 namespace {
-
-template <class T>
-T &required(T *pointer) {
-    if (pointer == nullptr) throw HostError{KRErrBadParam, "An argument is missing."};
-    return *pointer;
-}
 
 template <class T>
 void store(T *place, T value) {
@@ -81,7 +75,7 @@ SCCancelProc getCancelProc(void **clientData) {
 }
 
 void enumDocs(SCAppEnumDocsProc proc, void *clientData) {
-    required(proc);
+    Required(proc);
     // The list as it was at the start; a view that was closed on the way is left out.
     for (const SCDoc view : OpenViews()) {
         KRBool goOn = 1;
@@ -107,14 +101,14 @@ bool registerAuxData(KRWord, KRAtom type, SCAuxDataHandler *handler) {
 
 void getViewDef(SCDoc view, SCDocViewDef *def) {
     // A caller of an older record gets as much as it has room for.
-    const std::uint32_t size = required(def).size;
+    const std::uint32_t size = Required(def).size;
     SCDocViewDef present = ViewDefOf(PageViewOf(view));
     if (size != 0) present.size = size;
     std::memcpy(def, &present, size != 0 ? std::min<std::size_t>(size, sizeof present) : sizeof present);
 }
 
 void setViewDef(SCDoc view, const SCDocViewDef *def) {
-    if (required(def).size < sizeof(SCDocViewDef)) throw HostError{KRErrBadParam, "The record is too small."};
+    if (Required(def).size < sizeof(SCDocViewDef)) throw HostError{KRErrBadParam, "The record is too small."};
     UseViewDef(PageViewOf(view), *def);
 }
 
@@ -141,15 +135,15 @@ SCMenuItem trackPopUp(SCMenu menu, std::int16_t x, std::int16_t y, KRBool rightM
 // The page view.
 
 void getAperture(SCPageView view, SCRect *rect) {
-    required(rect) = ApertureOf(view);
+    Required(rect) = ApertureOf(view);
 }
 
 void getColor(SCPageView view, DMColorValue *color) {
-    required(color) = DrawingColor(view);
+    Required(color) = DrawingColor(view);
 }
 
 void setColor(SCPageView view, const DMColorValue *color) {
-    SetDrawingColor(view, required(color));
+    SetDrawingColor(view, Required(color));
 }
 
 void invalidate(SCPageView view, const SCRect *rect) {
@@ -164,23 +158,23 @@ void drawNow(SCPageView view) {
 
 void invertRect(SCPageView view, const SCRect *rect) {
     RecordOf(view);
-    if (Platform().invertRect != nullptr) Platform().invertRect(view, &required(rect));
+    if (Platform().invertRect != nullptr) Platform().invertRect(view, &Required(rect));
 }
 
 void invertOutline(SCPageView view, const SCRect *rect) {
     RecordOf(view);
-    if (Platform().invertOutline != nullptr) Platform().invertOutline(view, &required(rect));
+    if (Platform().invertOutline != nullptr) Platform().invertOutline(view, &Required(rect));
 }
 
 void drawOutline(SCPageView view, const SCRect *rect, std::int16_t width, const KRFixed *dashes, std::int32_t count) {
     RecordOf(view);
     if (Platform().drawOutline == nullptr) return;
-    Platform().drawOutline(view, &required(rect), width, dashes, dashes != nullptr ? count : 0);
+    Platform().drawOutline(view, &Required(rect), width, dashes, dashes != nullptr ? count : 0);
 }
 
 void fillRect(SCPageView view, const SCRect *rect) {
     RecordOf(view);
-    if (Platform().fillRect != nullptr) Platform().fillRect(view, &required(rect));
+    if (Platform().fillRect != nullptr) Platform().fillRect(view, &Required(rect));
 }
 
 /** Without a pointer a place that is on no page. */
@@ -194,7 +188,7 @@ void getMousePosition(SCPageView view, std::int16_t *x, std::int16_t *y) {
 }
 
 void getAnnotRect(SCPageView view, DMAnnot annot, SCRect *rect) {
-    required(rect) = AnnotRect(view, annot);
+    Required(rect) = AnnotRect(view, annot);
 }
 
 void *acquirePort(SCPageView view) {
@@ -208,21 +202,21 @@ void releasePort(SCPageView view, void *port) {
 }
 
 void devicePointToPage(SCPageView view, std::int16_t x, std::int16_t y, KRFixedPoint *point) {
-    required(point) = PointToPage(view, x, y);
+    Required(point) = PointToPage(view, x, y);
 }
 
 /** There is no grid to snap to. */
 void snapRect(SCPageView view, KRFixedRect *rect) {
     RecordOf(view);
-    required(rect);
+    Required(rect);
 }
 
 void deviceRectToPage(SCPageView view, const SCRect *rect, KRFixedRect *pageRect) {
-    required(pageRect) = RectToPage(view, required(rect));
+    Required(pageRect) = RectToPage(view, Required(rect));
 }
 
 void drawLexObj(SCPageView view, LexObj stream, const SCRect *rect) {
-    DrawStream(view, stream, required(rect));
+    DrawStream(view, stream, Required(rect));
 }
 
 // The system and the tools.
