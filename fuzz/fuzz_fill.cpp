@@ -39,7 +39,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     Protect([&] {
         DMDoc doc = nullptr;
         try {
-            doc = jackdaw::openDocFromBytes(std::string(reinterpret_cast<const char *>(data), size), nullptr);
+            doc = jackdaw::OpenDocFromBytes(std::string(reinterpret_cast<const char *>(data), size), nullptr);
         } catch (const jackdaw::HostError &) {
             return;
         }
@@ -48,7 +48,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         Protect([&] { FillAll(SCDocGetDMDoc(view)); });
         std::FILE *nowhere = std::fopen("/dev/null", "wb");
         try {
-            jackdaw::saveDocToStream(SCDocGetDMDoc(view), nowhere);
+            jackdaw::SaveDocToStream(SCDocGetDMDoc(view), nowhere);
         } catch (const jackdaw::HostError &) {
         }
         std::fclose(nowhere);

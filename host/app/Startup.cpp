@@ -123,15 +123,15 @@ void StartHost(const HostOptions &options) {
     if (options.loadPlugIns) startPlugIns(options);
     // A plug-in may run on with half of its parts.
     if (FailedAllocations() != failedAllocations) throw HostError{KRErrNoMemory};
-    notifyApp(SCAppDidInitialize);
+    NotifyApp(SCAppDidInitialize);
 }
 
 void StopHost() {
     if (!s_running) return;
-    notifyApp(SCAppWillQuit);
+    NotifyApp(SCAppWillQuit);
     const std::vector<KRWord> plugIns = PlugInIDs();
     UnloadPlugIns();
-    for (const KRWord plugIn : plugIns) unregisterNotificationsOf(plugIn);
+    for (const KRWord plugIn : plugIns) UnregisterNotificationsOf(plugIn);
     DropKept();
     StopTables();
     s_running = false;

@@ -93,14 +93,14 @@ std::string FileReason(int errnoValue) {
     }
 }
 
-HostPath::HostPath(const std::string &platformPath) : path(KRPathFromPlatformPath(platformPath.c_str())) {}
+HostPath::HostPath(const std::string &platformPath) : path_(KRPathFromPlatformPath(platformPath.c_str())) {}
 
 HostPath::~HostPath() {
-    KRFileSysReleasePath(KRGetDefaultFileSys(), path);
+    KRFileSysReleasePath(KRGetDefaultFileSys(), path_);
 }
 
 OpenDocument::OpenDocument(const InputOptions &input)
-    : name(input.file == "-" ? "standard input" : input.file), place(input.file), strict(input.strict) {
+    : name_(input.file == "-" ? "standard input" : input.file), place_(input.file), strict_(input.strict) {
     const std::string password = input.passwordFile.empty() ? "" : ReadPassword(input.passwordFile);
     const SCDocOpenParams params{sizeof params, input.passwordFile.empty() ? nullptr : password.c_str(), false};
     // The document reads from its file as long as it is open: the host has a descriptor of its own.
@@ -108,14 +108,14 @@ OpenDocument::OpenDocument(const InputOptions &input)
     if (input.file == "-") {
         scratch = std::make_unique<ScratchFile>();
         CopyInputTo(scratch->Descriptor());
-        place = scratch->Path();
+        place_ = scratch->Path();
     }
     const KRErrorCode code = Protect([&] {
-        const HostPath hostPath(place);
-        view = SCDocOpenFromFileWithParams(hostPath.Get(), KRGetDefaultFileSys(), &params);
-        doc = SCDocGetDMDoc(view);
+        const HostPath hostPath(place_);
+        view_ = SCDocOpenFromFileWithParams(hostPath.Get(), KRGetDefaultFileSys(), &params);
+        doc_ = SCDocGetDMDoc(view_);
     });
-    if (code != KRErrNone) throw CommandFailed{SentenceOfOpening(code, place, name, input.passwordFile)};
+    if (code != KRErrNone) throw CommandFailed{SentenceOfOpening(code, place_, name_, input.passwordFile)};
     TellDamage();
 }
 
@@ -123,7 +123,7 @@ OpenDocument::OpenDocument(const InputOptions &input)
 // build leaves them to the system.
 OpenDocument::~OpenDocument() {
 #ifndef NDEBUG
-    Protect([&] { SCDocClose(view, /*noDirtyCheck*/ true); });
+    Protect([&] { SCDocClose(view_, /*noDirtyCheck*/ true); });
 #endif
 }
 
@@ -132,32 +132,32 @@ KRErrorCode OpenDocument::WarnOfDamage() {
     const DMDamageProc keep = [](const char *line, void *kept) {
         static_cast<std::vector<std::string> *>(kept)->push_back(line);
     };
-    const KRErrorCode code = Protect([&] { DMDocEnumDamage(doc, keep, &lines); });
-    const bool first = told == 0 && !lines.empty();
-    for (; told < lines.size(); ++told) Warn(Renamed(lines[told], place, name));
-    const std::size_t lost = first ? CountLostFields(doc) : 0;
-    if (lost > 0) Warn(name + ": fields that the form lists and the file does not hold: " + std::to_string(lost));
+    const KRErrorCode code = Protect([&] { DMDocEnumDamage(doc_, keep, &lines); });
+    const bool first = told_ == 0 && !lines.empty();
+    for (; told_ < lines.size(); ++told_) Warn(Renamed(lines[told_], place_, name_));
+    const std::size_t lost = first ? CountLostFields(doc_) : 0;
+    if (lost > 0) Warn(name_ + ": fields that the form lists and the file does not hold: " + std::to_string(lost));
     return code;
 }
 
 void OpenDocument::TellDamage() {
     const KRErrorCode code = WarnOfDamage();
-    if (code != KRErrNone) throw CommandFailed{SentenceOfFile(code, place, name)};
-    if (strict && AnyWarnings()) throw CommandFailed{name + ": nothing is done, since --strict allows no warning"};
+    if (code != KRErrNone) throw CommandFailed{SentenceOfFile(code, place_, name_)};
+    if (strict_ && AnyWarnings()) throw CommandFailed{name_ + ": nothing is done, since --strict allows no warning"};
 }
 
 void OpenDocument::SaveAs(const std::string &path) {
     // What is read for the first time when it is written would be told too late.
-    const KRErrorCode reading = Protect([&] { DMDocEnsureWrite(doc, /*load*/ true, 0); });
-    if (reading != KRErrNone) throw CommandFailed{SentenceOfFile(reading, place, name)};
+    const KRErrorCode reading = Protect([&] { DMDocEnsureWrite(doc_, /*load*/ true, 0); });
+    if (reading != KRErrNone) throw CommandFailed{SentenceOfFile(reading, place_, name_)};
     TellDamage();
     std::unique_ptr<ScratchFile> scratch;
     if (path == "-") scratch = std::make_unique<ScratchFile>();
     const std::string target = scratch ? scratch->Path() : path;
-    const std::uint32_t flags = DMDocSaveFull | (strict ? DMDocSaveSound : 0u);
+    const std::uint32_t flags = DMDocSaveFull | (strict_ ? DMDocSaveSound : 0u);
     const KRErrorCode code = Protect([&] {
         const HostPath hostPath(target);
-        DMDocSave(doc, flags, KRGetDefaultFileSys(), hostPath.Get());
+        DMDocSave(doc_, flags, KRGetDefaultFileSys(), hostPath.Get());
     });
     if (code != KRErrNone) throw CommandFailed{SentenceOfFile(code, target, scratch ? "standard output" : path)};
     // A file that stands is not taken back.
@@ -167,12 +167,12 @@ void OpenDocument::SaveAs(const std::string &path) {
 
 void OpenDocument::RequireForm() const {
     if (!BindForms()) throw CommandFailed{"the plug-in Forms is not loaded; --plug-ins names its folder"};
-    if (!Forms::IsDMDocTessella(doc)) throw CommandFailed{name + ": the document has no form"};
+    if (!Forms::IsDMDocTessella(doc_)) throw CommandFailed{name_ + ": the document has no form"};
 }
 
 void OpenDocument::RequireFilling() const {
-    if (!(DMDocGetPermissions(doc) & s_fillPermissions))
-        throw CommandFailed{name + ": the document does not permit filling in; its owner's password may"};
+    if (!(DMDocGetPermissions(doc_) & s_fillPermissions))
+        throw CommandFailed{name_ + ": the document does not permit filling in; its owner's password may"};
 }
 
 void LeaveProcess(int code) {

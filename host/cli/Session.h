@@ -40,10 +40,10 @@ public:
     OpenDocument &operator=(const OpenDocument &) = delete;
 
     DMDoc Doc() const {
-        return doc;
+        return doc_;
     }
     const std::string &Name() const {
-        return name;
+        return name_;
     }
     /** Writes a new file and renames it into place; "-" is standard output. Throws CommandFailed. */
     void SaveAs(const std::string &path);
@@ -62,13 +62,13 @@ private:
     /** Gives the code that DMDocEnumDamage raised. */
     KRErrorCode WarnOfDamage();
 
-    std::string name;
+    std::string name_;
     /** Under which the document was opened. */
-    std::string place;
-    bool strict;
-    std::size_t told = 0;
-    SCDoc view = nullptr;
-    DMDoc doc = nullptr;
+    std::string place_;
+    bool strict_;
+    std::size_t told_ = 0;
+    SCDoc view_ = nullptr;
+    DMDoc doc_ = nullptr;
 };
 
 /** Ends the process; output that cannot be written turns `code` into ExitNothingDone. */
@@ -82,11 +82,11 @@ public:
     HostPath(const HostPath &) = delete;
     HostPath &operator=(const HostPath &) = delete;
     KRPathName Get() const {
-        return path;
+        return path_;
     }
 
 private:
-    KRPathName path;
+    KRPathName path_;
 };
 
 } // namespace jackdaw::cli

@@ -7,13 +7,13 @@
 
 namespace jackdaw {
 
-KRAtom actionSubtype(DMAction action) {
-    const LexObj dict = actionLex(action);
-    return lex::typeOf(dict) == LexDict ? lex::nameOrNone(lex::dictGet(dict, keys().S)) : KRAtomNull;
+KRAtom ActionSubtype(DMAction action) {
+    const LexObj dict = ActionLex(action);
+    return lex::IsDict(dict) ? lex::NameOrNone(lex::DictGet(dict, Keys().S)) : KRAtomNull;
 }
 
-bool actionIsValid(DMAction action) {
-    return actionSubtype(action) != KRAtomNull;
+bool ActionIsValid(DMAction action) {
+    return ActionSubtype(action) != KRAtomNull;
 }
 
 } // namespace jackdaw

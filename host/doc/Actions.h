@@ -7,16 +7,16 @@
 
 namespace jackdaw {
 
-inline LexObj actionLex(DMAction action) {
+inline LexObj ActionLex(DMAction action) {
     return {action.node, action.slot};
 }
-inline DMAction actionFromLex(LexObj obj) {
+inline DMAction ActionFromLex(LexObj obj) {
     return {obj.node, obj.slot};
 }
 
 /** A dictionary with a name `S`. A destination is none, though it travels in the same handle. */
-bool actionIsValid(DMAction action);
+bool ActionIsValid(DMAction action);
 /** KRAtomNull when `S` is missing. */
-KRAtom actionSubtype(DMAction action);
+KRAtom ActionSubtype(DMAction action);
 
 } // namespace jackdaw

@@ -10,37 +10,37 @@
 
 namespace jackdaw {
 
-inline LexObj annotLex(DMAnnot annot) {
+inline LexObj AnnotLex(DMAnnot annot) {
     return {annot.node, annot.slot};
 }
-inline DMAnnot annotFromLex(LexObj obj) {
+inline DMAnnot AnnotFromLex(LexObj obj) {
     return {obj.node, obj.slot};
 }
 
 /** A dictionary with a name `Subtype`. */
-bool annotIsValid(DMAnnot annot);
+bool AnnotIsValid(DMAnnot annot);
 /** KRAtomNull for what is not valid. */
-KRAtom annotSubtype(DMAnnot annot);
+KRAtom AnnotSubtype(DMAnnot annot);
 /** Normalised; throws KRErrBadParam when `Rect` is no rectangle. */
-KRFixedRect annotRect(DMAnnot annot);
-void setAnnotRect(DMAnnot annot, const KRFixedRect &rect);
+KRFixedRect RectOfAnnot(DMAnnot annot);
+void SetRectOfAnnot(DMAnnot annot, const KRFixedRect &rect);
 /** `F`, 0 when it is absent or no number. */
-std::uint32_t annotFlags(DMAnnot annot);
-void setAnnotFlags(DMAnnot annot, std::uint32_t flags);
+std::uint32_t AnnotFlags(DMAnnot annot);
+void SetAnnotFlags(DMAnnot annot, std::uint32_t flags);
 
-std::int32_t numAnnots(DMPage page);
+std::int32_t NumAnnots(DMPage page);
 /**
  * A dictionary that the array holds directly becomes an indirect object in it; the document does not count as changed
  * by that. Something else than a dictionary is given as it is and is not valid. Throws KRErrBadParam outside the array.
  */
-DMAnnot pageAnnot(DMPage page, std::int32_t index);
+DMAnnot PageAnnot(DMPage page, std::int32_t index);
 /** -1 when the annotation is not on the page. Costs a look-up, not a scan. */
-std::int32_t annotIndex(DMPage page, DMAnnot annot);
+std::int32_t AnnotIndex(DMPage page, DMAnnot annot);
 /** A new indirect annotation that is on no page yet. */
-DMAnnot createAnnot(DMPage page, KRAtom subtype, const KRFixedRect &rect);
+DMAnnot CreateAnnot(DMPage page, KRAtom subtype, const KRFixedRect &rect);
 /** Inserts behind annotation `index`, or at a DMAnnotPlace. Sets its `P`. Sends 38 and 39. */
-void addAnnot(DMPage page, std::int32_t index, DMAnnot annot);
+void AddAnnot(DMPage page, std::int32_t index, DMAnnot annot);
 /** Sends 37 before and 42 after. */
-void removeAnnot(DMPage page, std::int32_t index);
+void RemoveAnnot(DMPage page, std::int32_t index);
 
 } // namespace jackdaw

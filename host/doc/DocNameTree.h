@@ -20,26 +20,26 @@
 
 namespace jackdaw {
 
-inline LexObj nameTreeLex(DMNameTree tree) {
+inline LexObj NameTreeLex(DMNameTree tree) {
     return {tree.node, tree.slot};
 }
 
 /** The tree `name` under the catalog's `Names`; {0, 0} when it is absent. */
-DMNameTree docNameTree(DMDoc doc, KRAtom name);
+DMNameTree DocNameTree(DMDoc doc, KRAtom name);
 /** The same, made when absent, `Names` too. */
-DMNameTree createDocNameTree(DMDoc doc, KRAtom name);
+DMNameTree CreateDocNameTree(DMDoc doc, KRAtom name);
 
-bool nameTreeIsValid(DMNameTree tree);
+bool NameTreeIsValid(DMNameTree tree);
 /** Stores the value, in place of the one that is there. Throws KRErrBadParam for a null value or a tree not valid. */
-void nameTreePut(DMNameTree tree, const std::string &key, LexObj value);
+void NameTreePut(DMNameTree tree, const std::string &key, LexObj value);
 /** False when the key is not there; then `value` is the null object. */
-bool nameTreeGet(DMNameTree tree, const std::string &key, LexObj *value);
+bool NameTreeGet(DMNameTree tree, const std::string &key, LexObj *value);
 /** Nothing when the key is not there. */
-void nameTreeRemove(DMNameTree tree, const std::string &key);
+void NameTreeRemove(DMNameTree tree, const std::string &key);
 /**
  * Calls `visit` with the string object of each key and its value, in the order of the tree as it was at the start.
  * False from `visit` stops. True when the walk came to its end.
  */
-bool enumNameTree(DMNameTree tree, const std::function<bool(LexObj key, LexObj value)> &visit);
+bool EnumNameTree(DMNameTree tree, const std::function<bool(LexObj key, LexObj value)> &visit);
 
 } // namespace jackdaw

@@ -1,7 +1,7 @@
 // The records behind DMDoc and DMPage, for the files of this folder.
 //
 // 1. A document's record lives while it is open; a page's as long as its document, or until a deleted page is released.
-// 2. What comes in as a handle goes through checkDoc or checkPage before it is followed.
+// 2. What comes in as a handle goes through CheckDoc or CheckPage before it is followed.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -58,33 +58,33 @@ struct DMDocRec {
 namespace jackdaw {
 
 /** Throws KRErrBadParam for null and for a document that is not open. */
-DMDocRec &checkDoc(DMDoc doc);
+DMDocRec &CheckDoc(DMDoc doc);
 /** Throws KRErrBadParam for null and for a page whose document is closed. */
-DMPageRec &checkPage(DMPage page);
+DMPageRec &CheckPage(DMPage page);
 
 /** The page list, made when it is not known. */
-const PageList &pagesOf(DMDocRec &doc);
+const PageList &PagesOf(DMDocRec &doc);
 /** The page list is to be made anew; handles of pages that are in it no more become those of deleted pages. */
-void forgetPageList(DMDocRec &doc);
+void ForgetPageList(DMDocRec &doc);
 /** All page handles of a document that goes away. */
-void dropPages(DMDocRec &doc);
+void DropPages(DMDocRec &doc);
 
-void endHold(DMDocRec &doc);
+void EndHold(DMDocRec &doc);
 
 /** Keeps a document's record during a broadcast, whatever the subscribers close. */
 class DocHold {
 public:
-    explicit DocHold(DMDocRec &held) : doc(held) {
-        ++doc.holds;
+    explicit DocHold(DMDocRec &held) : doc_(held) {
+        ++doc_.holds;
     }
     ~DocHold() {
-        endHold(doc);
+        EndHold(doc_);
     }
     DocHold(const DocHold &) = delete;
     DocHold &operator=(const DocHold &) = delete;
 
 private:
-    DMDocRec &doc;
+    DMDocRec &doc_;
 };
 
 } // namespace jackdaw

@@ -29,71 +29,71 @@ std::string bytesOf(const char *bytes, std::int32_t length) {
 // Annotations.
 
 DMAnnot newAnnot(DMPage page, KRAtom subtype, const KRFixedRect *rect) {
-    return createAnnot(page, subtype, Required(rect));
+    return CreateAnnot(page, subtype, Required(rect));
 }
 
 void getAnnotRect(DMAnnot annot, KRFixedRect *rect) {
-    Required(rect) = annotRect(annot);
+    Required(rect) = RectOfAnnot(annot);
 }
 
 void putAnnotRect(DMAnnot annot, const KRFixedRect *rect) {
-    setAnnotRect(annot, Required(rect));
+    SetRectOfAnnot(annot, Required(rect));
 }
 
 bool sameAnnot(DMAnnot a, DMAnnot b) {
-    return lex::same(annotLex(a), annotLex(b));
+    return lex::Same(AnnotLex(a), AnnotLex(b));
 }
 
 // Documents and pages.
 
 void ensureWritable(DMDoc doc, KRBool load, std::uint32_t) {
-    ensureDocWritable(doc, load);
+    EnsureDocWritable(doc, load);
 }
 
 std::int32_t getInfo(DMDoc doc, const char *key, char *buffer, std::int32_t size) {
-    const std::string bytes = docInfo(doc, key);
+    const std::string bytes = DocInfo(doc, key);
     FillBuffer(bytes, buffer, size);
     return static_cast<std::int32_t>(bytes.size());
 }
 
 void putInfo(DMDoc doc, const char *key, const char *bytes, std::int32_t length) {
-    setDocInfo(doc, key, bytesOf(bytes, length));
+    SetDocInfo(doc, key, bytesOf(bytes, length));
 }
 
 void getCropBox(DMPage page, KRFixedRect *box) {
-    Required(box) = pageCropBox(page);
+    Required(box) = PageCropBox(page);
 }
 
 void getMediaBox(DMPage page, KRFixedRect *box) {
-    Required(box) = pageMediaBox(page);
+    Required(box) = PageMediaBox(page);
 }
 
 void getDefaultMatrix(DMPage page, KRFixedMatrix *matrix) {
-    Required(matrix) = pageDefaultMatrix(page);
+    Required(matrix) = PageDefaultMatrix(page);
 }
 
 // File specifications and name trees.
 
 void getDIPath(DMFileSpec spec, KRPathName base, char *buffer, std::int32_t size) {
-    const std::string path = fileSpecDIPath(spec, base);
-    FillBuffer(cutHostText(path, static_cast<std::size_t>(std::max(size, 1)) - 1), buffer, size);
+    const std::string path = FileSpecDIPath(spec, base);
+    FillBuffer(CutHostText(path, static_cast<std::size_t>(std::max(size, 1)) - 1), buffer, size);
 }
 
 void putName(DMNameTree tree, const char *key, std::int32_t length, LexObj value) {
-    nameTreePut(tree, bytesOf(key, length), value);
+    NameTreePut(tree, bytesOf(key, length), value);
 }
 
 bool getName(DMNameTree tree, const char *key, std::int32_t length, LexObj *value) {
-    return nameTreeGet(tree, bytesOf(key, length), &Required(value));
+    return NameTreeGet(tree, bytesOf(key, length), &Required(value));
 }
 
 void removeName(DMNameTree tree, const char *key, std::int32_t length) {
-    nameTreeRemove(tree, bytesOf(key, length));
+    NameTreeRemove(tree, bytesOf(key, length));
 }
 
 bool enumThroughProc(DMNameTree tree, DMNameTreeProc proc, void *clientData) {
     if (!proc) throw HostError{KRErrBadParam};
-    return enumNameTree(tree, [&](LexObj key, LexObj value) {
+    return EnumNameTree(tree, [&](LexObj key, LexObj value) {
         bool goOn = false;
         ThrowIf(HostProtect([&] { goOn = proc(key, value, clientData) != 0; }));
         return goOn;
@@ -103,90 +103,90 @@ bool enumThroughProc(DMNameTree tree, DMNameTreeProc proc, void *clientData) {
 // Filling, in the order of the slots.
 
 void fillActions() {
-    Bind<&actionIsValid>(DMActionIsValid);
-    Bind<&actionSubtype>(DMActionGetSubtype);
-    Bind<&actionLex>(DMActionGetLexObj);
-    Bind<&actionFromLex>(DMActionFromLexObj);
+    Bind<&ActionIsValid>(DMActionIsValid);
+    Bind<&ActionSubtype>(DMActionGetSubtype);
+    Bind<&ActionLex>(DMActionGetLexObj);
+    Bind<&ActionFromLex>(DMActionFromLexObj);
 }
 
 void fillAnnots() {
-    Bind<&notifyAnnotWillChange>(DMAnnotNotifyWillChange);
-    Bind<&notifyAnnotDidChange>(DMAnnotNotifyDidChange);
+    Bind<&NotifyAnnotWillChange>(DMAnnotNotifyWillChange);
+    Bind<&NotifyAnnotDidChange>(DMAnnotNotifyDidChange);
     Bind<&newAnnot>(DMPageCreateAnnot);
-    Bind<&annotIsValid>(DMAnnotIsValid);
-    Bind<&annotSubtype>(DMAnnotGetSubtype);
+    Bind<&AnnotIsValid>(DMAnnotIsValid);
+    Bind<&AnnotSubtype>(DMAnnotGetSubtype);
     Bind<&getAnnotRect>(DMAnnotGetRect);
     Bind<&putAnnotRect>(DMAnnotSetRect);
     Bind<&sameAnnot>(DMAnnotEqual);
-    Bind<&annotLex>(DMAnnotGetLexObj);
-    Bind<&annotFromLex>(DMAnnotFromLexObj);
-    Bind<&annotFlags>(DMAnnotGetFlags);
-    Bind<&setAnnotFlags>(DMAnnotSetFlags);
+    Bind<&AnnotLex>(DMAnnotGetLexObj);
+    Bind<&AnnotFromLex>(DMAnnotFromLexObj);
+    Bind<&AnnotFlags>(DMAnnotGetFlags);
+    Bind<&SetAnnotFlags>(DMAnnotSetFlags);
 }
 
 void fillDocuments() {
-    Bind<&openDoc>(DMDocOpen);
-    Bind<&saveDoc>(DMDocSave);
-    Bind<&closeDoc>(DMDocClose);
-    Bind<&docFlags>(DMDocGetFlags);
-    Bind<&setDocFlags>(DMDocSetFlags);
-    Bind<&clearDocFlags>(DMDocClearFlags);
-    Bind<&docLex>(DMDocGetLexDoc);
-    Bind<&docFromLex>(DMDocFromLexDoc);
-    Bind<&docFile>(DMDocGetFile);
-    Bind<&numPages>(DMDocGetNumPages);
-    Bind<&acquirePage>(DMDocAcquirePage);
+    Bind<&OpenDoc>(DMDocOpen);
+    Bind<&SaveDoc>(DMDocSave);
+    Bind<&CloseDoc>(DMDocClose);
+    Bind<&DocFlags>(DMDocGetFlags);
+    Bind<&SetDocFlags>(DMDocSetFlags);
+    Bind<&ClearDocFlags>(DMDocClearFlags);
+    Bind<&DocLex>(DMDocGetLexDoc);
+    Bind<&DocFromLex>(DMDocFromLexDoc);
+    Bind<&DocFile>(DMDocGetFile);
+    Bind<&NumPages>(DMDocGetNumPages);
+    Bind<&AcquirePage>(DMDocAcquirePage);
     Bind<&getInfo>(DMDocGetInfo);
     Bind<&putInfo>(DMDocSetInfo);
-    Bind<&docPermissions>(DMDocGetPermissions);
+    Bind<&DocPermissions>(DMDocGetPermissions);
     Bind<&ensureWritable>(DMDocEnsureWrite);
 }
 
 void fillHostText() {
-    Bind<&xlateToPDFDoc>(DMXlateToPDFDoc);
-    Bind<&xlateToHost>(DMXlateToHost);
-    Bind<&xlateFromHostEnc>(DMXlateFromHostEnc);
-    Bind<&xlateToHostEnc>(DMXlateToHostEnc);
+    Bind<&XlateToPDFDoc>(DMXlateToPDFDoc);
+    Bind<&XlateToHost>(DMXlateToHost);
+    Bind<&XlateFromHostEnc>(DMXlateFromHostEnc);
+    Bind<&XlateToHostEnc>(DMXlateToHostEnc);
     Bind<&ConverterOfEncoding>(DMHostEncodingIsKnown);
 }
 
 void fillPages() {
-    Bind<&acquirePageAgain>(DMPageAcquireAgain);
-    Bind<&releasePage>(DMPageRelease);
-    Bind<&pageDoc>(DMPageGetDoc);
-    Bind<&pageLex>(DMPageGetLexObj);
-    Bind<&acquirePageOfLex>(DMPageFromLexObj);
-    Bind<&pageNumber>(DMPageGetNumber);
-    Bind<&pageRotate>(DMPageGetRotate);
+    Bind<&AcquirePageAgain>(DMPageAcquireAgain);
+    Bind<&ReleasePage>(DMPageRelease);
+    Bind<&PageDoc>(DMPageGetDoc);
+    Bind<&PageLex>(DMPageGetLexObj);
+    Bind<&AcquirePageOfLex>(DMPageFromLexObj);
+    Bind<&PageNumber>(DMPageGetNumber);
+    Bind<&PageRotate>(DMPageGetRotate);
     Bind<&getCropBox>(DMPageGetBBox);
     Bind<&getMediaBox>(DMPageGetMediaBox);
     Bind<&getDefaultMatrix>(DMPageGetDefaultMatrix);
-    Bind<&pageAnnot>(DMPageGetAnnot);
-    Bind<&addAnnot>(DMPageAddAnnot);
-    Bind<&removeAnnot>(DMPageRemoveAnnot);
-    Bind<&annotIndex>(DMPageGetAnnotIndex);
-    Bind<&numAnnots>(DMPageGetNumAnnots);
+    Bind<&PageAnnot>(DMPageGetAnnot);
+    Bind<&AddAnnot>(DMPageAddAnnot);
+    Bind<&RemoveAnnot>(DMPageRemoveAnnot);
+    Bind<&AnnotIndex>(DMPageGetAnnotIndex);
+    Bind<&NumAnnots>(DMPageGetNumAnnots);
 }
 
 void fillFileSpecsAndNameTrees() {
-    Bind<&fileSpecFromLex>(DMFileSpecFromLexObj);
-    Bind<&fileSpecFileSys>(DMFileSpecGetFileSys);
-    Bind<&acquireFileSpecPath>(DMFileSpecAcquirePath);
-    Bind<&fileSpecIsValid>(DMFileSpecIsValid);
+    Bind<&FileSpecFromLex>(DMFileSpecFromLexObj);
+    Bind<&FileSpecFileSys>(DMFileSpecGetFileSys);
+    Bind<&AcquireFileSpecPath>(DMFileSpecAcquirePath);
+    Bind<&FileSpecIsValid>(DMFileSpecIsValid);
     Bind<&getDIPath>(DMFileSpecGetDIPath);
-    Bind<&nameTreeIsValid>(DMNameTreeIsValid);
+    Bind<&NameTreeIsValid>(DMNameTreeIsValid);
     Bind<&putName>(DMNameTreePut);
     Bind<&getName>(DMNameTreeGet);
     Bind<&removeName>(DMNameTreeRemove);
     Bind<&enumThroughProc>(DMNameTreeEnum);
-    Bind<&docNameTree>(DMDocGetNameTree);
-    Bind<&createDocNameTree>(DMDocCreateNameTree);
+    Bind<&DocNameTree>(DMDocGetNameTree);
+    Bind<&CreateDocNameTree>(DMDocCreateNameTree);
 }
 
 void fillPageEdits() {
-    Bind<&insertPages>(DMDocInsertPages);
-    Bind<&deletePages>(DMDocDeletePages);
-    Bind<&tellDocDamage>(DMDocEnumDamage);
+    Bind<&InsertPages>(DMDocInsertPages);
+    Bind<&DeletePages>(DMDocDeletePages);
+    Bind<&TellDocDamage>(DMDocEnumDamage);
 }
 
 } // namespace

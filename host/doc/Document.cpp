@@ -59,9 +59,9 @@ DMDocRec &addDocument(LexDoc lex) {
     try {
         doc = std::make_unique<DMDocRec>();
         documents().reserve(documents().size() + 1);
-        lex::setChangeObserver(lex, [record = doc.get()] { record->flags |= DMDocDirty; });
+        lex::SetChangeObserver(lex, [record = doc.get()] { record->flags |= DMDocDirty; });
     } catch (...) {
-        lex::closeDoc(lex);
+        lex::CloseStore(lex);
         throw;
     }
     doc->lex = lex;
@@ -76,17 +76,17 @@ void disposeIfFree(DMDocRec &doc) {
         std::find_if(documents().begin(), documents().end(), [&](const auto &d) { return d.get() == &doc; });
     const std::unique_ptr<DMDocRec> last = std::move(*found);
     documents().erase(found);
-    dropPages(*last);
-    lex::closeDoc(last->lex);
+    DropPages(*last);
+    lex::CloseStore(last->lex);
 }
 
 /** Where a save goes, and what the subscribers hear of it. */
 struct SaveTarget {
     SaveTarget(const DMDocRec &doc, std::uint32_t saveFlags, KRFileSys fs, KRPathName path) {
-        const bool ownFile = path == nullptr;
-        if (ownFile && doc.fileSys == nullptr) throw HostError{KRErrBadParam, "The document has no file of its own."};
+        const bool ownFile = !path;
+        if (ownFile && !doc.fileSys) throw HostError{KRErrBadParam, "The document has no file of its own."};
         fileSys = ownFile ? doc.fileSys : fs;
-        if (fileSys == nullptr) throw HostError{KRErrBadParam};
+        if (!fileSys) throw HostError{KRErrBadParam};
         pathName = MakePath(fileSys, ownFile ? doc.path : path->text);
         struct stat status;
         const bool ontoOwn =
@@ -108,10 +108,10 @@ struct SaveTarget {
 
 void writeTo(LexDoc lex, const SaveTarget &target) {
     if (target.fileSys == DefaultFileSys()) {
-        lex::saveDoc(lex, target.pathName->text, target.damage);
+        lex::SaveStore(lex, target.pathName->text, target.damage);
         return;
     }
-    const std::string bytes = lex::saveDocToString(lex);
+    const std::string bytes = lex::SaveStoreToString(lex);
     const std::unique_ptr<KRFileRec> file = target.fileSys->open(target.pathName->text, KRFileWrite_ | KRFileCreate);
     file->write(bytes.data(), static_cast<std::int64_t>(bytes.size()));
     file->close();
@@ -138,7 +138,7 @@ void saveWithNotices(DMDocRec &doc, bool copy, KRFileSys fs, KRPathName path, Wr
     try {
         const auto recordFlags = static_cast<std::uint8_t>(copy ? DMDocSaveFull | DMDocSaveCopy : DMDocSaveFull);
         const DMDocSaveRecord record{sizeof(DMDocSaveRecord), recordFlags, fs, path};
-        notifyDocWillSave(&doc, &record);
+        NotifyDocWillSave(&doc, &record);
         write();
     } catch (...) {
         failure = std::current_exception();
@@ -147,44 +147,44 @@ void saveWithNotices(DMDocRec &doc, bool copy, KRFileSys fs, KRPathName path, Wr
     doc.saving = false;
     // What subscribers tidied up for the sake of a copy is no change that the user has to save.
     if (copy) doc.flags = (doc.flags & ~DMDocDirty) | (flagsBefore & DMDocDirty);
-    notifyDocDidSave(&doc, code);
+    NotifyDocDidSave(&doc, code);
     if (failure) std::rethrow_exception(failure);
 }
 
 LexObj infoDict(DMDocRec &doc) {
-    return lex::dictGet(lex::trailerOf(doc.lex), keys().Info);
+    return lex::DictGet(lex::TrailerOf(doc.lex), Keys().Info);
 }
 
 } // namespace
 
-DMDocRec &checkDoc(DMDoc doc) {
-    if (!isOpenDoc(doc)) throw HostError{KRErrBadParam};
+DMDocRec &CheckDoc(DMDoc doc) {
+    if (!IsOpenDoc(doc)) throw HostError{KRErrBadParam};
     return *doc;
 }
 
-DMDoc openDoc(KRFileSys fs, KRPathName path, const char *password) {
-    if (fs == nullptr || path == nullptr) throw HostError{KRErrBadParam};
+DMDoc OpenDoc(KRFileSys fs, KRPathName path, const char *password) {
+    if (!fs || !path) throw HostError{KRErrBadParam};
     const bool isLocal = fs == DefaultFileSys();
     struct stat status;
     DMDocRec *open = isLocal && statFile(path->text, status) ? openOnFile(status) : nullptr;
-    if (open != nullptr) {
+    if (open) {
         ++open->references;
         return open;
     }
     std::unique_ptr<KRFileRec> file = fs->open(path->text, KRFileRead_);
-    const LexDoc lex = isLocal ? lex::openPdfFile(path->text, password)
-                               : lex::openPdfBytes(fs->displayText(path->text), ReadWholeFile(file.get()), password);
+    const LexDoc lex = isLocal ? lex::OpenPdfFile(path->text, password)
+                               : lex::OpenPdfBytes(fs->displayText(path->text), ReadWholeFile(file.get()), password);
     DMDocRec &doc = addDocument(lex);
     adoptFile(doc, fs, path->text, std::move(file));
     return &doc;
 }
 
-DMDoc openDocFromBytes(const std::string &bytes, const char *password) {
-    return &addDocument(lex::openPdfBytes("standard input", bytes, password));
+DMDoc OpenDocFromBytes(const std::string &bytes, const char *password) {
+    return &addDocument(lex::OpenPdfBytes("standard input", bytes, password));
 }
 
-void saveDoc(DMDoc handle, std::uint32_t saveFlags, KRFileSys fs, KRPathName path) {
-    DMDocRec &doc = checkDoc(handle);
+void SaveDoc(DMDoc handle, std::uint32_t saveFlags, KRFileSys fs, KRPathName path) {
+    DMDocRec &doc = CheckDoc(handle);
     const SaveTarget target(doc, saveFlags, fs, path);
     saveWithNotices(doc, target.copy, target.fileSys, target.pathName, [&] {
         writeTo(doc.lex, target);
@@ -194,115 +194,115 @@ void saveDoc(DMDoc handle, std::uint32_t saveFlags, KRFileSys fs, KRPathName pat
     });
 }
 
-void saveDocToStream(DMDoc handle, std::FILE *stream) {
-    if (stream == nullptr) throw HostError{KRErrBadParam};
-    DMDocRec &doc = checkDoc(handle);
-    saveWithNotices(doc, /*copy*/ true, nullptr, nullptr, [&] { lex::saveDocTo(doc.lex, stream); });
+void SaveDocToStream(DMDoc handle, std::FILE *stream) {
+    if (!stream) throw HostError{KRErrBadParam};
+    DMDocRec &doc = CheckDoc(handle);
+    saveWithNotices(doc, /*copy*/ true, nullptr, nullptr, [&] { lex::SaveStoreTo(doc.lex, stream); });
 }
 
-void closeDoc(DMDoc handle) {
-    DMDocRec &doc = checkDoc(handle);
+void CloseDoc(DMDoc handle) {
+    DMDocRec &doc = CheckDoc(handle);
     if (doc.references == 0) throw HostError{KRErrBadParam};
     --doc.references;
     disposeIfFree(doc);
 }
 
-void endHold(DMDocRec &doc) {
+void EndHold(DMDocRec &doc) {
     --doc.holds;
     disposeIfFree(doc);
 }
 
-bool isOpenDoc(DMDoc doc) {
+bool IsOpenDoc(DMDoc doc) {
     return std::any_of(documents().begin(), documents().end(), [&](const auto &d) { return d.get() == doc; });
 }
 
-std::vector<DMDoc> openDocs() {
+std::vector<DMDoc> OpenDocs() {
     std::vector<DMDoc> all;
     for (const auto &doc : documents()) all.push_back(doc.get());
     return all;
 }
 
-void closeAllDocs() {
-    for (const DMDoc doc : openDocs()) {
+void CloseAllDocs() {
+    for (const DMDoc doc : OpenDocs()) {
         doc->references = 0;
         disposeIfFree(*doc);
     }
 }
 
-LexDoc docLex(DMDoc doc) {
-    return checkDoc(doc).lex;
+LexDoc DocLex(DMDoc doc) {
+    return CheckDoc(doc).lex;
 }
 
-DMDoc docFromLex(LexDoc lex) {
-    if (lex == nullptr) return nullptr;
+DMDoc DocFromLex(LexDoc lex) {
+    if (!lex) return nullptr;
     for (const auto &doc : documents()) {
         if (doc->lex == lex) return doc.get();
     }
     return nullptr;
 }
 
-KRFile docFile(DMDoc doc) {
-    return checkDoc(doc).file.get();
+KRFile DocFile(DMDoc doc) {
+    return CheckDoc(doc).file.get();
 }
 
-std::uint32_t docFlags(DMDoc doc) {
-    return checkDoc(doc).flags;
+std::uint32_t DocFlags(DMDoc doc) {
+    return CheckDoc(doc).flags;
 }
 
-void setDocFlags(DMDoc doc, std::uint32_t flags) {
-    checkDoc(doc).flags |= flags;
+void SetDocFlags(DMDoc doc, std::uint32_t flags) {
+    CheckDoc(doc).flags |= flags;
 }
 
-void clearDocFlags(DMDoc doc, std::uint32_t flags) {
-    checkDoc(doc).flags &= ~flags;
+void ClearDocFlags(DMDoc doc, std::uint32_t flags) {
+    CheckDoc(doc).flags &= ~flags;
 }
 
-std::uint64_t docChangeStamp(DMDoc doc) {
-    return lex::changeStamp(checkDoc(doc).lex);
+std::uint64_t DocChangeStamp(DMDoc doc) {
+    return lex::ChangeStamp(CheckDoc(doc).lex);
 }
 
-std::uint32_t docPermissions(DMDoc doc) {
-    return lex::permissions(checkDoc(doc).lex);
+std::uint32_t DocPermissions(DMDoc doc) {
+    return lex::PermissionsOf(CheckDoc(doc).lex);
 }
 
-void tellDocDamage(DMDoc doc, DMDamageProc proc, void *clientData) {
-    if (proc == nullptr) throw HostError{KRErrBadParam};
-    for (const std::string &line : lex::damage(checkDoc(doc).lex))
+void TellDocDamage(DMDoc doc, DMDamageProc proc, void *clientData) {
+    if (!proc) throw HostError{KRErrBadParam};
+    for (const std::string &line : lex::DamageOf(CheckDoc(doc).lex))
         ThrowIf(HostProtect([&] { proc(line.c_str(), clientData); }));
 }
 
-void ensureDocWritable(DMDoc handle, bool load) {
-    DMDocRec &doc = checkDoc(handle);
+void EnsureDocWritable(DMDoc handle, bool load) {
+    DMDocRec &doc = CheckDoc(handle);
     if (!load || doc.writable) return;
     // The library reads the whole file before the first new object: one is made for that alone and dropped again.
     const std::uint32_t flagsBefore = doc.flags;
-    lex::destroy(lex::newInteger(doc.lex, /*indirect*/ true, 0));
+    lex::DestroyObj(lex::NewInteger(doc.lex, /*indirect*/ true, 0));
     doc.flags = flagsBefore;
     doc.writable = true;
 }
 
-std::string docInfo(DMDoc doc, const char *key) {
-    const LexObj info = infoDict(checkDoc(doc));
-    if (key == nullptr) throw HostError{KRErrBadParam};
+std::string DocInfo(DMDoc doc, const char *key) {
+    const LexObj info = infoDict(CheckDoc(doc));
+    if (!key) throw HostError{KRErrBadParam};
     const KRAtom atom = ExistingAtom(key);
-    if (atom == KRAtomNull || lex::typeOf(info) != LexDict) return {};
-    const LexObj value = lex::dictGet(info, atom);
-    return lex::typeOf(value) == LexString ? lex::stringValue(value) : std::string();
+    if (atom == KRAtomNull || !lex::IsDict(info)) return {};
+    const LexObj value = lex::DictGet(info, atom);
+    return lex::IsString(value) ? lex::StringValue(value) : std::string();
 }
 
-void setDocInfo(DMDoc handle, const char *key, const std::string &bytes) {
-    DMDocRec &doc = checkDoc(handle);
-    if (key == nullptr || *key == '\0') throw HostError{KRErrBadParam};
+void SetDocInfo(DMDoc handle, const char *key, const std::string &bytes) {
+    DMDocRec &doc = CheckDoc(handle);
+    if (!key || *key == '\0') throw HostError{KRErrBadParam};
     LexObj info = infoDict(doc);
-    if (lex::typeOf(info) != LexDict) {
+    if (!lex::IsDict(info)) {
         if (bytes.empty()) return;
-        info = lex::newDict(doc.lex, /*indirect*/ true);
-        lex::dictPut(lex::trailerOf(doc.lex), keys().Info, info);
+        info = lex::NewDict(doc.lex, /*indirect*/ true);
+        lex::DictPut(lex::TrailerOf(doc.lex), Keys().Info, info);
     }
     if (bytes.empty())
-        lex::dictRemove(info, AtomFromText(key));
+        lex::DictRemove(info, AtomFromText(key));
     else
-        lex::dictPut(info, AtomFromText(key), lex::newString(doc.lex, /*indirect*/ false, bytes));
+        lex::DictPut(info, AtomFromText(key), lex::NewString(doc.lex, /*indirect*/ false, bytes));
 }
 
 } // namespace jackdaw

@@ -17,9 +17,9 @@ namespace jackdaw {
  * Opens a PDF, or gives the document that is open on this very file (same device and inode) with one more reference.
  * `password` may be null. Throws KRErrBadPDF, KRErrPassword and the file errors.
  */
-DMDoc openDoc(KRFileSys fs, KRPathName path, const char *password);
+DMDoc OpenDoc(KRFileSys fs, KRPathName path, const char *password);
 /** Opens a PDF that did not come from a file (standard input). It has no file of its own to be saved to. */
-DMDoc openDocFromBytes(const std::string &bytes, const char *password);
+DMDoc OpenDocFromBytes(const std::string &bytes, const char *password);
 
 /**
  * Saves as the header says, by a full rewrite always: the record that 56 carries has DMDocSaveFull set. A null `path`
@@ -27,44 +27,44 @@ DMDoc openDocFromBytes(const std::string &bytes, const char *password);
  * saved to and is not dirty, unless DMDocSaveCopy asked for a copy, which leaves both as they were. 33 is sent on
  * success and on failure, before the failure is thrown.
  */
-void saveDoc(DMDoc doc, std::uint32_t saveFlags, KRFileSys fs, KRPathName path);
+void SaveDoc(DMDoc doc, std::uint32_t saveFlags, KRFileSys fs, KRPathName path);
 /** Writes a copy to an open stream such as standard output; 56 and 33 are sent with a null path. */
-void saveDocToStream(DMDoc doc, std::FILE *target);
+void SaveDocToStream(DMDoc doc, std::FILE *target);
 
 /** Gives up one reference; with the last the document, its pages and its objects go. */
-void closeDoc(DMDoc doc);
+void CloseDoc(DMDoc doc);
 
-bool isOpenDoc(DMDoc doc);
+bool IsOpenDoc(DMDoc doc);
 /** In the order of opening. */
-std::vector<DMDoc> openDocs();
+std::vector<DMDoc> OpenDocs();
 /** Closes whatever is open, references or not: the end of the process. */
-void closeAllDocs();
+void CloseAllDocs();
 
-LexDoc docLex(DMDoc doc);
+LexDoc DocLex(DMDoc doc);
 /** Null for an FDF or a closed document. */
-DMDoc docFromLex(LexDoc lex);
+DMDoc DocFromLex(LexDoc lex);
 /** The document's file, open for reading; null when the document came from bytes. */
-KRFile docFile(DMDoc doc);
+KRFile DocFile(DMDoc doc);
 
-std::uint32_t docFlags(DMDoc doc);
-void setDocFlags(DMDoc doc, std::uint32_t flags);
-void clearDocFlags(DMDoc doc, std::uint32_t flags);
+std::uint32_t DocFlags(DMDoc doc);
+void SetDocFlags(DMDoc doc, std::uint32_t flags);
+void ClearDocFlags(DMDoc doc, std::uint32_t flags);
 
 /** Grows with every change of an object of the document: what was derived from objects is fresh while it stands. */
-std::uint64_t docChangeStamp(DMDoc doc);
+std::uint64_t DocChangeStamp(DMDoc doc);
 
 /** A sum of DMPermission. */
-std::uint32_t docPermissions(DMDoc doc);
+std::uint32_t DocPermissions(DMDoc doc);
 
-/** Calls `proc` with each line of lex::damage; throws as that does. */
-void tellDocDamage(DMDoc doc, DMDamageProc proc, void *clientData);
+/** Calls `proc` with each line of lex::DamageOf; throws as that does. */
+void TellDocDamage(DMDoc doc, DMDamageProc proc, void *clientData);
 
 /** Reads the whole file when `load` says so, which the library needs before its first change. */
-void ensureDocWritable(DMDoc doc, bool load);
+void EnsureDocWritable(DMDoc doc, bool load);
 
 /** Bytes of a string of the `Info` dictionary; empty when it is absent. */
-std::string docInfo(DMDoc doc, const char *key);
+std::string DocInfo(DMDoc doc, const char *key);
 /** Makes the `Info` dictionary when it is absent. No bytes remove the entry. */
-void setDocInfo(DMDoc doc, const char *key, const std::string &bytes);
+void SetDocInfo(DMDoc doc, const char *key, const std::string &bytes);
 
 } // namespace jackdaw

@@ -9,23 +9,23 @@
 
 namespace jackdaw {
 
-inline LexObj fileSpecLex(DMFileSpec spec) {
+inline LexObj FileSpecLex(DMFileSpec spec) {
     return {spec.node, spec.slot};
 }
-inline DMFileSpec fileSpecFromLex(LexObj obj) {
+inline DMFileSpec FileSpecFromLex(LexObj obj) {
     return {obj.node, obj.slot};
 }
 
-bool fileSpecIsValid(DMFileSpec spec);
+bool FileSpecIsValid(DMFileSpec spec);
 /** The file system that `FS` names, the default one without `FS`; null when none is registered under the name. */
-KRFileSys fileSpecFileSys(DMFileSpec spec);
+KRFileSys FileSpecFileSys(DMFileSpec spec);
 /** Path relative to the folder of `base` (null: the working folder); null when it leads nowhere. The caller releases
  * it. */
-KRPathName acquireFileSpecPath(DMFileSpec spec, KRPathName base);
+KRPathName AcquireFileSpecPath(DMFileSpec spec, KRPathName base);
 /**
  * The device-independent text, in host encoding: `/` between the parts. It is the text as it stands in the file; with a
  * `base` a relative one is put behind the folder of the base.
  */
-std::string fileSpecDIPath(DMFileSpec spec, KRPathName base);
+std::string FileSpecDIPath(DMFileSpec spec, KRPathName base);
 
 } // namespace jackdaw

@@ -35,7 +35,7 @@ std::int32_t store(std::string_view bytes, char *target, std::size_t size) {
 
 } // namespace
 
-std::string_view cutHostText(std::string_view text, std::size_t room) {
+std::string_view CutHostText(std::string_view text, std::size_t room) {
     if (text.size() <= room) return text;
     std::mbstate_t state{};
     std::size_t end = 0;
@@ -50,23 +50,23 @@ std::string_view cutHostText(std::string_view text, std::size_t room) {
     return text.substr(0, end);
 }
 
-void xlateToPDFDoc(char *text, std::int32_t size) {
-    if (text == nullptr) throw HostError{KRErrBadParam};
+void XlateToPDFDoc(char *text, std::int32_t size) {
+    if (!text) throw HostError{KRErrBadParam};
     if (size <= 0) return;
     const std::string converted = HostToPDFDoc({text, strnlen(text, static_cast<std::size_t>(size))});
     const auto room = static_cast<std::size_t>(size) - 1;
     store(std::string_view(converted).substr(0, room), text, static_cast<std::size_t>(size));
 }
 
-void xlateToHost(char *text, std::int32_t size) {
-    if (text == nullptr) throw HostError{KRErrBadParam};
+void XlateToHost(char *text, std::int32_t size) {
+    if (!text) throw HostError{KRErrBadParam};
     if (size <= 0) return;
     const std::string converted = PDFDocToHost({text, strnlen(text, static_cast<std::size_t>(size))});
-    store(cutHostText(converted, static_cast<std::size_t>(size) - 1), text, static_cast<std::size_t>(size));
+    store(CutHostText(converted, static_cast<std::size_t>(size) - 1), text, static_cast<std::size_t>(size));
 }
 
-std::int32_t xlateFromHostEnc(const char *source, char *target, std::int32_t size) {
-    if (source == nullptr || target == nullptr) throw HostError{KRErrBadParam};
+std::int32_t XlateFromHostEnc(const char *source, char *target, std::int32_t size) {
+    if (!source || !target) throw HostError{KRErrBadParam};
     if (size <= 0) return 0;
     const auto whole = static_cast<std::size_t>(size);
     const std::string converted = HostToTextString(source);
@@ -76,11 +76,11 @@ std::int32_t xlateFromHostEnc(const char *source, char *target, std::int32_t siz
     return store(cutUnicode(converted, whole - 2), target, whole);
 }
 
-std::int32_t xlateToHostEnc(const char *source, std::int32_t length, char *target, std::int32_t size) {
-    if ((source == nullptr && length > 0) || length < 0 || target == nullptr) throw HostError{KRErrBadParam};
+std::int32_t XlateToHostEnc(const char *source, std::int32_t length, char *target, std::int32_t size) {
+    if ((!source && length > 0) || length < 0 || !target) throw HostError{KRErrBadParam};
     if (size <= 0) return 0;
     const std::string converted = TextStringToHost({source, static_cast<std::size_t>(length)});
-    return store(cutHostText(converted, static_cast<std::size_t>(size) - 1), target, static_cast<std::size_t>(size));
+    return store(CutHostText(converted, static_cast<std::size_t>(size) - 1), target, static_cast<std::size_t>(size));
 }
 
 } // namespace jackdaw

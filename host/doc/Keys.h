@@ -6,7 +6,7 @@
 
 namespace jackdaw {
 
-struct Keys {
+struct KeyAtoms {
     KRAtom Annot = AtomFromText("Annot");
     KRAtom Annots = AtomFromText("Annots");
     KRAtom B = AtomFromText("B");
@@ -44,8 +44,8 @@ struct Keys {
     KRAtom Widget = AtomFromText("Widget");
 };
 
-inline const Keys &keys() {
-    static const Keys s_keys;
+inline const KeyAtoms &Keys() {
+    static const KeyAtoms s_keys;
     return s_keys;
 }
 

@@ -10,9 +10,9 @@
 namespace jackdaw {
 
 /** Names of a leaf, and kids of a node, that are at most written here. */
-inline constexpr std::int32_t nameTreeBranching = 64;
+inline constexpr std::int32_t NameTreeBranching = 64;
 /** Levels that a search goes down; a deeper tree counts as out of order. */
-inline constexpr std::size_t nameTreeLevels = 64;
+inline constexpr std::size_t NameTreeLevels = 64;
 
 struct NamePair {
     /** A string object. */
@@ -28,15 +28,15 @@ struct NameTreeScan {
 };
 
 /** Meets every node once, depth first; what is no key with a value is passed over. */
-NameTreeScan scanNameTree(LexObj root);
+NameTreeScan ScanNameTree(LexObj root);
 
 /** Writes the pairs, sorted, as a balanced tree under `root`; of equal keys the first stays. */
-void rebuildNameTree(LexObj root, std::vector<NamePair> pairs);
+void RebuildNameTree(LexObj root, std::vector<NamePair> pairs);
 
 /** A node without kids to follow. */
-bool isNameLeaf(LexObj node);
+bool IsNameLeaf(LexObj node);
 /** Both limits of a node; false when it has none. */
-bool readNameLimits(LexObj node, std::string *low, std::string *high);
-void writeNameLimits(LexObj node, const std::string &low, const std::string &high);
+bool ReadNameLimits(LexObj node, std::string *low, std::string *high);
+void WriteNameLimits(LexObj node, const std::string &low, const std::string &high);
 
 } // namespace jackdaw

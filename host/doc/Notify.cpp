@@ -25,8 +25,8 @@ struct Registry {
 };
 
 Registry &registry() {
-    static Registry instance;
-    return instance;
+    static Registry s_instance;
+    return s_instance;
 }
 
 bool stillSubscribed(std::int32_t number, std::uint64_t serial) {
@@ -45,13 +45,13 @@ void broadcast(std::int32_t number, Args... args) {
 
 } // namespace
 
-void registerNotification(std::int32_t number, KRWord extensionID, KRProc proc, void *clientData) {
-    if (proc == nullptr) throw HostError{KRErrBadParam};
+void RegisterNotification(std::int32_t number, KRWord extensionID, KRProc proc, void *clientData) {
+    if (!proc) throw HostError{KRErrBadParam};
     Registry &all = registry();
     all.byNumber[number].push_back({extensionID, proc, clientData, ++all.lastSerial});
 }
 
-void unregisterNotification(std::int32_t number, KRWord extensionID, KRProc proc, void *clientData) {
+void UnregisterNotification(std::int32_t number, KRWord extensionID, KRProc proc, void *clientData) {
     std::vector<Subscription> &list = registry().byNumber[number];
     const auto found = std::find_if(list.begin(), list.end(), [&](const Subscription &s) {
         return s.extension == extensionID && s.proc == proc && s.clientData == clientData;
@@ -59,66 +59,66 @@ void unregisterNotification(std::int32_t number, KRWord extensionID, KRProc proc
     if (found != list.end()) list.erase(found);
 }
 
-void unregisterNotificationsOf(KRWord extensionID) {
+void UnregisterNotificationsOf(KRWord extensionID) {
     for (auto &[number, list] : registry().byNumber) {
         std::erase_if(list, [&](const Subscription &s) { return s.extension == extensionID; });
     }
 }
 
-void notifyApp(SCNotification number) {
+void NotifyApp(SCNotification number) {
     broadcast<SCAppNotifyProc>(number);
 }
 
-void notifyView(SCNotification number, SCDoc view) {
+void NotifyView(SCNotification number, SCDoc view) {
     broadcast<SCDocNotifyProc>(number, view);
 }
 
-void notifyViewDidOpen(SCDoc view, KRErrorCode error) {
+void NotifyViewDidOpen(SCDoc view, KRErrorCode error) {
     broadcast<SCDocDidOpenProc>(SCDocDidOpen, view, error);
 }
 
-void notifyPageViewDidChange(SCPageView view, std::int16_t how) {
+void NotifyPageViewDidChange(SCPageView view, std::int16_t how) {
     broadcast<SCPageViewNotifyProc>(SCPageViewDidChange, view, how);
 }
 
-void notifyWillInsertPages(DMDoc doc, std::int32_t afterPage, DMDoc source, std::int32_t first, std::int32_t last) {
+void NotifyWillInsertPages(DMDoc doc, std::int32_t afterPage, DMDoc source, std::int32_t first, std::int32_t last) {
     broadcast<DMDocWillInsertProc>(DMDocWillInsertPages, doc, afterPage, source, first, last);
 }
 
-void notifyDidInsertPages(DMDoc doc, std::int32_t afterPage, DMDoc source, std::int32_t first, std::int32_t last,
+void NotifyDidInsertPages(DMDoc doc, std::int32_t afterPage, DMDoc source, std::int32_t first, std::int32_t last,
                           KRErrorCode error) {
     broadcast<DMDocDidInsertProc>(DMDocDidInsertPages, doc, afterPage, source, first, last, error);
 }
 
-void notifyPages(SCNotification number, DMDoc doc, std::int32_t first, std::int32_t last) {
+void NotifyPages(SCNotification number, DMDoc doc, std::int32_t first, std::int32_t last) {
     broadcast<DMDocPagesProc>(number, doc, first, last);
 }
 
-void notifyDidDeletePages(DMDoc doc, std::int32_t first, std::int32_t last, KRErrorCode error) {
+void NotifyDidDeletePages(DMDoc doc, std::int32_t first, std::int32_t last, KRErrorCode error) {
     broadcast<DMDocPagesDoneProc>(DMDocDidDeletePages, doc, first, last, error);
 }
 
-void notifyDocWillSave(DMDoc doc, const DMDocSaveRecord *save) {
+void NotifyDocWillSave(DMDoc doc, const DMDocSaveRecord *save) {
     broadcast<DMDocWillSaveProc>(DMDocWillSave, doc, save);
 }
 
-void notifyDocDidSave(DMDoc doc, KRErrorCode error) {
+void NotifyDocDidSave(DMDoc doc, KRErrorCode error) {
     broadcast<DMDocDidSaveProc>(DMDocDidSave, doc, error);
 }
 
-void notifyAnnotIndex(SCNotification number, DMPage page, std::int32_t index) {
+void NotifyAnnotIndex(SCNotification number, DMPage page, std::int32_t index) {
     broadcast<DMPageAnnotIndexProc>(number, page, index);
 }
 
-void notifyPageAnnot(SCNotification number, DMPage page, DMAnnot annot) {
+void NotifyPageAnnot(SCNotification number, DMPage page, DMAnnot annot) {
     broadcast<DMPageAnnotProc>(number, page, annot);
 }
 
-void notifyAnnotWillChange(DMAnnot annot, KRAtom key) {
+void NotifyAnnotWillChange(DMAnnot annot, KRAtom key) {
     broadcast<DMAnnotWillChangeProc>(DMAnnotWillChange, annot, key);
 }
 
-void notifyAnnotDidChange(DMAnnot annot, KRAtom key, KRErrorCode error) {
+void NotifyAnnotDidChange(DMAnnot annot, KRAtom key, KRErrorCode error) {
     broadcast<DMAnnotDidChangeProc>(DMAnnotDidChange, annot, key, error);
 }
 

@@ -16,40 +16,40 @@
 namespace jackdaw {
 
 /** Subscribes. The same subscription made twice is called twice. Throws KRErrBadParam for a null `proc`. */
-void registerNotification(std::int32_t number, KRWord extensionID, KRProc proc, void *clientData);
+void RegisterNotification(std::int32_t number, KRWord extensionID, KRProc proc, void *clientData);
 /** Takes back one subscription with exactly these arguments; nothing when there is none. */
-void unregisterNotification(std::int32_t number, KRWord extensionID, KRProc proc, void *clientData);
+void UnregisterNotification(std::int32_t number, KRWord extensionID, KRProc proc, void *clientData);
 /** Takes back everything that a plug-in subscribed to; for the unloading of plug-ins. */
-void unregisterNotificationsOf(KRWord extensionID);
+void UnregisterNotificationsOf(KRWord extensionID);
 
 /** 0, 1, 54. */
-void notifyApp(SCNotification number);
+void NotifyApp(SCNotification number);
 /** 2, 5, 6, 7, 8. */
-void notifyView(SCNotification number, SCDoc view);
+void NotifyView(SCNotification number, SCDoc view);
 /** 4. */
-void notifyViewDidOpen(SCDoc view, KRErrorCode error);
+void NotifyViewDidOpen(SCDoc view, KRErrorCode error);
 /** 14. */
-void notifyPageViewDidChange(SCPageView view, std::int16_t how);
+void NotifyPageViewDidChange(SCPageView view, std::int16_t how);
 /** 15. */
-void notifyWillInsertPages(DMDoc doc, std::int32_t afterPage, DMDoc source, std::int32_t first, std::int32_t last);
+void NotifyWillInsertPages(DMDoc doc, std::int32_t afterPage, DMDoc source, std::int32_t first, std::int32_t last);
 /** 16. */
-void notifyDidInsertPages(DMDoc doc, std::int32_t afterPage, DMDoc source, std::int32_t first, std::int32_t last,
+void NotifyDidInsertPages(DMDoc doc, std::int32_t afterPage, DMDoc source, std::int32_t first, std::int32_t last,
                           KRErrorCode error);
 /** 21, 26. */
-void notifyPages(SCNotification number, DMDoc doc, std::int32_t first, std::int32_t last);
+void NotifyPages(SCNotification number, DMDoc doc, std::int32_t first, std::int32_t last);
 /** 22. */
-void notifyDidDeletePages(DMDoc doc, std::int32_t first, std::int32_t last, KRErrorCode error);
+void NotifyDidDeletePages(DMDoc doc, std::int32_t first, std::int32_t last, KRErrorCode error);
 /** 56. */
-void notifyDocWillSave(DMDoc doc, const DMDocSaveRecord *save);
+void NotifyDocWillSave(DMDoc doc, const DMDocSaveRecord *save);
 /** 33. */
-void notifyDocDidSave(DMDoc doc, KRErrorCode error);
+void NotifyDocDidSave(DMDoc doc, KRErrorCode error);
 /** 37, 42. */
-void notifyAnnotIndex(SCNotification number, DMPage page, std::int32_t index);
+void NotifyAnnotIndex(SCNotification number, DMPage page, std::int32_t index);
 /** 38, 39. */
-void notifyPageAnnot(SCNotification number, DMPage page, DMAnnot annot);
+void NotifyPageAnnot(SCNotification number, DMPage page, DMAnnot annot);
 /** 40. */
-void notifyAnnotWillChange(DMAnnot annot, KRAtom key);
+void NotifyAnnotWillChange(DMAnnot annot, KRAtom key);
 /** 41. */
-void notifyAnnotDidChange(DMAnnot annot, KRAtom key, KRErrorCode error);
+void NotifyAnnotDidChange(DMAnnot annot, KRAtom key, KRErrorCode error);
 
 } // namespace jackdaw

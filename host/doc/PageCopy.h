@@ -45,12 +45,12 @@ private:
     bool staysBehind(LexObj obj) const;
     bool isShared(LexObj obj, bool share) const;
 
-    LexDoc target;
-    bool sameDoc;
-    LexObj sourceCatalog;
-    const PageList &sourcePages;
-    std::unordered_map<KRWord, LexObj> memo;
-    std::vector<Task> pending;
+    LexDoc target_;
+    bool sameDoc_;
+    LexObj sourceCatalog_;
+    const PageList &sourcePages_;
+    std::unordered_map<KRWord, LexObj> memo_;
+    std::vector<Task> pending_;
 };
 
 } // namespace jackdaw

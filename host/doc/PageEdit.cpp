@@ -24,8 +24,8 @@ void checkRange(const DMDocRec &doc, std::int32_t first, std::int32_t last) {
 }
 
 void checkInsertion(DMDocRec &doc, std::int32_t after, DMDocRec &source, std::int32_t first, std::int32_t last) {
-    const auto count = static_cast<std::int32_t>(pagesOf(doc).leaves.size());
-    pagesOf(source);
+    const auto count = static_cast<std::int32_t>(PagesOf(doc).leaves.size());
+    PagesOf(source);
     if (after < -1 || after >= count) throw HostError{KRErrBadParam};
     checkRange(source, first, last);
 }
@@ -39,54 +39,54 @@ struct TreePlace {
 
 /** A fresh root for a document whose tree is missing or is one lone page, which then hangs below it. */
 LexObj makeRoot(DMDocRec &doc) {
-    const LexObj catalog = lex::rootOf(doc.lex);
-    if (lex::typeOf(catalog) != LexDict) throw HostError{KRErrBadPDF};
-    const LexObj root = lex::newDict(doc.lex, /*indirect*/ true);
-    const LexObj kids = lex::newArray(doc.lex, /*indirect*/ false);
+    const LexObj catalog = lex::RootOf(doc.lex);
+    if (!lex::IsDict(catalog)) throw HostError{KRErrBadPDF};
+    const LexObj root = lex::NewDict(doc.lex, /*indirect*/ true);
+    const LexObj kids = lex::NewArray(doc.lex, /*indirect*/ false);
     const auto &leaves = doc.pageList.leaves;
-    lex::dictPut(root, keys().Type, lex::newName(doc.lex, /*indirect*/ false, keys().Pages));
-    lex::dictPut(root, keys().Kids, kids);
+    lex::DictPut(root, Keys().Type, lex::NewName(doc.lex, /*indirect*/ false, Keys().Pages));
+    lex::DictPut(root, Keys().Kids, kids);
     if (!leaves.empty()) {
-        lex::arrayPut(kids, 0, leaves.front().page);
-        lex::dictPut(leaves.front().page, keys().Parent, root);
+        lex::ArrayPut(kids, 0, leaves.front().page);
+        lex::DictPut(leaves.front().page, Keys().Parent, root);
     }
-    lex::dictPut(catalog, keys().Pages, root);
-    forgetPageList(doc);
+    lex::DictPut(catalog, Keys().Pages, root);
+    ForgetPageList(doc);
     return root;
 }
 
 TreePlace placeBehind(DMDocRec &doc, std::int32_t after) {
-    const bool noTree = pagesOf(doc).nodes.empty();
-    const LexObj newRoot = noTree ? makeRoot(doc) : lex::nullObj;
-    const PageList &list = pagesOf(doc);
+    const bool noTree = PagesOf(doc).nodes.empty();
+    const LexObj newRoot = noTree ? makeRoot(doc) : lex::NullObj;
+    const PageList &list = PagesOf(doc);
     if (list.leaves.empty()) {
-        const LexObj root = noTree ? newRoot : lex::dictGet(lex::rootOf(doc.lex), keys().Pages);
-        return {root, lex::dictGet(root, keys().Kids), 0};
+        const LexObj root = noTree ? newRoot : lex::DictGet(lex::RootOf(doc.lex), Keys().Pages);
+        return {root, lex::DictGet(root, Keys().Kids), 0};
     }
     const PageLeaf leaf = list.leaves[static_cast<std::size_t>(after < 0 ? 0 : after)];
-    const LexObj kids = lex::dictGet(leaf.parent, keys().Kids);
-    return {leaf.parent, kids, lex::arrayIndexOf(kids, leaf.page) + (after < 0 ? 0 : 1)};
+    const LexObj kids = lex::DictGet(leaf.parent, Keys().Kids);
+    return {leaf.parent, kids, lex::ArrayIndexOf(kids, leaf.page) + (after < 0 ? 0 : 1)};
 }
 
 void writeCount(DMDocRec &doc, const PageNode &node) {
-    const LexObj count = lex::newInteger(doc.lex, /*indirect*/ false, node.leaves);
-    lex::dictPut(node.node, keys().Count, count);
+    const LexObj count = lex::NewInteger(doc.lex, /*indirect*/ false, node.leaves);
+    lex::DictPut(node.node, Keys().Count, count);
 }
 
 /** What a page inherits at its new place and did not at the old one is met by the defaults of the format. */
 void shieldFromInheritance(DMDocRec &doc, LexObj page, LexObj parent) {
-    const Keys &k = keys();
+    const KeyAtoms &k = Keys();
     const auto wouldInherit = [&](KRAtom key) {
-        return !lex::dictKnown(page, key) && !lex::isNull(inheritedValue(parent, key));
+        return !lex::DictKnown(page, key) && !lex::IsNull(InheritedPageValue(parent, key));
     };
-    if (wouldInherit(k.Rotate)) lex::dictPut(page, k.Rotate, lex::newInteger(doc.lex, /*indirect*/ false, 0));
-    if (wouldInherit(k.Resources)) lex::dictPut(page, k.Resources, lex::newDict(doc.lex, /*indirect*/ false));
+    if (wouldInherit(k.Rotate)) lex::DictPut(page, k.Rotate, lex::NewInteger(doc.lex, /*indirect*/ false, 0));
+    if (wouldInherit(k.Resources)) lex::DictPut(page, k.Resources, lex::NewDict(doc.lex, /*indirect*/ false));
     const bool mediaBoxIsStrange = wouldInherit(k.MediaBox);
     const bool cropBoxIsStrange = wouldInherit(k.CropBox);
     KRFixedRect media{0, KRFixedFromInt(792), KRFixedFromInt(612), 0};
-    readRect(lex::dictGet(page, k.MediaBox), &media);
-    if (mediaBoxIsStrange) lex::dictPut(page, k.MediaBox, newRectArray(doc.lex, media));
-    if (cropBoxIsStrange) lex::dictPut(page, k.CropBox, newRectArray(doc.lex, media));
+    ReadRect(lex::DictGet(page, k.MediaBox), &media);
+    if (mediaBoxIsStrange) lex::DictPut(page, k.MediaBox, NewRectArray(doc.lex, media));
+    if (cropBoxIsStrange) lex::DictPut(page, k.CropBox, NewRectArray(doc.lex, media));
 }
 
 void putIntoTree(DMDocRec &doc, std::int32_t after, const std::vector<LexObj> &pages) {
@@ -94,11 +94,11 @@ void putIntoTree(DMDocRec &doc, std::int32_t after, const std::vector<LexObj> &p
     std::int32_t index = place.index;
     for (const LexObj page : pages) {
         shieldFromInheritance(doc, page, place.node);
-        lex::dictPut(page, keys().Parent, place.node);
-        lex::arrayInsert(place.kids, index++, page);
+        lex::DictPut(page, Keys().Parent, place.node);
+        lex::ArrayInsert(place.kids, index++, page);
     }
-    forgetPageList(doc);
-    const PageList &list = pagesOf(doc);
+    ForgetPageList(doc);
+    const PageList &list = PagesOf(doc);
     for (auto node = list.nodes.find(place.node.node); node != list.nodes.end();
          node = list.nodes.find(node->second.parent.node)) {
         writeCount(doc, node->second);
@@ -107,7 +107,7 @@ void putIntoTree(DMDocRec &doc, std::int32_t after, const std::vector<LexObj> &p
 
 void copyInto(DMDocRec &doc, std::int32_t after, DMDocRec &source, std::int32_t first, std::int32_t last) {
     std::vector<LexObj> originals;
-    for (std::int32_t i = first; i <= last; ++i) originals.push_back(pageLexAt(&source, i));
+    for (std::int32_t i = first; i <= last; ++i) originals.push_back(PageLexAt(&source, i));
     const std::vector<LexObj> copies = PageCopier(doc, source).copy(originals);
     putIntoTree(doc, after, copies);
 }
@@ -119,25 +119,25 @@ void takeOut(PageList &list, LexObj page, LexObj parent, std::unordered_set<KRWo
     for (auto node = list.nodes.find(parent.node); node != list.nodes.end();
          node = list.nodes.find(node->second.parent.node)) {
         PageNode &above = node->second;
-        if (childIsGone) lex::arrayRemove(lex::dictGet(above.node, keys().Kids), child);
+        if (childIsGone) lex::ArrayRemove(lex::DictGet(above.node, Keys().Kids), child);
         --above.leaves;
         touched.insert(above.node.node);
         child = above.node;
-        childIsGone = above.leaves == 0 && !lex::isNull(above.parent);
+        childIsGone = above.leaves == 0 && !lex::IsNull(above.parent);
     }
 }
 
 void removePages(DMDocRec &doc, std::int32_t first, std::int32_t last) {
-    PageList list = pagesOf(doc);
+    PageList list = PagesOf(doc);
     std::unordered_set<KRWord> touched;
     for (std::int32_t i = last; i >= first; --i) {
         const PageLeaf leaf = list.leaves[static_cast<std::size_t>(i)];
         takeOut(list, leaf.page, leaf.parent, touched);
         // Destinations, names and whatever else refers to the page must not keep it in the file.
-        lex::destroy(leaf.page);
+        lex::DestroyObj(leaf.page);
     }
     for (const KRWord node : touched) writeCount(doc, list.nodes[node]);
-    forgetPageList(doc);
+    ForgetPageList(doc);
 }
 
 template <class Edit>
@@ -154,40 +154,40 @@ std::exception_ptr attempt(KRErrorCode *code, Edit &&edit) {
 
 } // namespace
 
-void insertPages(DMDoc handle, std::int32_t after, DMDoc sourceHandle, std::int32_t first, std::int32_t last) {
-    DMDocRec &doc = checkDoc(handle);
-    DMDocRec &source = checkDoc(sourceHandle);
+void InsertPages(DMDoc handle, std::int32_t after, DMDoc sourceHandle, std::int32_t first, std::int32_t last) {
+    DMDocRec &doc = CheckDoc(handle);
+    DMDocRec &source = CheckDoc(sourceHandle);
     checkInsertion(doc, after, source, first, last);
     const DocHold holdDoc(doc);
     const DocHold holdSource(source);
-    notifyWillInsertPages(handle, after, sourceHandle, first, last);
+    NotifyWillInsertPages(handle, after, sourceHandle, first, last);
     KRErrorCode code = KRErrNone;
     const std::exception_ptr failure = attempt(&code, [&] {
         // Subscribers may have edited pages themselves.
         checkInsertion(doc, after, source, first, last);
         copyInto(doc, after, source, first, last);
     });
-    notifyDidInsertPages(handle, after, sourceHandle, first, last, code);
+    NotifyDidInsertPages(handle, after, sourceHandle, first, last, code);
     if (failure) std::rethrow_exception(failure);
 }
 
-void deletePages(DMDoc handle, std::int32_t first, std::int32_t last) {
-    DMDocRec &doc = checkDoc(handle);
+void DeletePages(DMDoc handle, std::int32_t first, std::int32_t last) {
+    DMDocRec &doc = CheckDoc(handle);
     const auto check = [&] {
-        const auto count = static_cast<std::int64_t>(pagesOf(doc).leaves.size());
+        const auto count = static_cast<std::int64_t>(PagesOf(doc).leaves.size());
         checkRange(doc, first, last);
         const bool noneWouldBeLeft = first == 0 && last == count - 1;
         if (noneWouldBeLeft) throw HostError{KRErrBadParam, "A document keeps at least one page."};
     };
     check();
     const DocHold hold(doc);
-    notifyPages(DMDocWillDeletePages, handle, first, last);
+    NotifyPages(DMDocWillDeletePages, handle, first, last);
     KRErrorCode code = KRErrNone;
     const std::exception_ptr failure = attempt(&code, [&] {
         check();
         removePages(doc, first, last);
     });
-    notifyDidDeletePages(handle, first, last, code);
+    NotifyDidDeletePages(handle, first, last, code);
     if (failure) std::rethrow_exception(failure);
 }
 

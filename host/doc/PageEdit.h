@@ -15,9 +15,9 @@ namespace jackdaw {
  * those of its `Kids` that came along and with all its other entries. A form's list of fields is not touched: that is
  * the forms plug-in's, when it hears 16. References to other pages, and to fields that stay behind, are dropped.
  */
-void insertPages(DMDoc doc, std::int32_t after, DMDoc source, std::int32_t first, std::int32_t last);
+void InsertPages(DMDoc doc, std::int32_t after, DMDoc source, std::int32_t first, std::int32_t last);
 
 /** Deletes pages. Sends 21 before and 22 after. Throws KRErrBadParam when no page would be left. */
-void deletePages(DMDoc doc, std::int32_t first, std::int32_t last);
+void DeletePages(DMDoc doc, std::int32_t first, std::int32_t last);
 
 } // namespace jackdaw

@@ -26,20 +26,20 @@ struct Walk {
     std::unordered_set<KRWord> met;
 
     LexObj innermost() const {
-        return open.empty() ? lex::nullObj : open.back().node;
+        return open.empty() ? lex::NullObj : open.back().node;
     }
 
     void enter(LexObj obj) {
-        if (lex::typeOf(obj) != LexDict || !met.insert(obj.node).second) return;
-        const LexObj kids = lex::dictGet(obj, keys().Kids);
-        if (lex::typeOf(kids) == LexArray) {
+        if (!lex::IsDict(obj) || !met.insert(obj.node).second) return;
+        const LexObj kids = lex::DictGet(obj, Keys().Kids);
+        if (lex::IsArray(kids)) {
             list.nodes[obj.node] = {obj, innermost(), 0};
-            open.push_back({obj, kids, 0, lex::arrayLength(kids), list.leaves.size()});
+            open.push_back({obj, kids, 0, lex::ArrayLength(kids), list.leaves.size()});
             return;
         }
-        const KRAtom type = lex::nameOrNone(lex::dictGet(obj, keys().Type));
-        if (type == keys().Pages || type == keys().Catalog) return;
-        if (!lex::isIndirect(obj)) lex::ensureIndirect(obj);
+        const KRAtom type = lex::NameOrNone(lex::DictGet(obj, Keys().Type));
+        if (type == Keys().Pages || type == Keys().Catalog) return;
+        if (!lex::IsIndirect(obj)) lex::EnsureIndirect(obj);
         list.indexOf[obj.node] = static_cast<std::int32_t>(list.leaves.size());
         list.leaves.push_back({obj, innermost()});
     }
@@ -57,17 +57,17 @@ struct Walk {
             if (node.next == node.length)
                 leave();
             else
-                enter(lex::arrayGet(node.kids, node.next++));
+                enter(lex::ArrayGet(node.kids, node.next++));
         }
     }
 };
 
 } // namespace
 
-PageList readPageList(LexDoc lex) {
+PageList ReadPageList(LexDoc lex) {
     Walk walk;
-    const LexObj catalog = lex::rootOf(lex);
-    if (lex::typeOf(catalog) == LexDict) walk.run(lex::dictGet(catalog, keys().Pages));
+    const LexObj catalog = lex::RootOf(lex);
+    if (lex::IsDict(catalog)) walk.run(lex::DictGet(catalog, Keys().Pages));
     return std::move(walk.list);
 }
 

@@ -34,6 +34,6 @@ struct PageList {
  * are not asked. A dictionary without `Kids` is a page unless its `Type` says that it is an empty node or the catalog.
  * A page that `Kids` holds directly becomes an indirect object.
  */
-PageList readPageList(LexDoc lex);
+PageList ReadPageList(LexDoc lex);
 
 } // namespace jackdaw

@@ -14,7 +14,7 @@
 namespace jackdaw {
 namespace {
 
-constexpr KRFixedRect letterPage{0, KRFixedFromInt(792), KRFixedFromInt(612), 0};
+constexpr KRFixedRect s_letterPage{0, KRFixedFromInt(792), KRFixedFromInt(612), 0};
 
 std::unordered_set<DMPage> &livePages() {
     static std::unordered_set<DMPage> s_live;
@@ -39,7 +39,7 @@ bool isEmpty(const KRFixedRect &rect) {
 
 KRFixedRect mediaBoxOf(LexObj page) {
     KRFixedRect box;
-    return readRect(inheritedValue(page, keys().MediaBox), &box) && !isEmpty(box) ? box : letterPage;
+    return ReadRect(InheritedPageValue(page, Keys().MediaBox), &box) && !isEmpty(box) ? box : s_letterPage;
 }
 
 KRFixed negated(KRFixed value) {
@@ -48,22 +48,22 @@ KRFixed negated(KRFixed value) {
 
 } // namespace
 
-DMPageRec &checkPage(DMPage page) {
+DMPageRec &CheckPage(DMPage page) {
     if (!livePages().contains(page)) throw HostError{KRErrBadParam};
     return *page;
 }
 
-const PageList &pagesOf(DMDocRec &doc) {
+const PageList &PagesOf(DMDocRec &doc) {
     if (!doc.pagesKnown) {
-        doc.pageList = readPageList(doc.lex);
+        doc.pageList = ReadPageList(doc.lex);
         doc.pagesKnown = true;
     }
     return doc.pageList;
 }
 
-void forgetPageList(DMDocRec &doc) {
+void ForgetPageList(DMDocRec &doc) {
     doc.pagesKnown = false;
-    const PageList &list = pagesOf(doc);
+    const PageList &list = PagesOf(doc);
     std::erase_if(doc.pages, [&](auto &entry) {
         DMPageRec &page = *entry.second;
         page.deleted = !list.indexOf.contains(entry.first);
@@ -73,99 +73,99 @@ void forgetPageList(DMDocRec &doc) {
     });
 }
 
-void dropPages(DMDocRec &doc) {
+void DropPages(DMDocRec &doc) {
     for (const auto &[node, page] : doc.pages) livePages().erase(page.get());
     doc.pages.clear();
 }
 
-std::int32_t numPages(DMDoc doc) {
-    return static_cast<std::int32_t>(pagesOf(checkDoc(doc)).leaves.size());
+std::int32_t NumPages(DMDoc doc) {
+    return static_cast<std::int32_t>(PagesOf(CheckDoc(doc)).leaves.size());
 }
 
-LexObj pageLexAt(DMDoc doc, std::int32_t index) {
-    const PageList &list = pagesOf(checkDoc(doc));
+LexObj PageLexAt(DMDoc doc, std::int32_t index) {
+    const PageList &list = PagesOf(CheckDoc(doc));
     if (index < 0 || static_cast<std::size_t>(index) >= list.leaves.size()) throw HostError{KRErrBadParam};
     return list.leaves[static_cast<std::size_t>(index)].page;
 }
 
-std::int32_t pageIndexOfLex(DMDoc doc, LexObj obj) {
-    const PageList &list = pagesOf(checkDoc(doc));
+std::int32_t PageIndexOfLex(DMDoc doc, LexObj obj) {
+    const PageList &list = PagesOf(CheckDoc(doc));
     const auto found = list.indexOf.find(obj.node);
     if (found == list.indexOf.end()) return -1;
-    return lex::same(list.leaves[static_cast<std::size_t>(found->second)].page, obj) ? found->second : -1;
+    return lex::Same(list.leaves[static_cast<std::size_t>(found->second)].page, obj) ? found->second : -1;
 }
 
-DMPage acquirePage(DMDoc doc, std::int32_t index) {
-    return acquire(checkDoc(doc), pageLexAt(doc, index));
+DMPage AcquirePage(DMDoc doc, std::int32_t index) {
+    return acquire(CheckDoc(doc), PageLexAt(doc, index));
 }
 
-DMPage acquirePageAgain(DMPage page) {
-    ++checkPage(page).references;
+DMPage AcquirePageAgain(DMPage page) {
+    ++CheckPage(page).references;
     return page;
 }
 
-void releasePage(DMPage page) {
+void ReleasePage(DMPage page) {
     if (!livePages().contains(page) || page->references == 0) return;
     if (--page->references > 0 || !page->deleted) return;
     livePages().erase(page);
     page->doc->pages.erase(page->dict.node);
 }
 
-DMPage acquirePageOfLex(LexObj obj) {
-    const DMDoc doc = docFromLex(lex::docOf(obj));
-    if (doc == nullptr || pageIndexOfLex(doc, obj) < 0) throw HostError{KRErrBadParam};
+DMPage AcquirePageOfLex(LexObj obj) {
+    const DMDoc doc = DocFromLex(lex::DocOf(obj));
+    if (!doc || PageIndexOfLex(doc, obj) < 0) throw HostError{KRErrBadParam};
     return acquire(*doc, obj);
 }
 
-DMDoc pageDoc(DMPage page) {
-    return checkPage(page).doc;
+DMDoc PageDoc(DMPage page) {
+    return CheckPage(page).doc;
 }
 
-LexObj pageLex(DMPage page) {
-    return checkPage(page).dict;
+LexObj PageLex(DMPage page) {
+    return CheckPage(page).dict;
 }
 
-std::int32_t pageNumber(DMPage page) {
-    const DMPageRec &record = checkPage(page);
-    return record.deleted ? -1 : pageIndexOfLex(record.doc, record.dict);
+std::int32_t PageNumber(DMPage page) {
+    const DMPageRec &record = CheckPage(page);
+    return record.deleted ? -1 : PageIndexOfLex(record.doc, record.dict);
 }
 
-LexObj inheritedValue(LexObj page, KRAtom key) {
+LexObj InheritedPageValue(LexObj page, KRAtom key) {
     LexObj node = page;
-    for (int step = 0; step < maxParentSteps && lex::typeOf(node) == LexDict; ++step) {
-        const LexObj value = lex::dictGet(node, key);
-        if (!lex::isNull(value)) return value;
-        node = lex::dictGet(node, keys().Parent);
+    for (int step = 0; step < MaxParentSteps && lex::IsDict(node); ++step) {
+        const LexObj value = lex::DictGet(node, key);
+        if (!lex::IsNull(value)) return value;
+        node = lex::DictGet(node, Keys().Parent);
     }
-    return lex::nullObj;
+    return lex::NullObj;
 }
 
-std::int32_t pageRotate(DMPage page) {
-    const LexObj value = inheritedValue(pageLex(page), keys().Rotate);
+std::int32_t PageRotate(DMPage page) {
+    const LexObj value = InheritedPageValue(PageLex(page), Keys().Rotate);
     const std::int64_t degrees =
-        lex::typeOf(value) == LexFixed ? lex::fixedValue(value) / KRFixedOne : lex::integerOr(value, 0);
+        lex::TypeOf(value) == LexFixed ? lex::FixedValue(value) / KRFixedOne : lex::IntegerOr(value, 0);
     const std::int64_t positive = (degrees % 360 + 360) % 360;
     return static_cast<std::int32_t>(positive / 90 * 90);
 }
 
-KRFixedRect pageMediaBox(DMPage page) {
-    return mediaBoxOf(pageLex(page));
+KRFixedRect PageMediaBox(DMPage page) {
+    return mediaBoxOf(PageLex(page));
 }
 
-KRFixedRect pageCropBox(DMPage page) {
-    const LexObj dict = pageLex(page);
+KRFixedRect PageCropBox(DMPage page) {
+    const LexObj dict = PageLex(page);
     const KRFixedRect media = mediaBoxOf(dict);
     KRFixedRect crop;
-    if (!readRect(inheritedValue(dict, keys().CropBox), &crop)) return media;
+    if (!ReadRect(InheritedPageValue(dict, Keys().CropBox), &crop)) return media;
     crop = {std::max(crop.left, media.left), std::min(crop.top, media.top), std::min(crop.right, media.right),
             std::max(crop.bottom, media.bottom)};
     return isEmpty(crop) ? media : crop;
 }
 
-KRFixedMatrix pageDefaultMatrix(DMPage page) {
-    const KRFixedRect box = pageCropBox(page);
+KRFixedMatrix PageDefaultMatrix(DMPage page) {
+    const KRFixedRect box = PageCropBox(page);
     constexpr KRFixed one = KRFixedOne;
-    switch (pageRotate(page)) {
+    switch (PageRotate(page)) {
     case 90:
         return {0, -one, one, 0, negated(box.bottom), box.right};
     case 180:
@@ -177,25 +177,25 @@ KRFixedMatrix pageDefaultMatrix(DMPage page) {
     }
 }
 
-bool readRect(LexObj obj, KRFixedRect *rect) {
-    if (lex::typeOf(obj) != LexArray || lex::arrayLength(obj) < 4) return false;
+bool ReadRect(LexObj obj, KRFixedRect *rect) {
+    if (!lex::IsArray(obj) || lex::ArrayLength(obj) < 4) return false;
     KRFixed sides[4];
     for (std::int32_t i = 0; i < 4; ++i) {
-        const LexObj number = lex::arrayGet(obj, i);
-        const LexType type = lex::typeOf(number);
+        const LexObj number = lex::ArrayGet(obj, i);
+        const LexType type = lex::TypeOf(number);
         if (type != LexInteger && type != LexFixed) return false;
-        sides[i] = lex::numberOr(number, 0);
+        sides[i] = lex::NumberOr(number, 0);
     }
     *rect = {std::min(sides[0], sides[2]), std::max(sides[1], sides[3]), std::max(sides[0], sides[2]),
              std::min(sides[1], sides[3])};
     return true;
 }
 
-LexObj newRectArray(LexDoc doc, const KRFixedRect &rect) {
-    const LexObj array = lex::newArray(doc, /*indirect*/ false);
+LexObj NewRectArray(LexDoc doc, const KRFixedRect &rect) {
+    const LexObj array = lex::NewArray(doc, /*indirect*/ false);
     const KRFixed inFileOrder[4] = {rect.left, rect.bottom, rect.right, rect.top};
     for (std::int32_t i = 0; i < 4; ++i) {
-        lex::arrayPut(array, i, lex::newFixed(doc, /*indirect*/ false, inFileOrder[i]));
+        lex::ArrayPut(array, i, lex::NewFixed(doc, /*indirect*/ false, inFileOrder[i]));
     }
     return array;
 }

@@ -14,58 +14,58 @@
 
 namespace jackdaw {
 
-std::int32_t numPages(DMDoc doc);
+std::int32_t NumPages(DMDoc doc);
 /** The caller releases the page. Throws KRErrBadParam outside the document. */
-DMPage acquirePage(DMDoc doc, std::int32_t index);
-DMPage acquirePageAgain(DMPage page);
+DMPage AcquirePage(DMDoc doc, std::int32_t index);
+DMPage AcquirePageAgain(DMPage page);
 /** A handle of a closed document is let pass: it went with the document. */
-void releasePage(DMPage page);
+void ReleasePage(DMPage page);
 /** Acquires the page of a page dictionary; throws KRErrBadParam when it is no page of its document. */
-DMPage acquirePageOfLex(LexObj obj);
+DMPage AcquirePageOfLex(LexObj obj);
 
-DMDoc pageDoc(DMPage page);
-LexObj pageLex(DMPage page);
+DMDoc PageDoc(DMPage page);
+LexObj PageLex(DMPage page);
 /** -1 for a page that was deleted. */
-std::int32_t pageNumber(DMPage page);
+std::int32_t PageNumber(DMPage page);
 
 /** Page dictionary by index, without a handle. Throws KRErrBadParam outside the document. */
-LexObj pageLexAt(DMDoc doc, std::int32_t index);
+LexObj PageLexAt(DMDoc doc, std::int32_t index);
 /** Index of a page dictionary; -1 when it is no page of the document. Costs a look-up. */
-std::int32_t pageIndexOfLex(DMDoc doc, LexObj obj);
+std::int32_t PageIndexOfLex(DMDoc doc, LexObj obj);
 
 /** The value under `key` of a page dictionary or of the nearest node above it that has one; null when none has. */
-LexObj inheritedValue(LexObj page, KRAtom key);
+LexObj InheritedPageValue(LexObj page, KRAtom key);
 /** 0, 90, 180 or 270. */
-std::int32_t pageRotate(DMPage page);
+std::int32_t PageRotate(DMPage page);
 /** Crop box cut to the media box, in points. */
-KRFixedRect pageCropBox(DMPage page);
-KRFixedRect pageMediaBox(DMPage page);
+KRFixedRect PageCropBox(DMPage page);
+KRFixedRect PageMediaBox(DMPage page);
 /** From page space to the upright page with its crop box's corner at the origin, y upward. */
-KRFixedMatrix pageDefaultMatrix(DMPage page);
+KRFixedMatrix PageDefaultMatrix(DMPage page);
 
 /** Steps up `Parent` that are taken before a chain counts as a loop. */
-inline constexpr int maxParentSteps = 100;
+inline constexpr int MaxParentSteps = 100;
 
 /** Four numbers in file order as a normalised rectangle; false when `obj` is none. */
-bool readRect(LexObj obj, KRFixedRect *rect);
+bool ReadRect(LexObj obj, KRFixedRect *rect);
 /** A direct array of four numbers in file order. */
-LexObj newRectArray(LexDoc doc, const KRFixedRect &rect);
+LexObj NewRectArray(LexDoc doc, const KRFixedRect &rect);
 
 /** Holds an acquired page. */
 class PageRef {
 public:
-    explicit PageRef(DMPage acquired) : page(acquired) {}
-    PageRef(PageRef &&other) noexcept : page(std::exchange(other.page, nullptr)) {}
+    explicit PageRef(DMPage acquired) : page_(acquired) {}
+    PageRef(PageRef &&other) noexcept : page_(std::exchange(other.page_, nullptr)) {}
     PageRef &operator=(PageRef &&) = delete;
     ~PageRef() {
-        if (page != nullptr) releasePage(page);
+        if (page_) ReleasePage(page_);
     }
     DMPage get() const {
-        return page;
+        return page_;
     }
 
 private:
-    DMPage page;
+    DMPage page_;
 };
 
 } // namespace jackdaw

@@ -24,7 +24,7 @@ namespace {
 namespace fs = std::filesystem;
 
 // Beside the program, one folder up (programs in subfolders of a build), or where both were installed.
-const PageRenderer *LoadRenderer() {
+const PageRenderer *loadRenderer() {
     std::error_code error;
     const fs::path folder = fs::read_symlink("/proc/self/exe", error).parent_path();
     for (const fs::path &place : {folder, folder.parent_path(), folder.parent_path() / JACKDAW_LIBDIR / "jackdaw"}) {
@@ -39,42 +39,36 @@ const PageRenderer *LoadRenderer() {
                     std::string("The rendering module ") + PageRendererModule + " cannot be loaded."};
 }
 
-const PageRenderer &Renderer() {
-    static const PageRenderer *const s_renderer = LoadRenderer();
+const PageRenderer &renderer() {
+    static const PageRenderer *const s_renderer = loadRenderer();
     return *s_renderer;
 }
 
 struct PageClose {
     void operator()(void *page) const {
-        Renderer().close(page);
+        renderer().close(page);
     }
 };
 
 } // namespace
 
-class OnePage {
-public:
-    /** Null when the bytes cannot be opened. */
-    static OnePagePtr open(std::string bytes) {
-        auto page = std::make_shared<OnePage>();
-        page->bytes_ = std::move(bytes);
-        // The library reads on from these bytes as long as the page lives: hence the order of the members.
-        page->page_.reset(Renderer().open(page->bytes_.data(), page->bytes_.size(), &page->width, &page->height));
-        if (!page->page_ || !(page->width > 0) || !(page->height > 0)) return nullptr;
-        return page;
-    }
-
-    void *page() const {
-        return page_.get();
-    }
+struct OnePage {
+    /** The library reads on from these as long as the page lives: hence the order of the members. */
+    std::string bytes;
+    std::unique_ptr<void, PageClose> page;
     double width = 0, height = 0;
-
-private:
-    std::string bytes_;
-    std::unique_ptr<void, PageClose> page_;
 };
 
 namespace {
+
+/** Null when the bytes cannot be opened. */
+OnePagePtr openPage(std::string bytes) {
+    const auto opened = std::make_shared<OnePage>();
+    opened->bytes = std::move(bytes);
+    opened->page.reset(renderer().open(opened->bytes.data(), opened->bytes.size(), &opened->width, &opened->height));
+    if (!opened->page || !(opened->width > 0) || !(opened->height > 0)) return nullptr;
+    return opened;
+}
 
 /** The object that the snapshot was made from, and the layer of the annotation. */
 using KeptKey = std::tuple<KRWord, KRWord, KRWord>;
@@ -107,15 +101,15 @@ struct KeptPages {
     void dropDead() {
         for (auto it = order.begin(); it != order.end();) {
             const auto here = it++;
-            if (lex::isNull({std::get<0>(here->key), std::get<1>(here->key)})) erase(here);
+            if (lex::IsNull({std::get<0>(here->key), std::get<1>(here->key)})) erase(here);
         }
     }
 };
 
 // Never destroyed: at the end of the process the rendering module may have gone before. DropKept empties it in time.
 KeptPages &kept() {
-    static KeptPages &pages = *new KeptPages;
-    return pages;
+    static KeptPages &s_pages = *new KeptPages;
+    return s_pages;
 }
 
 /** `build` makes the snapshot in either form; an empty one is nothing to draw and is not kept. */
@@ -123,7 +117,7 @@ template <class Build>
 OnePagePtr keptOr(LexObj source, LexObj layer, Build build) {
     KeptPages &cache = kept();
     const KeptKey key{source.node, source.slot, layer.node};
-    const std::uint64_t stamp = lex::changeStamp(lex::docOf(source));
+    const std::uint64_t stamp = lex::ChangeStamp(lex::DocOf(source));
     const auto found = cache.byKey.find(key);
     if (found != cache.byKey.end()) {
         cache.order.splice(cache.order.begin(), cache.order, found->second);
@@ -142,8 +136,8 @@ OnePagePtr keptOr(LexObj source, LexObj layer, Build build) {
     if (outline.empty()) return nullptr;
     std::string bytes = build(SnapshotForm::File);
     const std::size_t size = bytes.size();
-    OnePagePtr page = OnePage::open(std::move(bytes));
-    if (page == nullptr) return nullptr;
+    OnePagePtr page = openPage(std::move(bytes));
+    if (!page) return nullptr;
     cache.dropDead();
     cache.order.push_front({key, page, std::move(outline), size, stamp});
     cache.byKey[key] = cache.order.begin();
@@ -156,14 +150,13 @@ OnePagePtr keptOr(LexObj source, LexObj layer, Build build) {
 
 OnePagePtr KeptPage(DMPage page) {
     OnePagePtr result =
-        keptOr(pageLex(page), lex::nullObj, [&](SnapshotForm form) { return PageSnapshot(page, form); });
-    if (result == nullptr)
-        throw HostError{KRErrBadPDF, "Page " + std::to_string(pageNumber(page) + 1) + " cannot be drawn."};
+        keptOr(PageLex(page), lex::NullObj, [&](SnapshotForm form) { return PageSnapshot(page, form); });
+    if (!result) throw HostError{KRErrBadPDF, "Page " + std::to_string(PageNumber(page) + 1) + " cannot be drawn."};
     return result;
 }
 
 OnePagePtr KeptAppearance(LexObj stream, LexObj optionalContent) {
-    if (lex::typeOf(stream) != LexStream) return nullptr;
+    if (!lex::IsStream(stream)) return nullptr;
     return keptOr(stream, optionalContent,
                   [&](SnapshotForm form) { return AppearanceSnapshot(stream, optionalContent, form); });
 }
@@ -177,7 +170,7 @@ double OnePageHeight(const OnePage &page) {
 }
 
 void DrawOnePage(const OnePage &page, cairo_t *context) {
-    Renderer().render(page.page(), context);
+    renderer().render(page.page.get(), context);
 }
 
 void SetKeptLimit(std::size_t count) {

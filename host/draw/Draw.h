@@ -2,8 +2,7 @@
 //
 // 1. A kept page is found by the object it was made from and is good as long as the document's change stamp stands.
 // 2. When the stamp has moved on, the outline of the snapshot is made again (cheap) and compared: an equal one keeps
-// the
-//    open page, whose fonts and glyphs are warm, so that typing into one field does not redraw every other from
+//    the open page, whose fonts and glyphs are warm, so that typing into one field does not redraw every other from
 //    scratch.
 // 3. What was used least lately goes first; what belongs to a closed document goes at the next addition.
 // SPDX-License-Identifier: MIT
@@ -19,7 +18,7 @@ using cairo_t = struct _cairo;
 namespace jackdaw {
 
 /** A snapshot open in the drawing library. It stays good while held, whatever happens to its document. */
-class OnePage;
+struct OnePage;
 using OnePagePtr = std::shared_ptr<const OnePage>;
 
 /** The page's content. Raises KRErrBadPDF when the drawing library cannot open it. */

@@ -59,7 +59,7 @@ PageGeometry MakePageGeometry(const KRFixedRect &cropBox, int rotate, double sca
 }
 
 PageGeometry GeometryOfPage(DMPage page, double scale) {
-    return MakePageGeometry(pageCropBox(page), pageRotate(page), scale);
+    return MakePageGeometry(PageCropBox(page), PageRotate(page), scale);
 }
 
 DevicePoint Apply(const Affine &m, double x, double y) {

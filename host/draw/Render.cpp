@@ -24,16 +24,16 @@ namespace jackdaw {
 namespace {
 
 /** The longest side that a cairo image has. */
-constexpr double maxSide = 32767;
+constexpr double s_maxSide = 32767;
 
 /** What the format defines: flag "invisible" speaks only of others. */
 bool isStandardSubtype(std::string_view name) {
-    static constexpr std::array<std::string_view, 28> names{
+    static constexpr std::array<std::string_view, 28> s_names{
         "Text",        "Link",      "FreeText",       "Line",     "Square",    "Circle",     "Polygon",
         "PolyLine",    "Highlight", "Underline",      "Squiggly", "StrikeOut", "Stamp",      "Caret",
         "Ink",         "Popup",     "FileAttachment", "Sound",    "Movie",     "Widget",     "Screen",
         "PrinterMark", "TrapNet",   "Watermark",      "3D",       "Redact",    "Projection", "RichMedia"};
-    for (const std::string_view known : names) {
+    for (const std::string_view known : s_names) {
         if (known == name) return true;
     }
     return false;
@@ -77,12 +77,12 @@ bool isDrawable(const cairo_matrix_t &m) {
 }
 
 void drawAnnot(cairo_t *context, const PageGeometry &geometry, DMAnnot annot) {
-    const LexObj dict = annotLex(annot);
+    const LexObj dict = AnnotLex(annot);
     KRFixedRect rect;
-    if (!AnnotIsShown(dict) || !readRect(lex::dictGet(dict, AtomFromText("Rect")), &rect)) return;
+    if (!AnnotIsShown(dict) || !ReadRect(lex::DictGet(dict, AtomFromText("Rect")), &rect)) return;
     if (rect.right <= rect.left || rect.top <= rect.bottom) return;
-    const OnePagePtr page = KeptAppearance(NormalAppearance(dict), lex::dictGet(dict, AtomFromText("OC")));
-    if (page == nullptr) return;
+    const OnePagePtr page = KeptAppearance(NormalAppearance(dict), lex::DictGet(dict, AtomFromText("OC")));
+    if (!page) return;
     const Affine &m = geometry.toDevice;
     const SavedState state(context);
     const cairo_matrix_t toDevice{m.a, m.b, m.c, m.d, m.e, m.f};
@@ -106,7 +106,7 @@ SurfacePtr newImage(const PageGeometry &geometry) {
     // A page of 612.0000001 points is 612 pixels wide.
     const double width = std::max(1.0, std::ceil(geometry.width - 1e-4));
     const double height = std::max(1.0, std::ceil(geometry.height - 1e-4));
-    if (!(width <= maxSide) || !(height <= maxSide) || width * height > static_cast<double>(MaxRenderPixels))
+    if (!(width <= s_maxSide) || !(height <= s_maxSide) || width * height > static_cast<double>(MaxRenderPixels))
         throw HostError{KRErrBadParam, "The image would be " + std::to_string(std::llround(width)) + " by " +
                                            std::to_string(std::llround(height)) +
                                            " pixels, which is more than the limit allows."};
@@ -129,29 +129,29 @@ void SurfaceFree::operator()(cairo_surface_t *surface) const {
 }
 
 LexObj NormalAppearance(LexObj annot) {
-    if (!lex::hasKeys(annot)) return lex::nullObj;
-    const LexObj faces = lex::dictGet(annot, AtomFromText("AP"));
-    if (!lex::hasKeys(faces)) return lex::nullObj;
-    LexObj normal = lex::dictGet(faces, AtomFromText("N"));
-    if (lex::typeOf(normal) == LexDict) {
-        const KRAtom state = lex::nameOrNone(lex::dictGet(annot, AtomFromText("AS")));
-        normal = state == KRAtomNull ? lex::nullObj : lex::dictGet(normal, state);
+    if (!lex::HasKeys(annot)) return lex::NullObj;
+    const LexObj faces = lex::DictGet(annot, AtomFromText("AP"));
+    if (!lex::HasKeys(faces)) return lex::NullObj;
+    LexObj normal = lex::DictGet(faces, AtomFromText("N"));
+    if (lex::IsDict(normal)) {
+        const KRAtom state = lex::NameOrNone(lex::DictGet(annot, AtomFromText("AS")));
+        normal = state == KRAtomNull ? lex::NullObj : lex::DictGet(normal, state);
     }
-    return lex::typeOf(normal) == LexStream ? normal : lex::nullObj;
+    return lex::IsStream(normal) ? normal : lex::NullObj;
 }
 
 bool AnnotIsShown(LexObj annot) {
-    if (lex::typeOf(annot) != LexDict) return false;
-    const std::uint32_t flags = annotFlags(annotFromLex(annot));
+    if (!lex::IsDict(annot)) return false;
+    const std::uint32_t flags = AnnotFlags(AnnotFromLex(annot));
     if ((flags & (DMAnnotHidden | DMAnnotNoView)) != 0) return false;
-    const std::string_view subtype = AtomText(lex::nameOrNone(lex::dictGet(annot, AtomFromText("Subtype"))));
+    const std::string_view subtype = AtomText(lex::NameOrNone(lex::DictGet(annot, AtomFromText("Subtype"))));
     if (subtype == "Popup") return false;
     return (flags & DMAnnotInvisible) == 0 || isStandardSubtype(subtype);
 }
 
 void DrawAppearance(cairo_t *context, LexObj stream, LexObj optionalContent, const DeviceRect &rect, int pageRotate) {
     const OnePagePtr page = KeptAppearance(stream, optionalContent);
-    if (page == nullptr || !(rect.right > rect.left) || !(rect.bottom > rect.top)) return;
+    if (!page || !(rect.right > rect.left) || !(rect.bottom > rect.top)) return;
     const SavedState state(context);
     cairo_translate(context, rect.left, rect.top);
     cairo_scale(context, rect.right - rect.left, rect.bottom - rect.top);
@@ -179,13 +179,13 @@ void DrawPageAnnots(cairo_t *context, DMPage page, double scale) {
     const SavedState state(context);
     cairo_rectangle(context, 0, 0, geometry.width, geometry.height);
     cairo_clip(context);
-    const std::int32_t count = numAnnots(page);
-    for (std::int32_t i = 0; i < count; ++i) drawAnnot(context, geometry, pageAnnot(page, i));
+    const std::int32_t count = NumAnnots(page);
+    for (std::int32_t i = 0; i < count; ++i) drawAnnot(context, geometry, PageAnnot(page, i));
 }
 
 SurfacePtr RenderPage(DMDoc doc, std::int32_t page, std::int32_t dpi) {
     if (dpi < 1) throw HostError{KRErrBadParam, "The resolution must be 1 dpi at least."};
-    const PageRef shown(acquirePage(doc, page));
+    const PageRef shown(AcquirePage(doc, page));
     const double scale = dpi / 72.0;
     SurfacePtr surface = newImage(GeometryOfPage(shown.get(), scale));
     const std::unique_ptr<cairo_t, ContextFree> context(cairo_create(surface.get()));
@@ -206,7 +206,7 @@ std::string PngOf(cairo_surface_t *surface) {
 
 void RenderPageToFile(DMDoc doc, std::int32_t page, std::int32_t dpi, KRFileSys fs, KRPathName path) {
     const std::string png = PngOf(RenderPage(doc, page, dpi).get());
-    AtomicFile file(UnixPathOf(fs, path), lex::openFacts(docLex(doc)).rights);
+    AtomicFile file(UnixPathOf(fs, path), lex::FactsOf(DocLex(doc)).rights);
     file.write(png.data(), png.size());
     file.commit();
 }

@@ -31,7 +31,7 @@ LexObj NormalAppearance(LexObj annot);
 bool AnnotIsShown(LexObj annot);
 
 /**
- * Draws an appearance fitted into `rect` (device units of `context`), turned with a page of rotation `pageRotate`.
+ * Draws an appearance fitted into `rect` (device units of `context`), turned with a page of rotation `PageRotate`.
  * Nothing when there is nothing to draw.
  */
 void DrawAppearance(cairo_t *context, LexObj stream, LexObj optionalContent, const DeviceRect &rect, int pageRotate);

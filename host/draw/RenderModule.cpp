@@ -19,7 +19,7 @@ struct OpenPage {
     std::unique_ptr<PopplerPage, ObjectUnref> page;
 };
 
-void *Open(const char *bytes, std::size_t length, double *width, double *height) {
+void *openPage(const char *bytes, std::size_t length, double *width, double *height) {
     auto open = std::make_unique<OpenPage>();
     GBytes *data = g_bytes_new_static(bytes, length);
     GError *error = nullptr;
@@ -33,15 +33,15 @@ void *Open(const char *bytes, std::size_t length, double *width, double *height)
     return open.release();
 }
 
-void Render(void *page, cairo_t *context) {
+void renderPage(void *page, cairo_t *context) {
     poppler_page_render(static_cast<OpenPage *>(page)->page.get(), context);
 }
 
-void Close(void *page) {
+void closePage(void *page) {
     delete static_cast<OpenPage *>(page);
 }
 
-constexpr PageRenderer s_renderer{&Open, &Render, &Close};
+constexpr PageRenderer s_renderer{&openPage, &renderPage, &closePage};
 
 } // namespace
 

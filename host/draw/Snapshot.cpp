@@ -32,20 +32,20 @@ namespace jackdaw {
 
 namespace {
 
-constexpr int catalogNumber = 1;
-constexpr int treeNumber = 2;
-constexpr int pageNumberInFile = 3;
-constexpr int contentNumber = 4;
-constexpr int firstCopy = 5;
-constexpr std::size_t maxCopies = 200'000;
-constexpr int maxNesting = 500;
+constexpr int s_catalogNumber = 1;
+constexpr int s_treeNumber = 2;
+constexpr int s_pageNumberInFile = 3;
+constexpr int s_contentNumber = 4;
+constexpr int s_firstCopy = 5;
+constexpr std::size_t s_maxCopies = 200'000;
+constexpr int s_maxNesting = 500;
 
 /** Keys that lead from an appearance into the rest of the document and do not show. */
 const std::set<std::string> &unseenKeys() {
-    static const std::set<std::string> keys{"/Length",       "/Parent",   "/StructParent", "/StructParents",
-                                            "/PieceInfo",    "/Metadata", "/AF",           "/F",
-                                            "/LastModified", "/OPI"};
-    return keys;
+    static const std::set<std::string> s_keys{"/Length",       "/Parent",   "/StructParent", "/StructParents",
+                                              "/PieceInfo",    "/Metadata", "/AF",           "/F",
+                                              "/LastModified", "/OPI"};
+    return s_keys;
 }
 
 bool leadsIntoDocument(QPDFObjectHandle h) {
@@ -58,7 +58,7 @@ bool leadsIntoDocument(QPDFObjectHandle h) {
 
 class SnapshotWriter {
 public:
-    explicit SnapshotWriter(SnapshotForm form) : form_(form), out_("%PDF-1.7\n"), offsets_(firstCopy, 0) {}
+    explicit SnapshotWriter(SnapshotForm form) : form_(form), out_("%PDF-1.7\n"), offsets_(s_firstCopy, 0) {}
 
     void begin(int number) {
         offsets_[number] = out_.size();
@@ -116,11 +116,11 @@ private:
 
     void put(const QPDFObjectHandle &h, int depth) {
         const bool known = h.isIndirect() && numbers_.count(h.getObjGen()) > 0;
-        if (depth > maxNesting || (!known && leadsIntoDocument(h)))
+        if (depth > s_maxNesting || (!known && leadsIntoDocument(h)))
             out_ += "null";
         else if (!h.isIndirect())
             putDirect(h, depth);
-        else if (known || numbers_.size() < maxCopies)
+        else if (known || numbers_.size() < s_maxCopies)
             reference(numberOf(h));
         else
             out_ += "null";
@@ -216,17 +216,17 @@ std::string box(double left, double bottom, double right, double top) {
 }
 
 QPDFObjectHandle handleOf(LexObj obj) {
-    return lex::libraryHandle(obj);
+    return lex::LibraryHandle(obj);
 }
 
 void writeCatalog(SnapshotWriter &w, LexDoc doc) {
-    w.begin(catalogNumber);
+    w.begin(s_catalogNumber);
     w.text("<< /Type /Catalog /Pages 2 0 R");
-    const LexObj layers = lex::dictGet(lex::rootOf(doc), AtomFromText("OCProperties"));
-    if (lex::typeOf(layers) == LexDict) w.entry("/OCProperties", handleOf(layers));
+    const LexObj layers = lex::DictGet(lex::RootOf(doc), AtomFromText("OCProperties"));
+    if (lex::IsDict(layers)) w.entry("/OCProperties", handleOf(layers));
     w.text(" >>");
     w.end();
-    w.begin(treeNumber);
+    w.begin(s_treeNumber);
     w.text("<< /Type /Pages /Kids [3 0 R] /Count 1 >>");
     w.end();
 }
@@ -276,37 +276,36 @@ std::optional<Box> transformedBox(QPDFObjectHandle dict) {
 } // namespace
 
 std::string PageSnapshot(DMPage page, SnapshotForm form) {
-    const LexObj dict = pageLex(page);
-    const KRFixedRect crop = pageCropBox(page);
+    const LexObj dict = PageLex(page);
+    const KRFixedRect crop = PageCropBox(page);
     SnapshotWriter w(form);
-    writeCatalog(w, docLex(pageDoc(page)));
-    w.begin(pageNumberInFile);
+    writeCatalog(w, DocLex(PageDoc(page)));
+    w.begin(s_pageNumberInFile);
     w.text("<< /Type /Page /Parent 2 0 R /MediaBox ");
     w.text(box(crop.left / 65536.0, crop.bottom / 65536.0, crop.right / 65536.0, crop.top / 65536.0));
-    w.text(" /Rotate " + std::to_string(pageRotate(page)));
+    w.text(" /Rotate " + std::to_string(PageRotate(page)));
     // Of another type the library would refuse the page for it, and with it the annotations.
-    const LexObj resources = inheritedValue(dict, AtomFromText("Resources"));
-    if (lex::typeOf(resources) == LexDict) w.entry("/Resources", handleOf(resources));
-    const LexObj contents = lex::dictGet(dict, AtomFromText("Contents"));
-    if (lex::typeOf(contents) == LexStream || lex::typeOf(contents) == LexArray)
-        w.entry("/Contents", handleOf(contents));
-    const LexObj group = lex::dictGet(dict, AtomFromText("Group"));
-    if (lex::typeOf(group) == LexDict) w.entry("/Group", handleOf(group));
+    const LexObj resources = InheritedPageValue(dict, AtomFromText("Resources"));
+    if (lex::IsDict(resources)) w.entry("/Resources", handleOf(resources));
+    const LexObj contents = lex::DictGet(dict, AtomFromText("Contents"));
+    if (lex::IsStream(contents) || lex::IsArray(contents)) w.entry("/Contents", handleOf(contents));
+    const LexObj group = lex::DictGet(dict, AtomFromText("Group"));
+    if (lex::IsDict(group)) w.entry("/Group", handleOf(group));
     w.text(" >>");
     w.end();
     return w.finish();
 }
 
 std::string AppearanceSnapshot(LexObj stream, LexObj optionalContent, SnapshotForm form) {
-    if (lex::typeOf(stream) != LexStream) return {};
+    if (!lex::IsStream(stream)) return {};
     QPDFObjectHandle appearance = handleOf(stream);
     const std::optional<Box> b = transformedBox(appearance.getDict());
     if (!b) return {};
-    const bool layered = lex::typeOf(optionalContent) == LexDict;
+    const bool layered = lex::IsDict(optionalContent);
     const std::string content = layered ? "/OC /Layer BDC /X Do EMC" : "/X Do";
     SnapshotWriter w(form);
-    writeCatalog(w, lex::docOf(stream));
-    w.begin(pageNumberInFile);
+    writeCatalog(w, lex::DocOf(stream));
+    w.begin(s_pageNumberInFile);
     const double width = b->right - b->left;
     const double height = b->top - b->bottom;
     w.text("<< /Type /Page /Parent 2 0 R /MediaBox " +
@@ -321,7 +320,7 @@ std::string AppearanceSnapshot(LexObj stream, LexObj optionalContent, SnapshotFo
     }
     w.text(" >> >>");
     w.end();
-    w.begin(contentNumber);
+    w.begin(s_contentNumber);
     w.text("<< /Length " + std::to_string(content.size()) + " >>\nstream\n" + content + "\nendstream");
     w.end();
     return w.finish();

@@ -49,8 +49,8 @@ std::vector<RegisteredError> &registered() {
     return s_registered;
 }
 
-constexpr std::uint32_t NumberMask = 0x0FFFFFFF;
-constexpr int SeverityShift = 28;
+constexpr std::uint32_t s_numberMask = 0x0FFFFFFF;
+constexpr int s_severityShift = 28;
 
 } // namespace
 
@@ -58,7 +58,7 @@ std::string ErrorText(KRErrorCode code) {
     for (const CodeText &known : s_texts) {
         if (known.code == code) return known.text;
     }
-    const std::uint32_t number = static_cast<std::uint32_t>(code) & NumberMask;
+    const std::uint32_t number = static_cast<std::uint32_t>(code) & s_numberMask;
     const std::uint32_t index = number - static_cast<std::uint32_t>(KRErrRegisteredBase) - 1;
     if (index < registered().size() && registered()[index].code == code) return registered()[index].text;
     char text[32];
@@ -71,7 +71,7 @@ KRErrorCode RegisterErrorText(int severity, const char *text) {
         throw HostError{KRErrBadParam, "A registered error needs a severity of 0 to 15 and a text."};
     const std::uint32_t number =
         static_cast<std::uint32_t>(KRErrRegisteredBase) + static_cast<std::uint32_t>(registered().size()) + 1;
-    const std::uint32_t code = static_cast<std::uint32_t>(severity) << SeverityShift | (number & NumberMask);
+    const std::uint32_t code = static_cast<std::uint32_t>(severity) << s_severityShift | (number & s_numberMask);
     registered().push_back({static_cast<KRErrorCode>(code), text});
     return registered().back().code;
 }

@@ -10,8 +10,8 @@ namespace jackdaw {
 
 namespace {
 
-constexpr std::int64_t Half = 0x8000;
-constexpr int FractionDigits = 16;
+constexpr std::int64_t s_half = 0x8000;
+constexpr int s_fractionDigits = 16;
 
 /** Magnitude as unsigned, since the least number has none among the signed. */
 std::uint64_t magnitude(std::int64_t value) {
@@ -21,11 +21,11 @@ std::uint64_t magnitude(std::int64_t value) {
 /** Product in 16.16, rounded away from zero at a half, of up to 47 bits. */
 std::int64_t wideMul(std::int64_t a, std::int64_t b) {
     const std::int64_t product = a * b;
-    return product < 0 ? -((-product + Half) >> 16) : (product + Half) >> 16;
+    return product < 0 ? -((-product + s_half) >> 16) : (product + s_half) >> 16;
 }
 
 /** All sixteen decimals of a fraction of 16 bits. */
-void writeDecimals(std::uint32_t fraction, char (&digits)[FractionDigits]) {
+void writeDecimals(std::uint32_t fraction, char (&digits)[s_fractionDigits]) {
     for (char &digit : digits) {
         fraction *= 10;
         digit = static_cast<char>('0' + (fraction >> 16));
@@ -94,11 +94,11 @@ KRFixed FixedDiv(KRFixed a, KRFixed b) {
 
 std::string FixedToText(KRFixed value, int precision) {
     const auto size = static_cast<std::uint32_t>(magnitude(value));
-    char digits[FractionDigits];
+    char digits[s_fractionDigits];
     writeDecimals(size & 0xFFFF, digits);
-    int count = std::clamp(precision, 0, FractionDigits);
+    int count = std::clamp(precision, 0, s_fractionDigits);
     std::uint32_t whole = size >> 16;
-    if (count < FractionDigits && digits[count] >= '5' && roundUp(digits, count)) ++whole;
+    if (count < s_fractionDigits && digits[count] >= '5' && roundUp(digits, count)) ++whole;
     while (count > 0 && digits[count - 1] == '0') --count;
     std::string text = std::to_string(whole);
     if (count > 0) text.append(1, '.').append(digits, static_cast<std::size_t>(count));

@@ -56,7 +56,7 @@ std::string emptySlotsOf(const HostTable &table) {
     return slots.empty() ? slots : titleOf(table) + slots + "; ";
 }
 
-constexpr std::uint32_t MajorMask = 0xFFFF0000;
+constexpr std::uint32_t s_majorMask = 0xFFFF0000;
 
 } // namespace
 
@@ -103,7 +103,7 @@ KRHFT FindTable(KRAtom name, std::uint32_t version) {
     const HostTable *const table = tableNamed(name);
     if (!table) return TableOfServer(name, version);
     const bool serves =
-        table->started && version <= table->version && (version & MajorMask) == (table->version & MajorMask);
+        table->started && version <= table->version && (version & s_majorMask) == (table->version & s_majorMask);
     return serves ? table->slots : nullptr;
 }
 

@@ -7,6 +7,6 @@
 namespace jackdaw::lex {
 
 /** Entries as slot LexObjEnum hands them out: key object and value, or element and null. */
-std::vector<std::pair<LexObj, LexObj>> entriesForWalk(LexObj obj);
+std::vector<std::pair<LexObj, LexObj>> EntriesForWalk(LexObj obj);
 
 } // namespace jackdaw::lex

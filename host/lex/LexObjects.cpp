@@ -22,7 +22,7 @@ constexpr int s_fixedDecimals = 5;
 /** A node for a fresh object of the library's. */
 LexObj adopt(LexDocRec &doc, bool indirect, QPDFObjectHandle h) {
     if (indirect) h = doc.pdf->makeIndirectObject(h);
-    return referenceTo(nodeForHandle(doc, h));
+    return ReferenceTo(NodeForHandle(doc, h));
 }
 
 template <class Number>
@@ -46,59 +46,59 @@ KRFixed fixedOfReal(QPDFObjectHandle &h) {
 
 } // namespace
 
-LexType typeOf(LexObj obj) {
-    const Node *node = nodeOf(obj);
+LexType TypeOf(LexObj obj) {
+    const Node *node = NodeOf(obj);
     return node ? static_cast<LexType>(node->type) : LexNull;
 }
 
-bool isIndirect(LexObj obj) {
-    return objectNumber(obj) != 0;
+bool IsIndirect(LexObj obj) {
+    return ObjectNumber(obj) != 0;
 }
 
-int objectNumber(LexObj obj) {
-    const Node *node = nodeOf(obj);
+int ObjectNumber(LexObj obj) {
+    const Node *node = NodeOf(obj);
     return node ? node->number : 0;
 }
 
-LexDoc docOf(LexObj obj) {
-    const Node *node = nodeOf(obj);
+LexDoc DocOf(LexObj obj) {
+    const Node *node = NodeOf(obj);
     return node ? node->doc : nullptr;
 }
 
-LexObj newInteger(LexDoc doc, bool indirect, std::int64_t value) {
-    return adopt(openRecord(doc), indirect, QPDFObjectHandle::newInteger(value));
+LexObj NewInteger(LexDoc doc, bool indirect, std::int64_t value) {
+    return adopt(OpenRecord(doc), indirect, QPDFObjectHandle::newInteger(value));
 }
 
-LexObj newFixed(LexDoc doc, bool indirect, KRFixed value) {
-    return adopt(openRecord(doc), indirect, QPDFObjectHandle::newReal(FixedToText(value, s_fixedDecimals)));
+LexObj NewFixed(LexDoc doc, bool indirect, KRFixed value) {
+    return adopt(OpenRecord(doc), indirect, QPDFObjectHandle::newReal(FixedToText(value, s_fixedDecimals)));
 }
 
-LexObj newBoolean(LexDoc doc, bool indirect, bool value) {
-    return adopt(openRecord(doc), indirect, QPDFObjectHandle::newBool(value));
+LexObj NewBoolean(LexDoc doc, bool indirect, bool value) {
+    return adopt(OpenRecord(doc), indirect, QPDFObjectHandle::newBool(value));
 }
 
-LexObj newName(LexDoc doc, bool indirect, KRAtom value) {
+LexObj NewName(LexDoc doc, bool indirect, KRAtom value) {
     if (value == KRAtomNull) throw HostError{KRErrBadParam};
-    return adopt(openRecord(doc), indirect, QPDFObjectHandle::newName(AtomKey(value)));
+    return adopt(OpenRecord(doc), indirect, QPDFObjectHandle::newName(AtomKey(value)));
 }
 
-LexObj newString(LexDoc doc, bool indirect, std::string_view bytes) {
-    return adopt(openRecord(doc), indirect, QPDFObjectHandle::newString(std::string(bytes)));
+LexObj NewString(LexDoc doc, bool indirect, std::string_view bytes) {
+    return adopt(OpenRecord(doc), indirect, QPDFObjectHandle::newString(std::string(bytes)));
 }
 
-LexObj newArray(LexDoc doc, bool indirect) {
-    return adopt(openRecord(doc), indirect, QPDFObjectHandle::newArray());
+LexObj NewArray(LexDoc doc, bool indirect) {
+    return adopt(OpenRecord(doc), indirect, QPDFObjectHandle::newArray());
 }
 
-LexObj newDict(LexDoc doc, bool indirect) {
-    return adopt(openRecord(doc), indirect, QPDFObjectHandle::newDictionary());
+LexObj NewDict(LexDoc doc, bool indirect) {
+    return adopt(OpenRecord(doc), indirect, QPDFObjectHandle::newDictionary());
 }
 
-LexObj copyScalar(LexDoc doc, LexObj scalar) {
-    Node *node = nodeOf(scalar);
+LexObj CopyScalar(LexDoc doc, LexObj scalar) {
+    Node *node = NodeOf(scalar);
     if (!node || node->isContainer()) throw HostError{KRErrBadParam};
     QPDFObjectHandle &h = node->h;
-    LexDocRec &record = openRecord(doc);
+    LexDocRec &record = OpenRecord(doc);
     switch (static_cast<LexType>(node->type)) {
     case LexInteger:
         return adopt(record, /*indirect*/ false, QPDFObjectHandle::newInteger(h.getIntValue()));
@@ -113,97 +113,97 @@ LexObj copyScalar(LexDoc doc, LexObj scalar) {
     }
 }
 
-void destroy(LexObj obj) {
-    Node *node = nodeOf(obj);
+void DestroyObj(LexObj obj) {
+    Node *node = NodeOf(obj);
     if (!node || node->flags & NodeIsTrailer) return;
     LexDocRec &doc = *node->doc;
     if (node->isDirect()) {
         if (!node->isContainer() || static_cast<Container *>(node)->up) return;
-        bury(*node);
+        Bury(*node);
         return;
     }
     doc.pdf->replaceObject(node->h.getObjGen(), QPDFObjectHandle::newNull());
-    bury(*node);
-    changed(*doc.trailer);
+    Bury(*node);
+    NoteChange(*doc.trailer);
 }
 
-std::int32_t integerValue(LexObj obj) {
-    return clampTo<std::int32_t>(nodeOfType(obj, LexInteger).h.getIntValue());
+std::int32_t IntegerValue(LexObj obj) {
+    return clampTo<std::int32_t>(NodeOfType(obj, LexInteger).h.getIntValue());
 }
 
-KRFixed fixedValue(LexObj obj) {
-    return fixedOfReal(nodeOfType(obj, LexFixed).h);
+KRFixed FixedValue(LexObj obj) {
+    return fixedOfReal(NodeOfType(obj, LexFixed).h);
 }
 
-KRFixed numberOr(LexObj obj, KRFixed otherwise) {
-    const LexType type = typeOf(obj);
-    if (type == LexFixed) return fixedValue(obj);
-    return type == LexInteger ? SaturateFixed(std::int64_t{integerValue(obj)} * KRFixedOne) : otherwise;
+KRFixed NumberOr(LexObj obj, KRFixed otherwise) {
+    const LexType type = TypeOf(obj);
+    if (type == LexFixed) return FixedValue(obj);
+    return type == LexInteger ? SaturateFixed(std::int64_t{IntegerValue(obj)} * KRFixedOne) : otherwise;
 }
 
-std::int32_t integerOr(LexObj obj, std::int32_t otherwise) {
-    return typeOf(obj) == LexInteger ? integerValue(obj) : otherwise;
+std::int32_t IntegerOr(LexObj obj, std::int32_t otherwise) {
+    return TypeOf(obj) == LexInteger ? IntegerValue(obj) : otherwise;
 }
 
-bool booleanValue(LexObj obj) {
-    return nodeOfType(obj, LexBoolean).h.getBoolValue();
+bool BooleanValue(LexObj obj) {
+    return NodeOfType(obj, LexBoolean).h.getBoolValue();
 }
 
-KRAtom nameValue(LexObj obj) {
-    Node &node = nodeOfType(obj, LexName);
+KRAtom NameValue(LexObj obj) {
+    Node &node = NodeOfType(obj, LexName);
     if (node.atomOrHeight == KRAtomNull) node.atomOrHeight = AtomFromKey(node.h.getName().c_str());
     return node.atomOrHeight;
 }
 
-KRAtom nameOrNone(LexObj obj) {
-    return typeOf(obj) == LexName ? nameValue(obj) : KRAtomNull;
+KRAtom NameOrNone(LexObj obj) {
+    return IsName(obj) ? NameValue(obj) : KRAtomNull;
 }
 
-const std::string &stringValue(LexObj obj) {
-    auto &node = static_cast<StringNode &>(nodeOfType(obj, LexString));
+const std::string &StringValue(LexObj obj) {
+    auto &node = static_cast<StringNode &>(NodeOfType(obj, LexString));
     if (!(node.flags & NodeHasBytes)) node.bytes = node.h.getStringValue();
     node.flags |= NodeHasBytes;
     return node.bytes;
 }
 
-void setClient(LexDoc doc, void *client) {
-    openRecord(doc).client = client;
+void SetClient(LexDoc doc, void *client) {
+    OpenRecord(doc).client = client;
 }
 
-void *client(LexDoc doc) {
-    return openRecord(doc).client;
+void *ClientOf(LexDoc doc) {
+    return OpenRecord(doc).client;
 }
 
-void setChangeObserver(LexDoc doc, std::function<void()> observer) {
-    openRecord(doc).onChange = std::move(observer);
+void SetChangeObserver(LexDoc doc, std::function<void()> observer) {
+    OpenRecord(doc).onChange = std::move(observer);
 }
 
-std::uint64_t changeStamp(LexDoc doc) {
-    return openRecord(doc).stamp;
+std::uint64_t ChangeStamp(LexDoc doc) {
+    return OpenRecord(doc).stamp;
 }
 
-LexObj ensureIndirect(LexObj obj) {
-    Node *node = nodeOf(obj);
+LexObj EnsureIndirect(LexObj obj) {
+    Node *node = NodeOf(obj);
     if (!node || !node->isContainer()) throw HostError{KRErrBadParam};
-    makeIndirect(static_cast<Container &>(*node));
+    MakeIndirect(static_cast<Container &>(*node));
     return obj;
 }
 
-QPDF &libraryDoc(LexDoc doc) {
-    return *openRecord(doc).pdf;
+QPDF &LibraryDoc(LexDoc doc) {
+    return *OpenRecord(doc).pdf;
 }
 
-QPDFObjectHandle libraryHandle(LexObj obj) {
-    const Node *node = nodeOf(obj);
+QPDFObjectHandle LibraryHandle(LexObj obj) {
+    const Node *node = NodeOf(obj);
     return node ? node->h : QPDFObjectHandle::newNull();
 }
 
-LexObj rootOf(LexDoc doc) {
-    return referenceTo(openRecord(doc).root);
+LexObj RootOf(LexDoc doc) {
+    return ReferenceTo(OpenRecord(doc).root);
 }
 
-LexObj trailerOf(LexDoc doc) {
-    return referenceTo(openRecord(doc).trailer);
+LexObj TrailerOf(LexDoc doc) {
+    return ReferenceTo(OpenRecord(doc).trailer);
 }
 
 } // namespace jackdaw::lex

@@ -121,19 +121,19 @@ std::string encodeBy(QPDFObjectHandle dict, std::string_view data) {
 
 /** The dictionary for a new stream: the caller's own node when it is loose and direct, else a copy. */
 Container &streamDictionary(LexDocRec &doc, LexObj attributes) {
-    if (isNull(attributes)) return static_cast<Container &>(*nodeForHandle(doc, QPDFObjectHandle::newDictionary()));
-    Container &node = containerOfType(attributes, LexDict);
+    if (IsNull(attributes)) return static_cast<Container &>(*NodeForHandle(doc, QPDFObjectHandle::newDictionary()));
+    Container &node = ContainerOfType(attributes, LexDict);
     if (node.doc != &doc) throw HostError{KRErrBadParam};
     const bool loose = node.isDirect() && !node.up && !(node.flags & NodeIsTrailer);
-    return loose ? node : static_cast<Container &>(*nodeForHandle(doc, node.h.shallowCopy()));
+    return loose ? node : static_cast<Container &>(*NodeForHandle(doc, node.h.shallowCopy()));
 }
 
 void forgetDataKeys(Container &dict) {
-    for (const char *key : {"Filter", "DecodeParms", "Length"}) forgetKey(dict, AtomFromText(key));
+    for (const char *key : {"Filter", "DecodeParms", "Length"}) ForgetKey(dict, AtomFromText(key));
 }
 
 Container &streamNode(LexObj stream) {
-    return containerOfType(stream, LexStream);
+    return ContainerOfType(stream, LexStream);
 }
 
 [[noreturn]] void throwBadStream(const Node &stream, const std::string &why) {
@@ -158,44 +158,44 @@ void readData(const Node &stream, Read read) {
 
 } // namespace
 
-LexObj newStream(LexDoc doc, std::string_view bytes, bool encode, LexObj attributes, LexObj encodeParms) {
-    LexDocRec &record = openRecord(doc);
+LexObj NewStream(LexDoc doc, std::string_view bytes, bool encode, LexObj attributes, LexObj encodeParms) {
+    LexDocRec &record = OpenRecord(doc);
     Container &dict = streamDictionary(record, attributes);
-    if (!isNull(encodeParms) && !encode) dictPut(referenceTo(&dict), AtomFromText("DecodeParms"), encodeParms);
+    if (!IsNull(encodeParms) && !encode) DictPut(ReferenceTo(&dict), AtomFromText("DecodeParms"), encodeParms);
     const std::string encoded = encode ? encodeBy(dict.h, bytes) : std::string();
     QPDFObjectHandle stream = record.pdf->newStream();
     stream.replaceDict(dict.h);
     // Handles without an object: the filters stay as the dictionary has them.
     stream.replaceStreamData(encode ? encoded : std::string(bytes), QPDFObjectHandle(), QPDFObjectHandle());
     forgetDataKeys(dict);
-    auto &node = static_cast<Container &>(*nodeForHandle(record, stream));
+    auto &node = static_cast<Container &>(*NodeForHandle(record, stream));
     node.memo.push_back({&dict, KRAtomNull});
-    link(node, &dict);
+    LinkChild(node, &dict);
     // The length is one of the shared numbers from the start.
-    childByKey(dict, AtomFromText("Length"));
-    return referenceTo(&node);
+    ChildByKey(dict, AtomFromText("Length"));
+    return ReferenceTo(&node);
 }
 
-LexObj newStreamFrom(LexDoc doc, KRStm source, std::int32_t start, bool encode, LexObj attributes, LexObj encodeParms,
+LexObj NewStreamFrom(LexDoc doc, KRStm source, std::int32_t start, bool encode, LexObj attributes, LexObj encodeParms,
                      std::int32_t length) {
-    openRecord(doc);
+    OpenRecord(doc);
     if (!source) throw HostError{KRErrBadParam};
     const std::string bytes = DrainStream(source, std::max(start, 0), std::max(length, -1), limits().newStreamBytes);
-    return newStream(doc, bytes, encode, attributes, encodeParms);
+    return NewStream(doc, bytes, encode, attributes, encodeParms);
 }
 
-LexObj streamDict(LexObj stream) {
-    return referenceTo(&dictionaryOfStream(streamNode(stream)));
+LexObj StreamDict(LexObj stream) {
+    return ReferenceTo(&DictionaryOfStream(streamNode(stream)));
 }
 
-std::int32_t streamLength(LexObj stream) {
+std::int32_t StreamLength(LexObj stream) {
     Container &node = streamNode(stream);
     std::size_t length = 0;
     readData(node, [&] { length = node.h.getRawStreamData()->getSize(); });
     return static_cast<std::int32_t>(std::min<std::size_t>(length, std::numeric_limits<std::int32_t>::max()));
 }
 
-std::string rawData(LexObj stream) {
+std::string RawData(LexObj stream) {
     Container &node = streamNode(stream);
     std::string bytes;
     readData(node, [&] {
@@ -205,7 +205,7 @@ std::string rawData(LexObj stream) {
     return bytes;
 }
 
-std::string decodedData(LexObj stream) {
+std::string DecodedData(LexObj stream) {
     Container &node = streamNode(stream);
     std::string bytes;
     StringSink sink(bytes, limits().decodedStreamBytes);
@@ -220,9 +220,9 @@ std::string decodedData(LexObj stream) {
     return bytes;
 }
 
-KRStm openData(LexObj stream, LexStreamMode mode) {
-    if (mode == LexStreamRaw) return OpenOwnedStream(rawData(stream));
-    if (mode == LexStreamDecoded) return OpenOwnedStream(decodedData(stream));
+KRStm OpenData(LexObj stream, LexStreamMode mode) {
+    if (mode == LexStreamRaw) return OpenOwnedStream(RawData(stream));
+    if (mode == LexStreamDecoded) return OpenOwnedStream(DecodedData(stream));
     throw HostError{KRErrBadParam};
 }
 

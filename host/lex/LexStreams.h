@@ -16,20 +16,20 @@ namespace jackdaw::lex {
  * loose direct dictionary `attributes` becomes the stream's own; one that is held or indirect is copied, without what
  * it refers to.
  */
-LexObj newStream(LexDoc doc, std::string_view bytes, bool encode, LexObj attributes, LexObj encodeParms);
+LexObj NewStream(LexDoc doc, std::string_view bytes, bool encode, LexObj attributes, LexObj encodeParms);
 
 /** Slot LexNewStream: drains `source` before it returns. */
-LexObj newStreamFrom(LexDoc doc, KRStm source, std::int32_t start, bool encode, LexObj attributes, LexObj encodeParms,
+LexObj NewStreamFrom(LexDoc doc, KRStm source, std::int32_t start, bool encode, LexObj attributes, LexObj encodeParms,
                      std::int32_t length);
 
-LexObj streamDict(LexObj stream);
+LexObj StreamDict(LexObj stream);
 /** Bytes of the raw data, whatever `Length` says; clamped to 31 bits. */
-std::int32_t streamLength(LexObj stream);
+std::int32_t StreamLength(LexObj stream);
 /** Decrypted, still encoded. Throws HostError{KRErrBadStream} when the file cannot give it. */
-std::string rawData(LexObj stream);
+std::string RawData(LexObj stream);
 /** Throws HostError{KRErrBadStream} when it cannot be decoded or passes limits().decodedStreamBytes. */
-std::string decodedData(LexObj stream);
+std::string DecodedData(LexObj stream);
 /** A byte stream over either; the caller closes it. */
-KRStm openData(LexObj stream, LexStreamMode mode);
+KRStm OpenData(LexObj stream, LexStreamMode mode);
 
 } // namespace jackdaw::lex

@@ -46,7 +46,7 @@ bool translateLibrary(KRErrorCode &code, std::string &what) {
 }
 
 bool enumEntries(LexObj obj, LexEnumProc proc, void *clientData) {
-    const auto entries = lex::entriesForWalk(obj);
+    const auto entries = lex::EntriesForWalk(obj);
     bool wholly = true;
     ThrowIf(HostProtect([&] {
         for (std::size_t i = 0; i < entries.size() && wholly; ++i)
@@ -61,86 +61,86 @@ LexObj newNull() {
 
 LexObj newString(LexDoc doc, KRBool indirect, const char *bytes, std::int32_t length) {
     if (length < 0 || (!bytes && length > 0)) throw HostError{KRErrBadParam};
-    return lex::newString(doc, indirect, std::string_view(bytes, static_cast<std::size_t>(length)));
+    return lex::NewString(doc, indirect, std::string_view(bytes, static_cast<std::size_t>(length)));
 }
 
 LexObj newArray(LexDoc doc, KRBool indirect, std::int32_t) {
-    return lex::newArray(doc, indirect);
+    return lex::NewArray(doc, indirect);
 }
 
 LexObj newDict(LexDoc doc, KRBool indirect, std::int32_t) {
-    return lex::newDict(doc, indirect);
+    return lex::NewDict(doc, indirect);
 }
 
 LexObj newStream(LexDoc doc, KRBool, KRStm source, std::int32_t start, KRBool encode, LexObj attributes,
                  LexObj encodeParms, std::int32_t length) {
-    return lex::newStreamFrom(doc, source, start, encode, attributes, encodeParms, length);
+    return lex::NewStreamFrom(doc, source, start, encode, attributes, encodeParms, length);
 }
 
 const char *stringBytes(LexObj obj, std::int32_t *length) {
-    const std::string &bytes = lex::stringValue(obj);
+    const std::string &bytes = lex::StringValue(obj);
     if (length) *length = static_cast<std::int32_t>(bytes.size());
     return bytes.c_str();
 }
 
 KRStm openData(LexObj stream, std::int32_t mode) {
-    return lex::openData(stream, static_cast<LexStreamMode>(mode));
+    return lex::OpenData(stream, static_cast<LexStreamMode>(mode));
 }
 
 void closeDoc(LexDoc doc) {
     // A PDF belongs to the document model, which closes it.
-    if (!lex::isFdf(doc)) throw HostError{KRErrBadParam};
-    lex::closeDoc(doc);
+    if (!lex::IsFdf(doc)) throw HostError{KRErrBadParam};
+    lex::CloseStore(doc);
 }
 
 // Filling, in the order of the slots.
 
 void fillObjects() {
-    Bind<&lex::same>(LexObjEqual);
-    Bind<&lex::typeOf>(LexObjGetType);
-    Bind<&lex::isIndirect>(LexObjIsIndirect);
+    Bind<&lex::Same>(LexObjEqual);
+    Bind<&lex::TypeOf>(LexObjGetType);
+    Bind<&lex::IsIndirect>(LexObjIsIndirect);
     Bind<&enumEntries>(LexObjEnum);
-    Bind<&lex::docOf>(LexObjGetDoc);
+    Bind<&lex::DocOf>(LexObjGetDoc);
     Bind<&newNull>(LexNewNull);
-    Bind<&lex::newInteger>(LexNewInteger);
-    Bind<&lex::newFixed>(LexNewFixed);
-    Bind<&lex::newBoolean>(LexNewBoolean);
-    Bind<&lex::newName>(LexNewName);
+    Bind<&lex::NewInteger>(LexNewInteger);
+    Bind<&lex::NewFixed>(LexNewFixed);
+    Bind<&lex::NewBoolean>(LexNewBoolean);
+    Bind<&lex::NewName>(LexNewName);
     Bind<&newString>(LexNewString);
     Bind<&newArray>(LexNewArray);
     Bind<&newDict>(LexNewDict);
     Bind<&newStream>(LexNewStream);
-    Bind<&lex::destroy>(LexObjDestroy);
-    Bind<&lex::integerValue>(LexIntegerValue);
-    Bind<&lex::fixedValue>(LexFixedValue);
-    Bind<&lex::booleanValue>(LexBooleanValue);
-    Bind<&lex::nameValue>(LexNameValue);
+    Bind<&lex::DestroyObj>(LexObjDestroy);
+    Bind<&lex::IntegerValue>(LexIntegerValue);
+    Bind<&lex::FixedValue>(LexFixedValue);
+    Bind<&lex::BooleanValue>(LexBooleanValue);
+    Bind<&lex::NameValue>(LexNameValue);
     Bind<&stringBytes>(LexStringValue);
-    Bind<&lex::objectNumber>(LexObjGetID);
+    Bind<&lex::ObjectNumber>(LexObjGetID);
 }
 
 void fillContainers() {
-    Bind<&lex::dictGet>(LexDictGet);
-    Bind<&lex::dictPut>(LexDictPut);
-    Bind<&lex::dictRemove>(LexDictRemove);
-    Bind<&lex::dictKnown>(LexDictKnown);
-    Bind<&lex::arrayGet>(LexArrayGet);
-    Bind<&lex::arrayPut>(LexArrayPut);
-    Bind<&lex::arrayInsert>(LexArrayInsert);
-    Bind<&lex::arrayRemove>(LexArrayRemove);
-    Bind<&lex::arrayLength>(LexArrayLength);
+    Bind<&lex::DictGet>(LexDictGet);
+    Bind<&lex::DictPut>(LexDictPut);
+    Bind<&lex::DictRemove>(LexDictRemove);
+    Bind<&lex::DictKnown>(LexDictKnown);
+    Bind<&lex::ArrayGet>(LexArrayGet);
+    Bind<&lex::ArrayPut>(LexArrayPut);
+    Bind<&lex::ArrayInsert>(LexArrayInsert);
+    Bind<&lex::ArrayRemove>(LexArrayRemove);
+    Bind<&lex::ArrayLength>(LexArrayLength);
 }
 
 void fillStreamsAndDocs() {
-    Bind<&lex::streamLength>(LexStreamLength);
-    Bind<&lex::streamDict>(LexStreamDict);
+    Bind<&lex::StreamLength>(LexStreamLength);
+    Bind<&lex::StreamDict>(LexStreamDict);
     Bind<&openData>(LexStreamOpenStm);
-    Bind<&lex::rootOf>(LexDocGetRoot);
-    Bind<&lex::openFdf>(LexDocOpen);
+    Bind<&lex::RootOf>(LexDocGetRoot);
+    Bind<&lex::OpenFdf>(LexDocOpen);
     Bind<&closeDoc>(LexDocClose);
-    Bind<&lex::createFdf>(LexDocCreate);
-    Bind<&lex::saveFdf>(LexDocSaveToFile);
-    Bind<&lex::trailerOf>(LexDocGetTrailer);
+    Bind<&lex::CreateFdf>(LexDocCreate);
+    Bind<&lex::SaveFdf>(LexDocSaveToFile);
+    Bind<&lex::TrailerOf>(LexDocGetTrailer);
 }
 
 } // namespace

@@ -156,7 +156,7 @@ bool raiseHeights(Container &container, unsigned height) {
 }
 
 // Fields that a file holds directly become indirect when they are first handed out, since fields are known by their
-// references: the elements of the form's `Fields` and of any `Kids`. This marks the arrays; childAt does it.
+// references: the elements of the form's `Fields` and of any `Kids`. This marks the arrays; ChildAt does it.
 void noteRole(Container &dict, KRAtom key, Node *child) {
     if (!child || dict.doc->fdf) return;
     if (child->type == LexArray) {
@@ -164,13 +164,14 @@ void noteRole(Container &dict, KRAtom key, Node *child) {
     } else if (key == known().form && dict.flags & NodeIsCatalog && child->type == LexDict) {
         child->flags |= NodeIsForm;
         auto &form = static_cast<Container &>(*child);
-        if (const MemoEntry *fields = remembered(form, known().fields)) noteRole(form, known().fields, fields->child);
+        if (const MemoEntry *fields = RememberedKey(form, known().fields))
+            noteRole(form, known().fields, fields->child);
     }
 }
 
 } // namespace
 
-void openSlot(LexDocRec &doc) {
+void OpenSlot(LexDocRec &doc) {
     std::size_t index = 1;
     while (index < s_slots.size() && s_slots[index].doc) ++index;
     if (index == s_slots.size()) s_slots.push_back({nullptr, index});
@@ -180,7 +181,7 @@ void openSlot(LexDocRec &doc) {
     doc.slot = slot.word;
 }
 
-void closeSlot(LexDocRec &doc) {
+void CloseSlot(LexDocRec &doc) {
     for (DocSlot &slot : s_slots) {
         if (slot.doc != &doc) continue;
         slot.doc = nullptr;
@@ -188,41 +189,41 @@ void closeSlot(LexDocRec &doc) {
     }
 }
 
-bool isOpen(LexDoc doc) {
+bool IsOpenStore(LexDoc doc) {
     return doc && std::any_of(s_slots.begin(), s_slots.end(), [&](const DocSlot &slot) { return slot.doc == doc; });
 }
 
-KRWord slotOf(LexDoc doc) {
-    return isOpen(doc) ? doc->slot : 0;
+KRWord SlotOf(LexDoc doc) {
+    return IsOpenStore(doc) ? doc->slot : 0;
 }
 
-LexDocRec &openRecord(LexDoc doc) {
-    if (!isOpen(doc)) throw HostError{KRErrBadParam};
+LexDocRec &OpenRecord(LexDoc doc) {
+    if (!IsOpenStore(doc)) throw HostError{KRErrBadParam};
     return *doc;
 }
 
-Node *nodeOf(LexObj obj) {
+Node *NodeOf(LexObj obj) {
     const std::size_t index = obj.slot & 0xFFFFFFFF;
     if (index == 0 || index >= s_slots.size() || s_slots[index].word != obj.slot || !s_slots[index].doc) return nullptr;
     return alive(reinterpret_cast<Node *>(obj.node));
 }
 
-Node &nodeOfType(LexObj obj, LexType type) {
-    Node *node = nodeOf(obj);
+Node &NodeOfType(LexObj obj, LexType type) {
+    Node *node = NodeOf(obj);
     if (!node || node->type != type) throw HostError{KRErrBadParam};
     return *node;
 }
 
-Container &containerOfType(LexObj obj, LexType type) {
-    return static_cast<Container &>(nodeOfType(obj, type));
+Container &ContainerOfType(LexObj obj, LexType type) {
+    return static_cast<Container &>(NodeOfType(obj, type));
 }
 
-LexObj referenceTo(const Node *node) {
+LexObj ReferenceTo(const Node *node) {
     if (!node || node->type == LexNull) return {0, 0};
     return {reinterpret_cast<KRWord>(node), node->doc->slot};
 }
 
-Node *nodeForHandle(LexDocRec &doc, const QPDFObjectHandle &h) {
+Node *NodeForHandle(LexDocRec &doc, const QPDFObjectHandle &h) {
     const LexType type = lexTypeOf(h);
     if (type == LexNull) return nullptr;
     const bool indirect = h.isIndirect();
@@ -234,73 +235,73 @@ Node *nodeForHandle(LexDocRec &doc, const QPDFObjectHandle &h) {
     return *place = node;
 }
 
-void adoptRoot(LexDocRec &doc) {
-    Node *trailer = nodeForHandle(doc, doc.pdf->getTrailer());
+void AdoptRoot(LexDocRec &doc) {
+    Node *trailer = NodeForHandle(doc, doc.pdf->getTrailer());
     if (!trailer || trailer->type != LexDict) throw HostError{KRErrBadPDF, "the catalog is missing"};
     trailer->flags |= NodeIsTrailer;
     doc.trailer = static_cast<Container *>(trailer);
-    Node *root = childByKey(*doc.trailer, AtomFromText("Root"));
+    Node *root = ChildByKey(*doc.trailer, AtomFromText("Root"));
     if (!root || root->type != LexDict) throw HostError{KRErrBadPDF, "the catalog is missing"};
     if (!doc.fdf) root->flags |= NodeIsCatalog;
     doc.root = static_cast<Container *>(root);
 }
 
-Container &dictionaryOf(LexObj obj) {
-    Node *node = nodeOf(obj);
+Container &DictionaryOf(LexObj obj) {
+    Node *node = NodeOf(obj);
     if (!node || (node->type != LexDict && node->type != LexStream)) throw HostError{KRErrBadParam};
     auto &container = static_cast<Container &>(*node);
-    return node->type == LexDict ? container : dictionaryOfStream(container);
+    return node->type == LexDict ? container : DictionaryOfStream(container);
 }
 
-Container &dictionaryOfStream(Container &stream) {
+Container &DictionaryOfStream(Container &stream) {
     if (stream.memo.empty()) {
-        Node *dict = nodeForHandle(*stream.doc, stream.h.getDict());
+        Node *dict = NodeForHandle(*stream.doc, stream.h.getDict());
         stream.memo.push_back({dict, KRAtomNull});
-        link(stream, dict);
+        LinkChild(stream, dict);
     }
     return static_cast<Container &>(*stream.memo.front().child);
 }
 
-Node *childByKey(Container &dict, KRAtom key) {
-    if (const MemoEntry *entry = remembered(dict, key)) return alive(entry->child);
-    const std::string *text = keyText(dict, key);
+Node *ChildByKey(Container &dict, KRAtom key) {
+    if (const MemoEntry *entry = RememberedKey(dict, key)) return alive(entry->child);
+    const std::string *text = KeyText(dict, key);
     if (!text) return nullptr;
     Node *child = nullptr;
     // Asking first: getKey builds a described null for a key that is not there.
     if (dict.h.hasKey(*text)) {
         const QPDFObjectHandle h = dict.h.getKey(*text);
-        child = nodeForHandle(*dict.doc, h);
+        child = NodeForHandle(*dict.doc, h);
         // The file's own object makes room: half of what a large form takes is equal numbers and names.
         if (child && child->isShared() && !child->h.isSameObjectAs(h)) dict.h.replaceKey(*text, child->h);
     }
-    rememberKey(dict, key, child);
+    RememberKey(dict, key, child);
     return child;
 }
 
-Node *childAt(Container &array, std::int32_t index) {
+Node *ChildAt(Container &array, std::int32_t index) {
     const auto place = static_cast<std::size_t>(index);
     Node *child = place < array.memo.size() ? alive(array.memo[place].child) : nullptr;
     if (!child) {
         if (index >= array.h.getArrayNItems()) return nullptr;
         const QPDFObjectHandle h = array.h.getArrayItem(index);
-        child = nodeForHandle(*array.doc, h);
+        child = NodeForHandle(*array.doc, h);
         if (!child) return nullptr;
         if (child->isShared()) {
-            // As in childByKey; and found again by its value, so that an array of numbers needs no memo.
+            // As in ChildByKey; and found again by its value, so that an array of numbers needs no memo.
             if (!child->h.isSameObjectAs(h)) array.h.setArrayItem(index, child->h);
             return child;
         }
-        elementEntry(array, place).child = child;
-        link(array, child);
+        ElementEntry(array, place).child = child;
+        LinkChild(array, child);
     }
     const bool directField = array.flags & NodeHoldsFields && child->type == LexDict && child->isDirect();
-    if (directField) makeIndirect(static_cast<Container &>(*child));
+    if (directField) MakeIndirect(static_cast<Container &>(*child));
     return child;
 }
 
 // A literal key of this system's name in a file's catalog is not the form: it is hidden and stays in the file. The
 // standard's name is hidden likewise, or the form would be met twice.
-const std::string *keyText(const Container &dict, KRAtom key) {
+const std::string *KeyText(const Container &dict, KRAtom key) {
     if (key == KRAtomNull) return nullptr;
     const std::string &text = AtomKey(key);
     if (!(dict.flags & NodeIsCatalog)) return &text;
@@ -308,7 +309,7 @@ const std::string *keyText(const Container &dict, KRAtom key) {
     return text == s_standardFormKey ? nullptr : &text;
 }
 
-KRAtom keyAtom(const Container &dict, const std::string &text) {
+KRAtom KeyAtom(const Container &dict, const std::string &text) {
     if (dict.flags & NodeIsCatalog) {
         if (text == s_standardFormKey) return known().form;
         if (text == AtomKey(known().form)) return KRAtomNull;
@@ -321,7 +322,7 @@ KRAtom keyAtom(const Container &dict, const std::string &text) {
     }
 }
 
-void admit(Container &container, const Node &value) {
+void Admit(Container &container, const Node &value) {
     if (value.doc != container.doc) throw HostError{KRErrBadParam};
     if (!value.isContainer() || !value.isDirect()) return;
     if (anyHolder(container, [&](const Container &holder) { return &holder == &value; }))
@@ -329,37 +330,37 @@ void admit(Container &container, const Node &value) {
     if (!raiseHeights(container, value.atomOrHeight + 1u)) throw HostError{KRErrBadParam};
 }
 
-MemoEntry *remembered(Container &dict, KRAtom key) {
+MemoEntry *RememberedKey(Container &dict, KRAtom key) {
     const auto place = placeOf(dict.memo, key);
     return place != dict.memo.end() && place->key == key ? &*place : nullptr;
 }
 
-void rememberKey(Container &dict, KRAtom key, Node *child) {
-    if (MemoEntry *entry = remembered(dict, key)) {
-        unlink(dict, entry->child);
+void RememberKey(Container &dict, KRAtom key, Node *child) {
+    if (MemoEntry *entry = RememberedKey(dict, key)) {
+        UnlinkChild(dict, entry->child);
         entry->child = child;
     } else {
         // Doubling would leave much of a large form's memos empty.
         if (dict.memo.size() == dict.memo.capacity()) dict.memo.reserve(dict.memo.size() + dict.memo.size() / 4 + 1);
         dict.memo.insert(placeOf(dict.memo, key), {child, key});
     }
-    link(dict, child);
+    LinkChild(dict, child);
     noteRole(dict, key, child);
 }
 
-void forgetKey(Container &dict, KRAtom key) {
-    MemoEntry *entry = remembered(dict, key);
+void ForgetKey(Container &dict, KRAtom key) {
+    MemoEntry *entry = RememberedKey(dict, key);
     if (!entry) return;
-    unlink(dict, entry->child);
+    UnlinkChild(dict, entry->child);
     dict.memo.erase(dict.memo.begin() + (entry - dict.memo.data()));
 }
 
-MemoEntry &elementEntry(Container &array, std::size_t index) {
+MemoEntry &ElementEntry(Container &array, std::size_t index) {
     if (array.memo.size() <= index) array.memo.resize(index + 1, {nullptr, KRAtomNull});
     return array.memo[index];
 }
 
-void link(Container &holder, Node *child) {
+void LinkChild(Container &holder, Node *child) {
     if (!child || !child->isContainer() || !child->isDirect()) return;
     auto &held = static_cast<Container &>(*child);
     if (!held.up) {
@@ -370,7 +371,7 @@ void link(Container &holder, Node *child) {
     held.flags |= NodeHasManyHolders;
 }
 
-void unlink(Container &holder, Node *child) {
+void UnlinkChild(Container &holder, Node *child) {
     if (!child || !child->isContainer() || !child->isDirect()) return;
     auto &held = static_cast<Container &>(*child);
     if (!(held.flags & NodeHasManyHolders)) {
@@ -388,7 +389,7 @@ void unlink(Container &holder, Node *child) {
     if (more.count(&held) == 0) held.flags &= static_cast<std::uint8_t>(~NodeHasManyHolders);
 }
 
-void changed(Container &node) {
+void NoteChange(Container &node) {
     LexDocRec &doc = *node.doc;
     ++doc.stamp;
     if (!doc.onChange) return;
@@ -396,7 +397,7 @@ void changed(Container &node) {
     if (anyHolder(node, inFile)) doc.onChange();
 }
 
-void makeIndirect(Container &node) {
+void MakeIndirect(Container &node) {
     if (!node.isDirect()) return;
     const bool ofStream = node.up && node.up->type == LexStream;
     if (ofStream || node.flags & NodeIsTrailer) throw HostError{KRErrBadParam};
@@ -410,10 +411,10 @@ void makeIndirect(Container &node) {
     doc.indirect[indirectKey(node.h)] = &node;
 }
 
-void bury(Node &node) {
+void Bury(Node &node) {
     if (node.isContainer()) {
         auto &container = static_cast<Container &>(node);
-        for (const MemoEntry &entry : container.memo) unlink(container, entry.child);
+        for (const MemoEntry &entry : container.memo) UnlinkChild(container, entry.child);
         container.memo = {};
     }
     if (!node.isDirect()) node.doc->indirect.erase(indirectKey(node.h));

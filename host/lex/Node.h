@@ -8,7 +8,7 @@
 // 3. All changes go through this layer and straight into the library's object, so that a memo never contradicts it.
 // 4. `up` of a direct container has one entry for every memo entry that holds it; other nodes have none.
 // 5. Nulls have no node. A destroyed node keeps its memory, has the type LexNull and an empty handle.
-// 6. The library's document always holds the standard's names: keyText and keyAtom translate at the one key where this
+// 6. The library's document always holds the standard's names: KeyText and KeyAtom translate at the one key where this
 //    system's name differs, so that no way of saving or drawing has to undo anything.
 //
 // Internal to this folder: nothing else includes the library's object headers for reading or changing objects.
@@ -139,58 +139,58 @@ namespace jackdaw::lex {
 // Documents and references.
 
 /** Gives the record its slot, from which references to its objects are good. */
-void openSlot(LexDocRec &doc);
+void OpenSlot(LexDocRec &doc);
 /** Ends all references. The record is the caller's to delete. */
-void closeSlot(LexDocRec &doc);
+void CloseSlot(LexDocRec &doc);
 /** Throws HostError{KRErrBadParam} for a document that is not open. */
-LexDocRec &openRecord(LexDoc doc);
+LexDocRec &OpenRecord(LexDoc doc);
 
 /** Null for the null object, a destroyed one and one whose document is closed. */
-Node *nodeOf(LexObj obj);
+Node *NodeOf(LexObj obj);
 /** The same, but throws HostError{KRErrBadParam} unless it has this type. */
-Node &nodeOfType(LexObj obj, LexType type);
+Node &NodeOfType(LexObj obj, LexType type);
 /** The same for a dictionary, an array or a stream. */
-Container &containerOfType(LexObj obj, LexType type);
+Container &ContainerOfType(LexObj obj, LexType type);
 /** The null object for null and for a destroyed node. */
-LexObj referenceTo(const Node *node);
+LexObj ReferenceTo(const Node *node);
 
 // Finding and making nodes.
 
 /** Node of an object that has none yet, is shared or indirect; null for nulls. A direct one is linked by the caller. */
-Node *nodeForHandle(LexDocRec &doc, const QPDFObjectHandle &h);
+Node *NodeForHandle(LexDocRec &doc, const QPDFObjectHandle &h);
 /** Makes the nodes of the catalog and the trailer, and the catalog's flag. */
-void adoptRoot(LexDocRec &doc);
+void AdoptRoot(LexDocRec &doc);
 /** The dictionary that the dictionary operations work on: of a stream, its own. Throws for other types. */
-Container &dictionaryOf(LexObj obj);
-Container &dictionaryOfStream(Container &stream);
+Container &DictionaryOf(LexObj obj);
+Container &DictionaryOfStream(Container &stream);
 /** Null for an absent key and for a null. */
-Node *childByKey(Container &dict, KRAtom key);
+Node *ChildByKey(Container &dict, KRAtom key);
 /** Null for a null and past the end. */
-Node *childAt(Container &array, std::int32_t index);
+Node *ChildAt(Container &array, std::int32_t index);
 /** Key text in the library's form; null for a key that cannot stand in this dictionary. */
-const std::string *keyText(const Container &dict, KRAtom key);
+const std::string *KeyText(const Container &dict, KRAtom key);
 /** KRAtomNull for a key that stays hidden or finds no atom. */
-KRAtom keyAtom(const Container &dict, const std::string &text);
+KRAtom KeyAtom(const Container &dict, const std::string &text);
 
 // Keeping memos and holders in step with a change that was or will be made in the library.
 
 /** Throws HostError{KRErrBadParam} for a value of another document, a direct cycle and too deep nesting. */
-void admit(Container &container, const Node &value);
-void rememberKey(Container &dict, KRAtom key, Node *child);
+void Admit(Container &container, const Node &value);
+void RememberKey(Container &dict, KRAtom key, Node *child);
 /** The memo's entry; null for a key not yet looked up. */
-MemoEntry *remembered(Container &dict, KRAtom key);
+MemoEntry *RememberedKey(Container &dict, KRAtom key);
 /** The next look-up asks the library again. */
-void forgetKey(Container &dict, KRAtom key);
+void ForgetKey(Container &dict, KRAtom key);
 /** The memo's entry of an element, made when it is not there. */
-MemoEntry &elementEntry(Container &array, std::size_t index);
-void link(Container &holder, Node *child);
-void unlink(Container &holder, Node *child);
+MemoEntry &ElementEntry(Container &array, std::size_t index);
+void LinkChild(Container &holder, Node *child);
+void UnlinkChild(Container &holder, Node *child);
 
 /** Counts a change, and tells the observer when the file will hold it. */
-void changed(Container &node);
+void NoteChange(Container &node);
 /** Turns a direct dictionary or array indirect in place. */
-void makeIndirect(Container &node);
+void MakeIndirect(Container &node);
 /** The object is gone: the node reads as null from now on and holds nothing. */
-void bury(Node &node);
+void Bury(Node &node);
 
 } // namespace jackdaw::lex

@@ -82,7 +82,7 @@ std::string withTrailerFor(const std::string &bytes, std::size_t position) {
 
 } // namespace
 
-std::string withStartOfXRefStream(const std::string &bytes) {
+std::string WithStartOfXRefStream(const std::string &bytes) {
     const std::size_t position = lastOfType(bytes, "/XRef");
     if (position == std::string::npos) return {};
     const ObjectHead head = objectBefore(bytes, position);
@@ -90,12 +90,12 @@ std::string withStartOfXRefStream(const std::string &bytes) {
     return bytes + "\nstartxref\n" + std::to_string(head.offset) + "\n%%EOF\n";
 }
 
-std::string withTrailerForCatalog(const std::string &bytes) {
+std::string WithTrailerForCatalog(const std::string &bytes) {
     if (showsEncryption(bytes)) return {};
     return withTrailerFor(bytes, lastOfType(bytes, "/Catalog"));
 }
 
-std::string withTrailerForFdf(const std::string &bytes) {
+std::string WithTrailerForFdf(const std::string &bytes) {
     return withTrailerFor(bytes, bytes.find("/FDF"));
 }
 

@@ -8,15 +8,15 @@
 namespace jackdaw::lex {
 
 /** A file that ends in a cross-reference stream but lost its startxref. */
-std::string withStartOfXRefStream(const std::string &bytes);
+std::string WithStartOfXRefStream(const std::string &bytes);
 
 /**
  * A PDF cut before its trailer: one is appended for the last catalog that stands in the open. Nothing for a file whose
  * encryption dictionary shows: with the trailer the key is gone, and its strings would be read as rubbish.
  */
-std::string withTrailerForCatalog(const std::string &bytes);
+std::string WithTrailerForCatalog(const std::string &bytes);
 
 /** An FDF without a trailer, or with one that no line starts with. */
-std::string withTrailerForFdf(const std::string &bytes);
+std::string WithTrailerForFdf(const std::string &bytes);
 
 } // namespace jackdaw::lex

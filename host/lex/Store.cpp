@@ -80,13 +80,13 @@ void noteEncryption(LexDocRec &doc) {
 LexDoc finishOpening(NewDoc doc) {
     // The library finds a missing catalog only here.
     doc->pdf->getRoot();
-    openSlot(*doc);
+    OpenSlot(*doc);
     try {
-        adoptRoot(*doc);
+        AdoptRoot(*doc);
         noteEncryption(*doc);
-        assessOpened(*doc);
+        AssessOpened(*doc);
     } catch (...) {
-        closeSlot(*doc);
+        CloseSlot(*doc);
         throw;
     }
     return doc.release();
@@ -139,8 +139,8 @@ LexDoc tryPatched(const OpenFacts &facts, std::string bytes, const char *passwor
 
 /** The retries for a PDF that the library cannot repair. */
 LexDoc openDamagedPdf(const OpenFacts &facts, const std::string &bytes, const char *password, const Failure &failure) {
-    if (LexDoc doc = tryPatched(facts, withStartOfXRefStream(bytes), password, /*fdf*/ false)) return doc;
-    if (LexDoc doc = tryPatched(facts, withTrailerForCatalog(bytes), password, /*fdf*/ false)) return doc;
+    if (LexDoc doc = tryPatched(facts, WithStartOfXRefStream(bytes), password, /*fdf*/ false)) return doc;
+    if (LexDoc doc = tryPatched(facts, WithTrailerForCatalog(bytes), password, /*fdf*/ false)) return doc;
     if (bytes.empty()) throw HostError{KRErrBadPDF, facts.name + ": the file is empty"};
     if (std::string_view(bytes).substr(0, s_headerReach).find("%PDF-") == std::string::npos)
         throw HostError{KRErrBadPDF, facts.name + ": not a PDF document"};
@@ -210,7 +210,7 @@ private:
 
 } // namespace
 
-LexDoc openPdfFile(const std::string &path, const char *password) {
+LexDoc OpenPdfFile(const std::string &path, const char *password) {
     const InputFile file(path);
     if (!file.isRegular()) return openPdf(file.facts(), file.readAll(limits().pipedFileBytes), password);
     Failure failure;
@@ -226,13 +226,13 @@ LexDoc openPdfFile(const std::string &path, const char *password) {
     return openDamagedPdf(file.facts(), file.readAll(), password, failure);
 }
 
-LexDoc openPdfBytes(const std::string &name, std::string bytes, const char *password) {
+LexDoc OpenPdfBytes(const std::string &name, std::string bytes, const char *password) {
     OpenFacts facts;
     facts.name = name;
     return openPdf(facts, std::move(bytes), password);
 }
 
-LexDoc openFdfBytes(const std::string &name, std::string bytes) {
+LexDoc OpenFdfBytes(const std::string &name, std::string bytes) {
     const std::size_t header = std::string_view(bytes).substr(0, s_headerReach).find("%FDF-");
     if (header == std::string::npos) {
         const bool pdf = std::string_view(bytes).substr(0, s_headerReach).find("%PDF-") != std::string::npos;
@@ -244,16 +244,16 @@ LexDoc openFdfBytes(const std::string &name, std::string bytes) {
     facts.name = name;
     Failure failure;
     if (LexDoc doc = tryBytes(newRecord(facts, /*fdf*/ true), shared, /*password*/ nullptr, &failure)) return doc;
-    if (LexDoc doc = tryPatched(facts, withTrailerForFdf(*shared), /*password*/ nullptr, /*fdf*/ true)) return doc;
+    if (LexDoc doc = tryPatched(facts, WithTrailerForFdf(*shared), /*password*/ nullptr, /*fdf*/ true)) return doc;
     throwFailure(failure);
 }
 
-LexDoc openFdf(KRFileSys fs, KRPathName path) {
+LexDoc OpenFdf(KRFileSys fs, KRPathName path) {
     if (!path) throw HostError{KRErrBadParam};
-    return openFdfBytes(fs->displayText(path->text), ReadWholeFile(fs, path, limits().fdfBytes));
+    return OpenFdfBytes(fs->displayText(path->text), ReadWholeFile(fs, path, limits().fdfBytes));
 }
 
-LexDoc createFdf() {
+LexDoc CreateFdf() {
     OpenFacts facts;
     facts.name = "new FDF";
     NewDoc doc = newRecord(facts, /*fdf*/ true);
@@ -264,22 +264,22 @@ LexDoc createFdf() {
     return finishOpening(std::move(doc));
 }
 
-void closeDoc(LexDoc doc) {
+void CloseStore(LexDoc doc) {
     if (!doc) return;
-    closeSlot(openRecord(doc));
+    CloseSlot(OpenRecord(doc));
     delete doc;
 }
 
-bool isFdf(LexDoc doc) {
-    return openRecord(doc).fdf;
+bool IsFdf(LexDoc doc) {
+    return OpenRecord(doc).fdf;
 }
 
-const OpenFacts &openFacts(LexDoc doc) {
-    return openRecord(doc).facts;
+const OpenFacts &FactsOf(LexDoc doc) {
+    return OpenRecord(doc).facts;
 }
 
-std::uint32_t permissions(LexDoc doc) {
-    return openRecord(doc).permissionBits;
+std::uint32_t PermissionsOf(LexDoc doc) {
+    return OpenRecord(doc).permissionBits;
 }
 
 } // namespace jackdaw::lex

@@ -21,25 +21,25 @@ namespace jackdaw::lex {
  * HostError with KRErrFileNotFound, KRErrFileOpen, KRErrPassword or KRErrBadPDF and a sentence that names file, object
  * and offset.
  */
-LexDoc openPdfFile(const std::string &path, const char *password);
+LexDoc OpenPdfFile(const std::string &path, const char *password);
 /** The same from memory; `name` stands for the file in messages. */
-LexDoc openPdfBytes(const std::string &name, std::string bytes, const char *password);
+LexDoc OpenPdfBytes(const std::string &name, std::string bytes, const char *password);
 
 /** Opens an FDF; throws HostError{KRErrNotFDF} unless "%FDF-" stands within the first 1024 bytes. */
-LexDoc openFdfBytes(const std::string &name, std::string bytes);
+LexDoc OpenFdfBytes(const std::string &name, std::string bytes);
 /** Reads the whole file first: it may be a temporary one that goes away while the document is open. */
-LexDoc openFdf(KRFileSys fs, KRPathName path);
+LexDoc OpenFdf(KRFileSys fs, KRPathName path);
 
 /** A new object document with an empty root dictionary. */
-LexDoc createFdf();
+LexDoc CreateFdf();
 
 /** All references to its objects read as null from now on. Null allowed. */
-void closeDoc(LexDoc doc);
+void CloseStore(LexDoc doc);
 
 /** A document that is open. */
-bool isOpen(LexDoc doc);
+bool IsOpenStore(LexDoc doc);
 /** Made here as FDF or opened from one. */
-bool isFdf(LexDoc doc);
+bool IsFdf(LexDoc doc);
 
 /** Whether a save goes ahead for a document whose file was damaged. */
 enum class Damage { Tolerated, Refused };
@@ -50,12 +50,12 @@ enum class Damage { Tolerated, Refused };
  * without a catalog and for one with damage that is refused. Nothing is put into place when anything that the document
  * holds could not be read, or memory ran out since it was opened.
  */
-void saveDoc(LexDoc doc, const std::string &path, Damage damage = Damage::Tolerated);
+void SaveStore(LexDoc doc, const std::string &path, Damage damage = Damage::Tolerated);
 /** Writes to an open file, such as standard output, which stays the caller's; it is flushed. */
-void saveDocTo(LexDoc doc, std::FILE *file);
-std::string saveDocToString(LexDoc doc);
+void SaveStoreTo(LexDoc doc, std::FILE *file);
+std::string SaveStoreToString(LexDoc doc);
 /** Slot LexDocSaveToFile: into any file system. Only for FDF. */
-void saveFdf(LexDoc doc, KRFileSys fs, KRPathName path);
+void SaveFdf(LexDoc doc, KRFileSys fs, KRPathName path);
 
 /** What the opening found out. */
 struct OpenFacts {
@@ -68,19 +68,19 @@ struct OpenFacts {
     /** The password opened it as the owner. False without encryption. */
     bool owner = false;
 };
-const OpenFacts &openFacts(LexDoc doc);
+const OpenFacts &FactsOf(LexDoc doc);
 
 /** Permission bits as DMDocGetPermissions hands them out: all ones for the owner and without encryption. */
-std::uint32_t permissions(LexDoc doc);
+std::uint32_t PermissionsOf(LexDoc doc);
 
 /**
  * What was found wrong with the file, from its opening on and with what was read since: a sentence each, which names
  * the file and often object and offset. Slips that lose nothing are left out. Throws HostError when the document is not
  * what its file holds: KRErrFileIO when reading failed or the file was changed, KRErrNoMemory.
  */
-std::vector<std::string> damage(LexDoc doc);
+std::vector<std::string> DamageOf(LexDoc doc);
 
-LexObj rootOf(LexDoc doc);
-LexObj trailerOf(LexDoc doc);
+LexObj RootOf(LexDoc doc);
+LexObj TrailerOf(LexDoc doc);
 
 } // namespace jackdaw::lex

@@ -58,7 +58,7 @@ void seekMissingObjects(LexDocRec &doc, bool opening) {
         keep(doc, doc.facts.name + " (object " + object.getObjGen().unparse(' ') +
                       "): is missing; whatever refers to it is incomplete");
     }
-    collectWarnings(doc);
+    CollectWarnings(doc);
 }
 
 } // namespace
@@ -68,7 +68,7 @@ bool isOfMemory(std::string_view complaint) {
     return contains(complaint, "memory") || contains(complaint, "bad_alloc") || contains(complaint, "gnutls: ");
 }
 
-void collectWarnings(LexDocRec &doc) {
+void CollectWarnings(LexDocRec &doc) {
     for (const QPDFExc &warning : doc.pdf->getWarnings()) {
         const std::string &complaint = warning.getMessageDetail();
         if (isOfMemory(complaint)) doc.lacksMemory = true;
@@ -77,23 +77,23 @@ void collectWarnings(LexDocRec &doc) {
     }
 }
 
-void assessOpened(LexDocRec &doc) {
-    collectWarnings(doc);
+void AssessOpened(LexDocRec &doc) {
+    CollectWarnings(doc);
     seekMissingObjects(doc, /*opening*/ true);
-    requireWhole(doc);
+    RequireWhole(doc);
 }
 
-void requireWhole(LexDocRec &doc) {
-    collectWarnings(doc);
+void RequireWhole(LexDocRec &doc) {
+    CollectWarnings(doc);
     if (doc.lacksMemory || FailedAllocations() != doc.failedAllocations) throw HostError{KRErrNoMemory};
     if (doc.source) doc.source->requireWhole();
 }
 
-std::vector<std::string> damage(LexDoc handle) {
-    LexDocRec &doc = openRecord(handle);
-    collectWarnings(doc);
+std::vector<std::string> DamageOf(LexDoc handle) {
+    LexDocRec &doc = OpenRecord(handle);
+    CollectWarnings(doc);
     seekMissingObjects(doc, /*opening*/ false);
-    requireWhole(doc);
+    RequireWhole(doc);
     std::vector<std::string> lines = doc.warnings;
     if (doc.moreWarnings > 0)
         lines.push_back(doc.facts.name + ": and " + std::to_string(doc.moreWarnings) + " complaints more");

@@ -13,16 +13,16 @@ namespace jackdaw::lex {
 bool isOfMemory(std::string_view complaint);
 
 /** Takes the library's complaints over into the record, and notes whether it had to rebuild the cross references. */
-void collectWarnings(LexDocRec &doc);
+void CollectWarnings(LexDocRec &doc);
 
 /** The same when a document is opened, with what a repair did not find; throws as requireWhole. */
-void assessOpened(LexDocRec &doc);
+void AssessOpened(LexDocRec &doc);
 
 /**
  * Throws HostError when what the document holds is not what its file holds through no fault of the file: it could not
  * be read, changed while it was open (KRErrFileIO), or memory ran out, which the library makes nulls of
  * (KRErrNoMemory). Such a document is neither shown nor saved.
  */
-void requireWhole(LexDocRec &doc);
+void RequireWhole(LexDocRec &doc);
 
 } // namespace jackdaw::lex

@@ -52,7 +52,7 @@ void mendTrailer(LexDocRec &doc) {
     QPDFObjectHandle trailer = doc.pdf->getTrailer();
     if (!trailer.hasKey("/Size")) trailer.replaceKey("/Size", QPDFObjectHandle::newInteger(1));
     if (!doc.root || doc.root->type != LexDict) throw HostError{KRErrBadPDF, doc.facts.name + ": the catalog is gone"};
-    makeIndirect(*doc.root);
+    MakeIndirect(*doc.root);
 }
 
 /**
@@ -111,7 +111,7 @@ void runWriter(LexDocRec &doc, const Sink &sink) {
     writer.write();
     pipe.flush();
     // The writer makes the extensions dictionary direct, behind our backs.
-    forgetKey(*doc.root, AtomFromText("Extensions"));
+    ForgetKey(*doc.root, AtomFromText("Extensions"));
 }
 
 /** What the writer stumbles over becomes one code; errors of the sink and of memory pass as they are. */
@@ -121,41 +121,41 @@ void writeDoc(LexDocRec &doc, const Sink &sink) {
     } catch (const std::bad_alloc &) {
         throw;
     } catch (const std::exception &error) {
-        requireWhole(doc);
+        RequireWhole(doc);
         throw HostError{KRErrFileIO, doc.facts.name + ": cannot be written anew: " + error.what()};
     }
-    requireWhole(doc);
+    RequireWhole(doc);
 }
 
 } // namespace
 
-void saveDoc(LexDoc doc, const std::string &path, Damage tolerance) {
-    LexDocRec &record = openRecord(doc);
+void SaveStore(LexDoc doc, const std::string &path, Damage tolerance) {
+    LexDocRec &record = OpenRecord(doc);
     AtomicFile file(path, record.facts.rights);
     writeDoc(record, [&](const char *bytes, std::size_t count) { file.write(bytes, count); });
-    const std::vector<std::string> found = damage(doc);
+    const std::vector<std::string> found = DamageOf(doc);
     if (tolerance == Damage::Refused && !found.empty()) throw HostError{KRErrBadPDF, found.front()};
     file.commit();
 }
 
-void saveDocTo(LexDoc doc, std::FILE *file) {
+void SaveStoreTo(LexDoc doc, std::FILE *file) {
     const auto put = [&](const char *bytes, std::size_t count) {
         if (std::fwrite(bytes, 1, count, file) != count) ThrowFileError("write", "standard output", errno);
     };
-    writeDoc(openRecord(doc), put);
+    writeDoc(OpenRecord(doc), put);
     if (std::fflush(file) != 0) ThrowFileError("write", "standard output", errno);
 }
 
-std::string saveDocToString(LexDoc doc) {
+std::string SaveStoreToString(LexDoc doc) {
     std::string text;
-    writeDoc(openRecord(doc), [&](const char *bytes, std::size_t count) { text.append(bytes, count); });
+    writeDoc(OpenRecord(doc), [&](const char *bytes, std::size_t count) { text.append(bytes, count); });
     return text;
 }
 
-void saveFdf(LexDoc doc, KRFileSys fs, KRPathName path) {
-    LexDocRec &record = openRecord(doc);
+void SaveFdf(LexDoc doc, KRFileSys fs, KRPathName path) {
+    LexDocRec &record = OpenRecord(doc);
     if (!record.fdf || !path) throw HostError{KRErrBadParam};
-    if (fs == DefaultFileSys()) return saveDoc(doc, UnixPathOf(fs, path));
+    if (fs == DefaultFileSys()) return SaveStore(doc, UnixPathOf(fs, path));
     const std::unique_ptr<KRFileRec> file = fs->open(path->text, KRFileWrite_ | KRFileCreate);
     writeDoc(record,
              [&](const char *bytes, std::size_t count) { file->write(bytes, static_cast<std::int64_t>(count)); });

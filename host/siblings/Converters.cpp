@@ -28,7 +28,7 @@ struct PDFDocPair {
 };
 #include "PDFDocCodes.inc"
 
-constexpr std::uint16_t NoUnicode = 0xFFFF;
+constexpr std::uint16_t s_noUnicode = 0xFFFF;
 
 /** Converters by iconv's name; "" is PDFDocEncoding. They are never destroyed. */
 std::map<std::string, BaseToolConverterRec> &converters() {
@@ -137,7 +137,7 @@ int Coder::finish(char *&target, std::size_t &targetLeft) {
 
 int PDFDocCodeToUnicode(unsigned char code) {
     const std::uint16_t unicode = s_pdfDocToUnicode[code];
-    return unicode == NoUnicode ? -1 : unicode;
+    return unicode == s_noUnicode ? -1 : unicode;
 }
 
 int UnicodeToPDFDocCode(char32_t unicode) {

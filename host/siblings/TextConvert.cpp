@@ -10,9 +10,9 @@ namespace jackdaw {
 
 namespace {
 
-constexpr char Bullet = '\x80';
-constexpr std::string_view UnicodeMark = "\xFE\xFF";
-constexpr std::string_view UnicodeSubstitute = "\xFF\xFD";
+constexpr char s_bullet = '\x80';
+constexpr std::string_view s_unicodeMark = "\xFE\xFF";
+constexpr std::string_view s_unicodeSubstitute = "\xFF\xFD";
 
 /** The two coders of an encoding, opened at the first use. */
 struct EncodingCoders {
@@ -79,25 +79,25 @@ std::string convertAll(Coder &coder, std::string_view text, std::string_view sub
 }
 
 std::string withoutMark(std::string_view text) {
-    return std::string(text.substr(UnicodeMark.size()));
+    return std::string(text.substr(s_unicodeMark.size()));
 }
 
 std::string toTextString(const std::string &unicode) {
     bool lost = false;
     std::string text = UnicodeToPDFDoc(unicode, &lost);
     // A text that happens to begin with the mark's two letters would be read back as Unicode.
-    if (lost || text.starts_with(UnicodeMark)) text = std::string(UnicodeMark) + unicode;
+    if (lost || text.starts_with(s_unicodeMark)) text = std::string(s_unicodeMark) + unicode;
     return text;
 }
 
 std::string fromTextString(std::string_view text, bool *lost) {
-    return text.starts_with(UnicodeMark) ? withoutMark(text) : PDFDocToUnicode(text, lost);
+    return text.starts_with(s_unicodeMark) ? withoutMark(text) : PDFDocToUnicode(text, lost);
 }
 
 } // namespace
 
 std::string HostToUnicode(std::string_view host, bool *lost) {
-    return convertAll(hostCoders().toUnicode, host, UnicodeSubstitute, &oneByte, lost);
+    return convertAll(hostCoders().toUnicode, host, s_unicodeSubstitute, &oneByte, lost);
 }
 
 std::string UnicodeToHost(std::string_view unicode, bool *lost) {
@@ -110,7 +110,7 @@ std::string PDFDocToUnicode(std::string_view text, bool *lost) {
     for (const char c : text) {
         const int value = PDFDocCodeToUnicode(static_cast<unsigned char>(c));
         if (value < 0) {
-            unicode += UnicodeSubstitute;
+            unicode += s_unicodeSubstitute;
             if (lost) *lost = true;
             continue;
         }
@@ -130,7 +130,7 @@ std::string UnicodeToPDFDoc(std::string_view unicode, bool *lost) {
             code = UnicodeToPDFDocCode(static_cast<char32_t>(static_cast<unsigned char>(unicode[0]) << 8 |
                                                              static_cast<unsigned char>(unicode[1])));
         if (code < 0 && lost) *lost = true;
-        text += code < 0 ? Bullet : static_cast<char>(code);
+        text += code < 0 ? s_bullet : static_cast<char>(code);
     }
     return text;
 }
@@ -152,7 +152,7 @@ std::string HostToTextString(std::string_view host) {
 }
 
 std::string UTF8ToTextString(std::string_view utf8) {
-    return toTextString(convertAll(utf8Coders().toUnicode, utf8, UnicodeSubstitute, &oneByte, nullptr));
+    return toTextString(convertAll(utf8Coders().toUnicode, utf8, s_unicodeSubstitute, &oneByte, nullptr));
 }
 
 std::string TextStringToUTF8(std::string_view text) {

@@ -17,15 +17,15 @@ namespace jackdaw {
 namespace {
 
 void performGoTo(void *, DMAction action, SCDoc view) {
-    UseDest(PageViewOf(view), lex::dictGet(actionLex(action), AtomFromText("D")));
+    UseDest(PageViewOf(view), lex::DictGet(ActionLex(action), AtomFromText("D")));
 }
 
 /** Only ways about the document: a document may not save, close or print by being looked at. */
 void performNamed(void *, DMAction action, SCDoc view) {
     const SCPageView page = PageViewOf(view);
-    const KRAtom atom = lex::nameOrNone(lex::dictGet(actionLex(action), AtomFromText("N")));
+    const KRAtom atom = lex::NameOrNone(lex::DictGet(ActionLex(action), AtomFromText("N")));
     const std::string_view name = AtomText(atom);
-    const std::int32_t last = numPages(DocOfView(view)) - 1;
+    const std::int32_t last = NumPages(DocOfView(view)) - 1;
     if (name == "FirstPage") GoToPage(page, 0);
     if (name == "LastPage") GoToPage(page, last);
     if (name == "NextPage" && ShownPageNum(page) < last) GoToPage(page, ShownPageNum(page) + 1);
@@ -40,39 +40,37 @@ bool isScalar(LexType type) {
 
 /** The page of the same number in `target`, else the number: a link follows its page's number. */
 LexObj copyOfPage(DMDoc target, LexObj page) {
-    const DMDoc source = docFromLex(lex::docOf(page));
-    const std::int32_t number =
-        lex::typeOf(page) == LexDict && source != nullptr ? pageIndexOfLex(source, page) : lex::integerOr(page, 0);
-    if (number >= 0 && number < numPages(target)) return pageLexAt(target, number);
-    return lex::newInteger(docLex(target), /*indirect*/ false, number);
+    const DMDoc source = DocFromLex(lex::DocOf(page));
+    const std::int32_t number = lex::IsDict(page) && source ? PageIndexOfLex(source, page) : lex::IntegerOr(page, 0);
+    if (number >= 0 && number < NumPages(target)) return PageLexAt(target, number);
+    return lex::NewInteger(DocLex(target), /*indirect*/ false, number);
 }
 
 LexObj copyOfDest(DMDoc target, LexObj dest) {
-    const LexDoc doc = docLex(target);
-    if (isScalar(lex::typeOf(dest))) return lex::copyScalar(doc, dest);
-    if (lex::typeOf(dest) != LexArray) return lex::nullObj;
-    const LexObj copy = lex::newArray(doc, /*indirect*/ false);
-    const std::int32_t count = lex::arrayLength(dest);
-    if (count > 0) lex::arrayPut(copy, 0, copyOfPage(target, lex::arrayGet(dest, 0)));
+    const LexDoc doc = DocLex(target);
+    if (isScalar(lex::TypeOf(dest))) return lex::CopyScalar(doc, dest);
+    if (!lex::IsArray(dest)) return lex::NullObj;
+    const LexObj copy = lex::NewArray(doc, /*indirect*/ false);
+    const std::int32_t count = lex::ArrayLength(dest);
+    if (count > 0) lex::ArrayPut(copy, 0, copyOfPage(target, lex::ArrayGet(dest, 0)));
     for (std::int32_t i = 1; i < count; ++i) {
-        const LexObj item = lex::arrayGet(dest, i);
-        if (isScalar(lex::typeOf(item))) lex::arrayPut(copy, i, lex::copyScalar(doc, item));
+        const LexObj item = lex::ArrayGet(dest, i);
+        if (isScalar(lex::TypeOf(item))) lex::ArrayPut(copy, i, lex::CopyScalar(doc, item));
     }
     return copy;
 }
 
 DMAction copyGoTo(void *, DMDoc target, DMAction action, SCDoc source) {
     const DMAction copy = CopyActionCommon(target, action, source);
-    const LexObj dest = copyOfDest(target, lex::dictGet(actionLex(action), AtomFromText("D")));
-    if (!lex::isNull(dest)) lex::dictPut(actionLex(copy), AtomFromText("D"), dest);
+    const LexObj dest = copyOfDest(target, lex::DictGet(ActionLex(action), AtomFromText("D")));
+    if (!lex::IsNull(dest)) lex::DictPut(ActionLex(copy), AtomFromText("D"), dest);
     return copy;
 }
 
 DMAction copyNamed(void *, DMDoc target, DMAction action, SCDoc source) {
     const DMAction copy = CopyActionCommon(target, action, source);
-    const LexObj name = lex::dictGet(actionLex(action), AtomFromText("N"));
-    if (lex::typeOf(name) == LexName)
-        lex::dictPut(actionLex(copy), AtomFromText("N"), lex::copyScalar(docLex(target), name));
+    const LexObj name = lex::DictGet(ActionLex(action), AtomFromText("N"));
+    if (lex::IsName(name)) lex::DictPut(ActionLex(copy), AtomFromText("N"), lex::CopyScalar(DocLex(target), name));
     return copy;
 }
 
@@ -89,14 +87,14 @@ SCActionHandlerProcs procsOf(decltype(SCActionHandlerProcs::perform) perform,
 
 void InstallHostActions() {
     // Plug-ins may fetch and call these procedures, so each has the table's edge around it.
-    static const SCActionHandlerProcs goTo =
+    static const SCActionHandlerProcs s_goTo =
         procsOf([](void *d, DMAction a, SCDoc v) { Edge([&] { performGoTo(d, a, v); }); },
                 [](void *d, DMDoc t, DMAction a, SCDoc s) { return Edge([&] { return copyGoTo(d, t, a, s); }); });
-    static const SCActionHandlerProcs named =
+    static const SCActionHandlerProcs s_named =
         procsOf([](void *d, DMAction a, SCDoc v) { Edge([&] { performNamed(d, a, v); }); },
                 [](void *d, DMDoc t, DMAction a, SCDoc s) { return Edge([&] { return copyNamed(d, t, a, s); }); });
-    RegisterActionHandler(&goTo, /*clientData*/ nullptr, "GoTo", "Go to Page");
-    RegisterActionHandler(&named, /*clientData*/ nullptr, "Named", "Execute Menu Item");
+    RegisterActionHandler(&s_goTo, /*clientData*/ nullptr, "GoTo", "Go to Page");
+    RegisterActionHandler(&s_named, /*clientData*/ nullptr, "Named", "Execute Menu Item");
 }
 
 } // namespace jackdaw

@@ -16,8 +16,8 @@ struct AlertState {
 };
 
 AlertState &state() {
-    static AlertState alerts;
-    return alerts;
+    static AlertState s_alerts;
+    return s_alerts;
 }
 
 /** Line ends of any kind become line feeds; other control characters would steer the terminal. */
@@ -50,7 +50,7 @@ const char *prefixOf(SCAlertIcon icon) {
 
 /** One write, so that the blocks of two processes do not mix. */
 void write(const AlertRequest &request, int answer) {
-    if (state().output == nullptr) return;
+    if (!state().output) return;
     std::string block = prefixOf(request.icon) + printable(request.text) + "\n";
     if (!request.buttons[1].empty()) block += "  [" + printable(request.buttons[answer - 1]) + "]\n";
     std::fwrite(block.data(), 1, block.size(), state().output);
@@ -71,7 +71,7 @@ void SetAlertPolicy(AlertPolicy policy) {
 int ShowAlert(const AlertRequest &request) {
     ++state().count;
     state().lastText = request.text;
-    if (Platform().alert != nullptr) return valid(request, Platform().alert(request));
+    if (Platform().alert) return valid(request, Platform().alert(request));
     // A policy may set another one while it runs.
     const AlertPolicy policy = state().policy;
     const int answer = valid(request, policy ? policy(request) : 1);

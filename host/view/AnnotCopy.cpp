@@ -23,7 +23,7 @@ namespace jackdaw {
 
 namespace {
 
-constexpr int maxNesting = 100;
+constexpr int s_maxNesting = 100;
 
 class TreeCopier {
 public:
@@ -31,8 +31,8 @@ public:
 
     /** The counterpart of a value; what it refers to is copied by finish. */
     LexObj copy(LexObj value, int depth = 0) {
-        if (depth > maxNesting) return lex::nullObj;
-        if (lex::isIndirect(value)) return copyIndirect(value);
+        if (depth > s_maxNesting) return lex::NullObj;
+        if (lex::IsIndirect(value)) return copyIndirect(value);
         return copyDirect(value, depth);
     }
 
@@ -46,8 +46,8 @@ public:
 
 private:
     static bool isPageNode(LexObj obj) {
-        if (lex::typeOf(obj) != LexDict) return false;
-        const std::string_view type = AtomText(lex::nameOrNone(lex::dictGet(obj, AtomFromText("Type"))));
+        if (!lex::IsDict(obj)) return false;
+        const std::string_view type = AtomText(lex::NameOrNone(lex::DictGet(obj, AtomFromText("Type"))));
         return type == "Page" || type == "Pages" || type == "Catalog";
     }
 
@@ -55,39 +55,39 @@ private:
         const auto key = std::make_pair(value.node, value.slot);
         const auto known = copies_.find(key);
         if (known != copies_.end()) return known->second;
-        const LexType type = lex::typeOf(value);
-        LexObj result = lex::nullObj;
-        if (type == LexDict && !isPageNode(value)) result = lex::newDict(target_, /*indirect*/ true);
-        if (type == LexArray) result = lex::newArray(target_, /*indirect*/ true);
+        const LexType type = lex::TypeOf(value);
+        LexObj result = lex::NullObj;
+        if (type == LexDict && !isPageNode(value)) result = lex::NewDict(target_, /*indirect*/ true);
+        if (type == LexArray) result = lex::NewArray(target_, /*indirect*/ true);
         if (type == LexStream)
-            result = lex::newStream(target_, lex::rawData(value), /*encode*/ false, lex::nullObj, lex::nullObj);
-        const bool isContainer = !lex::isNull(result);
-        if (!isContainer && type != LexDict && type != LexNull) result = lex::copyScalar(target_, value);
+            result = lex::NewStream(target_, lex::RawData(value), /*encode*/ false, lex::NullObj, lex::NullObj);
+        const bool isContainer = !lex::IsNull(result);
+        if (!isContainer && type != LexDict && type != LexNull) result = lex::CopyScalar(target_, value);
         copies_[key] = result;
         if (isContainer) pending_.emplace_back(value, result);
         return result;
     }
 
     LexObj copyDirect(LexObj value, int depth) {
-        const LexType type = lex::typeOf(value);
-        if (type == LexNull || isPageNode(value)) return lex::nullObj;
-        if (type != LexDict && type != LexArray) return lex::copyScalar(target_, value);
+        const LexType type = lex::TypeOf(value);
+        if (type == LexNull || isPageNode(value)) return lex::NullObj;
+        if (type != LexDict && type != LexArray) return lex::CopyScalar(target_, value);
         const LexObj result =
-            type == LexDict ? lex::newDict(target_, /*indirect*/ false) : lex::newArray(target_, /*indirect*/ false);
+            type == LexDict ? lex::NewDict(target_, /*indirect*/ false) : lex::NewArray(target_, /*indirect*/ false);
         fill(value, result, depth + 1);
         return result;
     }
 
     void fill(LexObj from, LexObj to, int depth) {
-        if (lex::typeOf(from) == LexArray) {
-            const std::int32_t count = lex::arrayLength(from);
-            for (std::int32_t i = 0; i < count; ++i) lex::arrayPut(to, i, copy(lex::arrayGet(from, i), depth));
+        if (lex::IsArray(from)) {
+            const std::int32_t count = lex::ArrayLength(from);
+            for (std::int32_t i = 0; i < count; ++i) lex::ArrayPut(to, i, copy(lex::ArrayGet(from, i), depth));
             return;
         }
-        const bool isStream = lex::typeOf(from) == LexStream;
-        for (const auto &[key, value] : lex::dictEntries(from)) {
+        const bool isStream = lex::IsStream(from);
+        for (const auto &[key, value] : lex::DictEntries(from)) {
             if (isStream && std::string_view(AtomText(key)) == "Length") continue;
-            lex::dictPut(to, key, copy(value, depth));
+            lex::DictPut(to, key, copy(value, depth));
         }
     }
 
@@ -107,20 +107,20 @@ bool staysBehind(KRAtom key) {
 DMAnnot CopyAnnot(DMDoc target, DMPage page, DMAnnot annot, SCDoc source) {
     SCAnnotHandler *handler = AnnotHandlerFor(annot);
     DMAnnot result{0, 0};
-    if (const auto copy = handler != nullptr ? MemberOf(handler, &SCAnnotHandler::copy) : nullptr) {
+    if (const auto copy = handler ? MemberOf(handler, &SCAnnotHandler::copy) : nullptr) {
         ThrowIf(HostProtect([&] { result = copy(handler, target, page, annot, source); }));
         return result;
     }
-    if (!annotIsValid(annot)) throw HostError{KRErrBadParam, "There is no annotation to copy."};
-    if (pageDoc(page) != target) throw HostError{KRErrBadParam, "The page is not one of the document."};
-    const LexObj copy = lex::newDict(docLex(target), /*indirect*/ true);
-    TreeCopier copier(docLex(target));
-    for (const auto &[key, value] : lex::dictEntries(annotLex(annot))) {
-        if (!staysBehind(key)) lex::dictPut(copy, key, copier.copy(value));
+    if (!AnnotIsValid(annot)) throw HostError{KRErrBadParam, "There is no annotation to copy."};
+    if (PageDoc(page) != target) throw HostError{KRErrBadParam, "The page is not one of the document."};
+    const LexObj copy = lex::NewDict(DocLex(target), /*indirect*/ true);
+    TreeCopier copier(DocLex(target));
+    for (const auto &[key, value] : lex::DictEntries(AnnotLex(annot))) {
+        if (!staysBehind(key)) lex::DictPut(copy, key, copier.copy(value));
     }
     copier.finish();
-    lex::dictPut(copy, AtomFromText("P"), pageLex(page));
-    return annotFromLex(copy);
+    lex::DictPut(copy, AtomFromText("P"), PageLex(page));
+    return AnnotFromLex(copy);
 }
 
 } // namespace jackdaw

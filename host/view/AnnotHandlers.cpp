@@ -14,22 +14,22 @@ namespace jackdaw {
 namespace {
 
 std::map<KRAtom, SCAnnotHandler *> &handlers() {
-    static std::map<KRAtom, SCAnnotHandler *> byType;
-    return byType;
+    static std::map<KRAtom, SCAnnotHandler *> s_byType;
+    return s_byType;
 }
 
 } // namespace
 
 void RegisterAnnotHandler(SCAnnotHandler *handler) {
-    const auto getType = handler != nullptr ? MemberOf(handler, &SCAnnotHandler::getType) : nullptr;
-    if (getType == nullptr) throw HostError{KRErrBadParam, "An annotation handler must tell its type."};
+    const auto getType = handler ? MemberOf(handler, &SCAnnotHandler::getType) : nullptr;
+    if (!getType) throw HostError{KRErrBadParam, "An annotation handler must tell its type."};
     KRAtom type = KRAtomNull;
     ThrowIf(HostProtect([&] { type = getType(handler); }));
     handlers()[type] = handler;
 }
 
 SCAnnotHandler *AnnotHandlerFor(DMAnnot annot) {
-    const auto found = handlers().find(annotSubtype(annot));
+    const auto found = handlers().find(AnnotSubtype(annot));
     return found == handlers().end() ? nullptr : found->second;
 }
 

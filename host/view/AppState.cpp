@@ -31,24 +31,24 @@ struct IdleProc {
 };
 
 std::map<std::int32_t, KRWord> &preferences() {
-    static std::map<std::int32_t, KRWord> words;
-    return words;
+    static std::map<std::int32_t, KRWord> s_words;
+    return s_words;
 }
 
 std::vector<IdleProc> &idleProcs() {
-    static std::vector<IdleProc> procs;
-    return procs;
+    static std::vector<IdleProc> s_procs;
+    return s_procs;
 }
 
 std::map<KRAtom, SCAuxDataHandler *> &auxHandlers() {
-    static std::map<KRAtom, SCAuxDataHandler *> handlers;
-    return handlers;
+    static std::map<KRAtom, SCAuxDataHandler *> s_handlers;
+    return s_handlers;
 }
 
-std::atomic<bool> cancelRequested{false};
+std::atomic<bool> s_cancelRequested{false};
 static_assert(std::atomic<bool>::is_always_lock_free, "set from signal handlers");
 
-bool fullScreen = false;
+bool s_fullScreen = false;
 
 } // namespace
 
@@ -62,35 +62,35 @@ void SetPreference(std::int32_t number, KRWord value) {
 }
 
 void RequestCancel() {
-    cancelRequested = true;
+    s_cancelRequested = true;
 }
 
 void ClearCancel() {
-    cancelRequested = false;
+    s_cancelRequested = false;
 }
 
 bool CancelRequested() {
-    return cancelRequested;
+    return s_cancelRequested;
 }
 
 bool BeginFullScreen(const DMColorValue *background) {
-    if (!fullScreen && Platform().beginFullScreen != nullptr) fullScreen = Platform().beginFullScreen(background);
-    return fullScreen;
+    if (!s_fullScreen && Platform().beginFullScreen) s_fullScreen = Platform().beginFullScreen(background);
+    return s_fullScreen;
 }
 
 void EndFullScreen() {
-    if (!fullScreen) return;
-    fullScreen = false;
-    if (Platform().endFullScreen != nullptr) Platform().endFullScreen();
+    if (!s_fullScreen) return;
+    s_fullScreen = false;
+    if (Platform().endFullScreen) Platform().endFullScreen();
 }
 
 bool DoingFullScreen() {
-    return fullScreen;
+    return s_fullScreen;
 }
 
 SCTool ActiveTool() {
-    static SCToolRec hand{AtomFromText("Hand")};
-    return &hand;
+    static SCToolRec s_hand{AtomFromText("Hand")};
+    return &s_hand;
 }
 
 KRAtom ToolType(SCTool tool) {
@@ -104,9 +104,9 @@ std::int64_t TicksNow() {
 }
 
 void RegisterIdle(SCIdleProc proc, void *clientData, std::uint32_t period) {
-    if (proc == nullptr) throw HostError{KRErrBadParam, "An idle procedure is missing."};
-    static std::uint64_t nextID = 0;
-    idleProcs().push_back({++nextID, proc, clientData, period, TicksNow() + period});
+    if (!proc) throw HostError{KRErrBadParam, "An idle procedure is missing."};
+    static std::uint64_t s_nextID = 0;
+    idleProcs().push_back({++s_nextID, proc, clientData, period, TicksNow() + period});
 }
 
 void UnregisterIdle(SCIdleProc proc, void *clientData) {
@@ -144,7 +144,7 @@ std::optional<std::int64_t> IdleDelay() {
 }
 
 bool RegisterAuxData(KRAtom type, SCAuxDataHandler *handler) {
-    if (handler == nullptr || type == KRAtomNull) return false;
+    if (!handler || type == KRAtomNull) return false;
     auxHandlers()[type] = handler;
     return true;
 }
@@ -153,7 +153,7 @@ bool PerformAuxData(SCDoc view, KRAtom type, void *data, std::uint32_t length) {
     const auto found = auxHandlers().find(type);
     if (found == auxHandlers().end()) return false;
     const auto perform = MemberOf(found->second, &SCAuxDataHandler::perform);
-    if (perform == nullptr) return false;
+    if (!perform) return false;
     bool taken = false;
     ThrowIf(HostProtect([&] { taken = perform(view, type, data, length) != 0; }));
     return taken;

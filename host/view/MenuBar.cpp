@@ -38,7 +38,7 @@ SCPageView page(SCDoc view) {
 }
 
 std::int32_t lastPage(SCDoc view) {
-    return numPages(DocOfView(view)) - 1;
+    return NumPages(DocOfView(view)) - 1;
 }
 
 bool notFirst(SCDoc view) {
@@ -50,11 +50,11 @@ bool notLast(SCDoc view) {
 }
 
 bool canSave(SCDoc view) {
-    return (docFlags(DocOfView(view)) & DMDocDirty) != 0 && docFile(DocOfView(view)) != nullptr;
+    return (DocFlags(DocOfView(view)) & DMDocDirty) != 0 && DocFile(DocOfView(view)) != nullptr;
 }
 
 void save(SCDoc view) {
-    saveDoc(DocOfView(view), DMDocSaveFull, /*fs*/ nullptr, /*path*/ nullptr);
+    SaveDoc(DocOfView(view), DMDocSaveFull, /*fs*/ nullptr, /*path*/ nullptr);
 }
 
 /** Tells which plug-ins run. */
@@ -65,7 +65,7 @@ void aboutExtensions(SCDoc) {
 }
 
 const std::vector<HostMenu> &hostMenus() {
-    static const std::vector<HostMenu> menus{
+    static const std::vector<HostMenu> s_menus{
         {"File",
          "&File",
          {{"Save", "&Save", &save, &canSave},
@@ -91,7 +91,7 @@ const std::vector<HostMenu> &hostMenus() {
         {"Window", "&Window", {}},
         {"Help", "&Help", {{"AboutExtensions", "About &Plug-ins...", &aboutExtensions, nullptr, /*always*/ true}}},
     };
-    return menus;
+    return s_menus;
 }
 
 const HostItem &itemOf(void *clientData) {
@@ -109,7 +109,7 @@ KRBool enabled(void *clientData) {
         const HostItem &item = itemOf(clientData);
         const SCDoc front = FrontView();
         if (item.always) return 1;
-        return front != nullptr && (item.enabled == nullptr || item.enabled(front));
+        return front && (!item.enabled || item.enabled(front));
     });
 }
 

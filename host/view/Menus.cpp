@@ -40,8 +40,8 @@ struct LiveMenus {
 };
 
 LiveMenus &live() {
-    static LiveMenus menus;
-    return menus;
+    static LiveMenus s_menus;
+    return s_menus;
 }
 
 SCMenuRec &checked(SCMenu menu) {
@@ -82,7 +82,7 @@ void release(std::vector<SCMenu> menus, std::vector<SCMenuItem> items) {
             const SCMenuItem item = items.back();
             items.pop_back();
             if (--item->references > 0) continue;
-            if (item->submenu != nullptr) {
+            if (item->submenu) {
                 item->submenu->parentItem = nullptr;
                 menus.push_back(item->submenu);
             }
@@ -93,14 +93,14 @@ void release(std::vector<SCMenu> menus, std::vector<SCMenuItem> items) {
 }
 
 void barChanged() {
-    if (Platform().menusChanged != nullptr) Platform().menusChanged();
+    if (Platform().menusChanged) Platform().menusChanged();
 }
 
 /** Off whatever holds the menu, whose reference goes too. */
 void detachMenu(SCMenu menu) {
-    if (menu->parentItem != nullptr)
+    if (menu->parentItem)
         menu->parentItem->submenu = nullptr;
-    else if (menu->bar != nullptr)
+    else if (menu->bar)
         eraseOne(menu->bar->menus, menu);
     else
         return;
@@ -110,7 +110,7 @@ void detachMenu(SCMenu menu) {
 }
 
 void detachItem(SCMenuItem item) {
-    if (item->parent == nullptr) return;
+    if (!item->parent) return;
     eraseOne(item->parent->items, item);
     item->parent = nullptr;
     release({}, {item});
@@ -125,7 +125,7 @@ bool walk(std::vector<SCMenu> pending, Visit visit) {
         pending.pop_back();
         if (visit(menu)) return true;
         for (auto it = menu->items.rbegin(); it != menu->items.rend(); ++it) {
-            if ((*it)->submenu != nullptr) pending.push_back((*it)->submenu);
+            if ((*it)->submenu) pending.push_back((*it)->submenu);
         }
     }
     return false;
@@ -145,25 +145,25 @@ SCMenuItem itemNamed(const std::vector<SCMenu> &menus, const std::string &name) 
 }
 
 bool compute(SCComputeProc proc, void *clientData, bool otherwise) {
-    if (proc == nullptr) return otherwise;
+    if (!proc) return otherwise;
     bool result = false;
     ThrowIf(HostProtect([&] { result = proc(clientData) != 0; }));
     return result;
 }
 
 std::string textOf(const char *text) {
-    return text != nullptr ? text : "";
+    return text ? text : "";
 }
 
 } // namespace
 
 SCMenubar Menubar() {
-    static SCMenubarRec bar;
-    if (!bar.filled) {
-        bar.filled = true;
-        FillMenubar(&bar);
+    static SCMenubarRec s_bar;
+    if (!s_bar.filled) {
+        s_bar.filled = true;
+        FillMenubar(&s_bar);
     }
-    return &bar;
+    return &s_bar;
 }
 
 void DestroyMenus() {
@@ -186,37 +186,37 @@ SCMenu AcquireMenuByName(SCMenubar bar, const char *name) {
         found = menu;
         return true;
     });
-    if (found != nullptr) ++found->references;
+    if (found) ++found->references;
     return found;
 }
 
 SCMenuItem AcquireItemByName(SCMenubar bar, const char *name) {
     SCMenuItem found = itemNamed(checked(bar).menus, textOf(name));
-    if (found == nullptr) found = itemNamed(live().inOrder(), textOf(name));
-    if (found != nullptr) ++found->references;
+    if (!found) found = itemNamed(live().inOrder(), textOf(name));
+    if (found) ++found->references;
     return found;
 }
 
 SCMenu AcquireSubmenu(SCMenuItem item) {
     const SCMenu menu = checked(item).submenu;
-    if (menu != nullptr) ++menu->references;
+    if (menu) ++menu->references;
     return menu;
 }
 
 SCMenu NewMenu(const char *title, const char *name, KRWord extensionID) {
-    static std::uint64_t made = 0;
+    static std::uint64_t s_made = 0;
     const SCMenu menu = new SCMenuRec;
     menu->title = textOf(title);
     menu->name = textOf(name);
     menu->extensionID = extensionID;
-    menu->number = ++made;
+    menu->number = ++s_made;
     live().menus.insert(menu);
     return menu;
 }
 
 SCMenuItem NewMenuItem(const char *title, const char *name, SCMenu submenu, bool longMenusOnly, char shortcut,
                        std::uint16_t modifiers, KRWord extensionID) {
-    if (submenu != nullptr) checked(submenu);
+    if (submenu) checked(submenu);
     const SCMenuItem item = new SCMenuItemRec;
     item->title = textOf(title);
     item->name = textOf(name);
@@ -225,7 +225,7 @@ SCMenuItem NewMenuItem(const char *title, const char *name, SCMenu submenu, bool
     item->modifiers = modifiers;
     item->extensionID = extensionID;
     live().items.insert(item);
-    if (submenu != nullptr) {
+    if (submenu) {
         ++submenu->references;
         detachMenu(submenu);
         item->submenu = submenu;
@@ -263,9 +263,9 @@ void RemoveItem(SCMenuItem item) {
 void AddItem(SCMenu menu, SCMenuItem item, std::int32_t index) {
     checked(menu);
     checked(item);
-    for (SCMenu above = menu; above != nullptr;) {
+    for (SCMenu above = menu; above;) {
         if (above == item->submenu) throw HostError{KRErrBadParam, "A menu cannot stand below itself."};
-        above = above->parentItem != nullptr ? above->parentItem->parent : nullptr;
+        above = above->parentItem ? above->parentItem->parent : nullptr;
     }
     ++item->references;
     detachItem(item);
@@ -309,15 +309,15 @@ bool ItemIsMarked(SCMenuItem item) {
 
 bool ItemIsVisible(SCMenuItem item) {
     checked(item);
-    for (SCMenu menu = item->parent; menu != nullptr;) {
-        if (menu->bar != nullptr) return true;
-        menu = menu->parentItem != nullptr ? menu->parentItem->parent : nullptr;
+    for (SCMenu menu = item->parent; menu;) {
+        if (menu->bar) return true;
+        menu = menu->parentItem ? menu->parentItem->parent : nullptr;
     }
     return false;
 }
 
 void ExecuteItem(SCMenuItem item) {
-    if (checked(item).execute == nullptr || item->submenu != nullptr || !ItemIsEnabled(item)) return;
+    if (!checked(item).execute || item->submenu || !ItemIsEnabled(item)) return;
     // The item may remove itself while it runs.
     AcquireItem(item);
     const SCExecuteProc execute = item->execute;

@@ -25,8 +25,8 @@ namespace jackdaw {
 
 namespace {
 
-constexpr std::size_t maxHistory = 100;
-constexpr int maxDestSteps = 4;
+constexpr std::size_t s_maxHistory = 100;
+constexpr int s_maxDestSteps = 4;
 
 void changed(SCPageView view, int how) {
     SCPageViewRec &rec = RecordOf(view);
@@ -34,12 +34,12 @@ void changed(SCPageView view, int how) {
         rec.gathered |= how;
         return;
     }
-    if (Platform().viewChanged != nullptr) Platform().viewChanged(view, how);
-    notifyPageViewDidChange(view, static_cast<std::int16_t>(how));
+    if (Platform().viewChanged) Platform().viewChanged(view, how);
+    NotifyPageViewDidChange(view, static_cast<std::int16_t>(how));
 }
 
 void remember(std::vector<ViewPlace> &history, const ViewPlace &place) {
-    if (history.size() == maxHistory) history.erase(history.begin());
+    if (history.size() == s_maxHistory) history.erase(history.begin());
     history.push_back(place);
 }
 
@@ -48,7 +48,7 @@ void moveTo(SCPageView view, const ViewPlace &place) {
     SCPageViewRec &rec = RecordOf(view);
     const ViewPlace former = rec.place;
     rec.place = place;
-    rec.place.page = std::clamp(place.page, 0, std::max(0, numPages(rec.owner->doc) - 1));
+    rec.place.page = std::clamp(place.page, 0, std::max(0, NumPages(rec.owner->doc) - 1));
     rec.annotPage = rec.place.page;
     int how = 0;
     if (rec.place.page != former.page) how |= SCPageViewPageChanged | SCPageViewScrolled;
@@ -76,7 +76,7 @@ void travel(SCPageView view, std::vector<ViewPlace> &from, std::vector<ViewPlace
 
 /** The zoom that makes the page fit the window; without one there is nothing to fit. */
 KRFixed fittingZoom(SCPageView view, const ViewPlace &place) {
-    if (Platform().getAperture == nullptr || RecordOf(view).owner->window == nullptr) return place.zoom;
+    if (!Platform().getAperture || !RecordOf(view).owner->window) return place.zoom;
     const SCRect aperture = ApertureOf(view);
     const PageGeometry page = PlacedGeometry(view, place.page, /*scale*/ 1.0);
     const double across = (aperture.right - aperture.left) / std::max(1.0, page.width);
@@ -97,38 +97,38 @@ ViewPlace zoomed(SCPageView view, ViewPlace place, std::int32_t type, KRFixed zo
 // Destinations.
 
 LexObj namedDest(DMDoc doc, LexObj name) {
-    const bool isName = lex::typeOf(name) == LexName;
-    const std::string text = isName ? AtomText(lex::nameValue(name)) : lex::stringValue(name);
-    LexObj dest = lex::nullObj;
-    const DMNameTree tree = docNameTree(doc, AtomFromText("Dests"));
-    if (nameTreeIsValid(tree) && nameTreeGet(tree, text, &dest)) return dest;
-    const LexObj old = lex::dictGet(lex::rootOf(docLex(doc)), AtomFromText("Dests"));
+    const bool isName = lex::IsName(name);
+    const std::string text = isName ? AtomText(lex::NameValue(name)) : lex::StringValue(name);
+    LexObj dest = lex::NullObj;
+    const DMNameTree tree = DocNameTree(doc, AtomFromText("Dests"));
+    if (NameTreeIsValid(tree) && NameTreeGet(tree, text, &dest)) return dest;
+    const LexObj old = lex::DictGet(lex::RootOf(DocLex(doc)), AtomFromText("Dests"));
     const KRAtom key = ExistingAtom(text);
-    return lex::hasKeys(old) && key != KRAtomNull ? lex::dictGet(old, key) : lex::nullObj;
+    return lex::HasKeys(old) && key != KRAtomNull ? lex::DictGet(old, key) : lex::NullObj;
 }
 
 /** The array that a destination comes to; null when it comes to none. */
 LexObj explicitDest(DMDoc doc, LexObj dest) {
-    for (int step = 0; step < maxDestSteps; ++step) {
-        switch (lex::typeOf(dest)) {
+    for (int step = 0; step < s_maxDestSteps; ++step) {
+        switch (lex::TypeOf(dest)) {
         case LexArray:
             return dest;
         case LexDict:
-            dest = lex::dictGet(dest, AtomFromText("D"));
+            dest = lex::DictGet(dest, AtomFromText("D"));
             break;
         case LexName:
         case LexString:
             dest = namedDest(doc, dest);
             break;
         default:
-            return lex::nullObj;
+            return lex::NullObj;
         }
     }
-    return lex::nullObj;
+    return lex::NullObj;
 }
 
 std::int32_t pageOfDest(DMDoc doc, LexObj page) {
-    return lex::typeOf(page) == LexDict ? pageIndexOfLex(doc, page) : lex::integerOr(page, -1);
+    return lex::IsDict(page) ? PageIndexOfLex(doc, page) : lex::IntegerOr(page, -1);
 }
 
 std::int16_t toDevice16(double value) {
@@ -137,15 +137,15 @@ std::int16_t toDevice16(double value) {
 
 /** The corner that a destination names, in page space; null objects for what it leaves open. */
 struct DestCorner {
-    LexObj left = lex::nullObj;
-    LexObj top = lex::nullObj;
+    LexObj left = lex::NullObj;
+    LexObj top = lex::NullObj;
 };
 
 DestCorner cornerOf(LexObj dest, std::string_view fit) {
-    if (fit == "XYZ") return {lex::arrayGet(dest, 2), lex::arrayGet(dest, 3)};
-    if (fit == "FitR") return {lex::arrayGet(dest, 2), lex::arrayGet(dest, 5)};
-    if (fit == "FitH" || fit == "FitBH") return {lex::nullObj, lex::arrayGet(dest, 2)};
-    if (fit == "FitV" || fit == "FitBV") return {lex::arrayGet(dest, 2), lex::nullObj};
+    if (fit == "XYZ") return {lex::ArrayGet(dest, 2), lex::ArrayGet(dest, 3)};
+    if (fit == "FitR") return {lex::ArrayGet(dest, 2), lex::ArrayGet(dest, 5)};
+    if (fit == "FitH" || fit == "FitBH") return {lex::NullObj, lex::ArrayGet(dest, 2)};
+    if (fit == "FitV" || fit == "FitBV") return {lex::ArrayGet(dest, 2), lex::NullObj};
     return {};
 }
 
@@ -154,9 +154,9 @@ void placeCorner(SCPageView view, LexObj dest, std::string_view fit, ViewPlace &
     const DestCorner corner = cornerOf(dest, fit);
     const PageGeometry page = PlacedGeometry(view, place.page, FixedToDouble(place.zoom));
     const DevicePoint point =
-        Apply(page.toDevice, FixedToDouble(lex::numberOr(corner.left, 0)), FixedToDouble(lex::numberOr(corner.top, 0)));
-    place.x = lex::isNull(corner.left) ? std::int16_t{0} : toDevice16(point.x);
-    place.y = lex::isNull(corner.top) ? std::int16_t{0} : toDevice16(point.y);
+        Apply(page.toDevice, FixedToDouble(lex::NumberOr(corner.left, 0)), FixedToDouble(lex::NumberOr(corner.top, 0)));
+    place.x = lex::IsNull(corner.left) ? std::int16_t{0} : toDevice16(point.x);
+    place.y = lex::IsNull(corner.top) ? std::int16_t{0} : toDevice16(point.y);
 }
 
 } // namespace
@@ -175,7 +175,7 @@ std::int32_t ZoomTypeOf(SCPageView view) {
 
 void GoToPage(SCPageView view, std::int32_t page) {
     const SCPageViewRec &rec = RecordOf(view);
-    if (page < 0 || page >= numPages(rec.owner->doc)) throw HostError{KRErrBadParam, "There is no such page."};
+    if (page < 0 || page >= NumPages(rec.owner->doc)) throw HostError{KRErrBadParam, "There is no such page."};
     ViewPlace place = rec.place;
     place.page = page;
     if (page != rec.place.page) place.x = place.y = 0;
@@ -206,12 +206,12 @@ void GoForward(SCPageView view) {
 void UseDest(SCPageView view, LexObj dest) {
     const DMDoc doc = RecordOf(view).owner->doc;
     const LexObj array = explicitDest(doc, dest);
-    if (lex::isNull(array) || lex::arrayLength(array) < 1) return;
+    if (lex::IsNull(array) || lex::ArrayLength(array) < 1) return;
     ViewPlace place = RecordOf(view).place;
-    place.page = pageOfDest(doc, lex::arrayGet(array, 0));
-    if (place.page < 0 || place.page >= numPages(doc)) return;
-    const std::string_view fit = AtomText(lex::nameOrNone(lex::arrayGet(array, 1)));
-    if (fit == "XYZ") place = zoomed(view, place, SCZoomNoVary, lex::numberOr(lex::arrayGet(array, 4), 0));
+    place.page = pageOfDest(doc, lex::ArrayGet(array, 0));
+    if (place.page < 0 || place.page >= NumPages(doc)) return;
+    const std::string_view fit = AtomText(lex::NameOrNone(lex::ArrayGet(array, 1)));
+    if (fit == "XYZ") place = zoomed(view, place, SCZoomNoVary, lex::NumberOr(lex::ArrayGet(array, 4), 0));
     if (fit == "Fit" || fit == "FitB") place = zoomed(view, place, SCZoomFitPage, 0);
     if (fit == "FitH" || fit == "FitBH") place = zoomed(view, place, SCZoomFitWidth, 0);
     placeCorner(view, array, fit, place);

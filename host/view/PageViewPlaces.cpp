@@ -21,7 +21,7 @@ namespace jackdaw {
 namespace {
 
 std::int32_t pageCount(const SCPageViewRec &rec) {
-    return numPages(rec.owner->doc);
+    return NumPages(rec.owner->doc);
 }
 
 /** Pages may have been deleted since the numbers were set. */
@@ -39,8 +39,8 @@ std::int32_t annotPage(const SCPageViewRec &rec) {
 
 /** Acquired once for each view, and held until the view closes. */
 DMPage heldPage(SCPageViewRec &rec, std::int32_t index) {
-    const DMPage page = acquirePage(rec.owner->doc, index);
-    if (!rec.held.insert(page).second) releasePage(page);
+    const DMPage page = AcquirePage(rec.owner->doc, index);
+    if (!rec.held.insert(page).second) ReleasePage(page);
     return page;
 }
 
@@ -79,7 +79,7 @@ Placed placedAnnotPage(SCPageView view) {
 }
 
 bool hasWindow(const SCPageViewRec &rec) {
-    return rec.owner->window != nullptr && Platform().getAperture != nullptr;
+    return rec.owner->window && Platform().getAperture;
 }
 
 /** The farthest page in a direction that still shows in the window. */
@@ -104,9 +104,9 @@ bool contains(const KRFixedRect &rect, KRFixedPoint point) {
 class PlatformDrawing {
 public:
     explicit PlatformDrawing(SCPageView view)
-        : view_(view), context_(Platform().beginDrawing != nullptr ? Platform().beginDrawing(view) : nullptr) {}
+        : view_(view), context_(Platform().beginDrawing ? Platform().beginDrawing(view) : nullptr) {}
     ~PlatformDrawing() {
-        if (context_ != nullptr && Platform().endDrawing != nullptr) Platform().endDrawing(view_, context_);
+        if (context_ && Platform().endDrawing) Platform().endDrawing(view_, context_);
     }
     PlatformDrawing(const PlatformDrawing &) = delete;
     PlatformDrawing &operator=(const PlatformDrawing &) = delete;
@@ -122,7 +122,7 @@ private:
 } // namespace
 
 void ReleaseHeldPages(SCPageViewRec &view) {
-    for (const DMPage page : view.held) releasePage(page);
+    for (const DMPage page : view.held) ReleasePage(page);
     view.held.clear();
 }
 
@@ -163,12 +163,12 @@ bool PageIsVisible(SCPageView view, std::int32_t page) {
 
 std::int32_t PageOfAnnot(SCPageView view, DMAnnot annot) {
     SCPageViewRec &rec = RecordOf(view);
-    if (!annotIsValid(annot)) return -1;
+    if (!AnnotIsValid(annot)) return -1;
     const std::int32_t first = FirstVisiblePage(view);
     const std::int32_t last = LastVisiblePage(view);
-    const LexObj page = lex::dictGet(annotLex(annot), AtomFromText("P"));
-    const std::int32_t named = pageIndexOfLex(rec.owner->doc, page);
-    const auto isOn = [&](std::int32_t i) { return annotIndex(heldPage(rec, i), annot) >= 0; };
+    const LexObj page = lex::DictGet(AnnotLex(annot), AtomFromText("P"));
+    const std::int32_t named = PageIndexOfLex(rec.owner->doc, page);
+    const auto isOn = [&](std::int32_t i) { return AnnotIndex(heldPage(rec, i), annot) >= 0; };
     if (named >= first && named <= last && isOn(named)) return named;
     for (std::int32_t i = first; i <= last; ++i) {
         if (isOn(i)) return i;
@@ -207,7 +207,7 @@ SCRect RectToDevice(SCPageView view, const KRFixedRect &rect) {
 }
 
 SCRect AnnotRect(SCPageView view, DMAnnot annot) {
-    return RectToDevice(view, annotRect(annot));
+    return RectToDevice(view, RectOfAnnot(annot));
 }
 
 std::int32_t PageAtPoint(SCPageView view, std::int16_t x, std::int16_t y) {
@@ -232,23 +232,23 @@ bool AnnotAtPoint(SCPageView view, std::int16_t x, std::int16_t y, DMAnnot *anno
     const DevicePoint place = Apply(geometry.toPage, x, y - topOfPage(view, number));
     const KRFixedPoint point{FixedFromDouble(place.x), FixedFromDouble(place.y)};
     const DMPage page = heldPage(rec, number);
-    for (std::int32_t i = numAnnots(page) - 1; i >= 0; --i) {
-        const DMAnnot candidate = pageAnnot(page, i);
+    for (std::int32_t i = NumAnnots(page) - 1; i >= 0; --i) {
+        const DMAnnot candidate = PageAnnot(page, i);
         KRFixedRect rect;
-        if (!AnnotIsShown(annotLex(candidate))) continue;
-        if (!readRect(lex::dictGet(annotLex(candidate), AtomFromText("Rect")), &rect)) continue;
+        if (!AnnotIsShown(AnnotLex(candidate))) continue;
+        if (!ReadRect(lex::DictGet(AnnotLex(candidate), AtomFromText("Rect")), &rect)) continue;
         if (!contains(rect, point)) continue;
-        if (annot != nullptr) *annot = candidate;
+        if (annot) *annot = candidate;
         return true;
     }
     return false;
 }
 
 void DrawStream(SCPageView view, LexObj stream, const SCRect &rect) {
-    const int rotate = pageRotate(ShownPage(view));
+    const int rotate = PageRotate(ShownPage(view));
     const PlatformDrawing drawing(view);
-    if (drawing.context() == nullptr) return;
-    DrawAppearance(drawing.context(), stream, lex::nullObj,
+    if (!drawing.context()) return;
+    DrawAppearance(drawing.context(), stream, lex::NullObj,
                    {static_cast<double>(rect.left), static_cast<double>(rect.top), static_cast<double>(rect.right),
                     static_cast<double>(rect.bottom)},
                    rotate);

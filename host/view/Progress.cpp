@@ -13,8 +13,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::milliseconds usualDelay{1000};
-constexpr std::chrono::milliseconds betweenLines{100};
+constexpr std::chrono::milliseconds s_usualDelay{1000};
+constexpr std::chrono::milliseconds s_betweenLines{100};
 
 struct ProgressState {
     int depth = 0;
@@ -25,23 +25,23 @@ struct ProgressState {
     /** Of the line that stands on the terminal; 0 for none. */
     std::size_t shownLength = 0;
     std::FILE *output = nullptr;
-    std::chrono::milliseconds delay = usualDelay;
+    std::chrono::milliseconds delay = s_usualDelay;
 };
 
 ProgressState &state() {
-    static ProgressState progress;
-    return progress;
+    static ProgressState s_progress;
+    return s_progress;
 }
 
 std::FILE *output() {
-    if (state().output != nullptr) return state().output;
+    if (state().output) return state().output;
     return isatty(STDERR_FILENO) != 0 ? stderr : nullptr;
 }
 
 void writeLine(const std::string &line) {
     ProgressState &s = state();
     std::FILE *stream = output();
-    if (stream == nullptr) return;
+    if (!stream) return;
     const std::size_t wipe = s.shownLength > line.size() ? s.shownLength - line.size() : 0;
     const std::string text = "\r" + line + std::string(wipe, ' ') + (line.empty() ? "\r" : "");
     std::fwrite(text.data(), 1, text.size(), stream);
@@ -53,7 +53,7 @@ void showWhenDue() {
     ProgressState &s = state();
     const Clock::time_point now = Clock::now();
     if (s.depth == 0 || now < s.due) return;
-    s.due = now + betweenLines;
+    s.due = now + s_betweenLines;
     std::string line = s.what;
     if (s.last > 0) {
         const std::int64_t percent = std::clamp<std::int64_t>(std::int64_t{100} * s.value / s.last, 0, 100);
@@ -69,7 +69,7 @@ void showWhenDue() {
 void BeginProgress(const char *what) {
     ProgressState &s = state();
     if (s.depth++ > 0) return;
-    s.what = what != nullptr ? what : "Working:";
+    s.what = what ? what : "Working:";
     s.last = 0;
     s.value = 0;
     s.due = Clock::now() + s.delay;
@@ -92,14 +92,14 @@ void EndProgress() {
 }
 
 const SCProgressMonitor *ProgressMonitor() {
-    static const SCProgressMonitor monitor{
+    static const SCProgressMonitor s_monitor{
         sizeof(SCProgressMonitor),
         [](void *) { BeginProgress(/*what*/ nullptr); },
         [](std::int32_t last, void *) { SetProgressRange(last); },
         [](std::int32_t value, void *) { SetProgressValue(value); },
         [](void *) { EndProgress(); },
     };
-    return &monitor;
+    return &s_monitor;
 }
 
 void SetProgressOutput(std::FILE *stream, int delayMs) {

@@ -23,8 +23,8 @@ struct Server {
 
 /** The newest last. */
 std::vector<Server> &servers() {
-    static std::vector<Server> list;
-    return list;
+    static std::vector<Server> s_list;
+    return s_list;
 }
 
 SCSelectionServer *serverOf(KRAtom type) {
@@ -53,25 +53,25 @@ using SelectionProc = void (*SCAnnotHandler::*)(SCAnnotHandler *, DMAnnot, SCPag
 void tellHandler(SCDoc view, void *data, SelectionProc member) {
     const DMAnnot annot = *static_cast<const DMAnnot *>(data);
     SCAnnotHandler *handler = AnnotHandlerFor(annot);
-    const auto proc = handler != nullptr ? MemberOf(handler, member) : nullptr;
-    if (proc != nullptr) ThrowIf(HostProtect([&] { proc(handler, annot, PageViewOf(view)); }));
+    const auto proc = handler ? MemberOf(handler, member) : nullptr;
+    if (proc) ThrowIf(HostProtect([&] { proc(handler, annot, PageViewOf(view)); }));
 }
 
 KRBool annotKeyDown(SCDoc, void *data, std::uint16_t key, std::uint32_t flags) {
     const DMAnnot annot = *static_cast<const DMAnnot *>(data);
     SCAnnotHandler *handler = AnnotHandlerFor(annot);
-    const auto proc = handler != nullptr ? MemberOf(handler, &SCAnnotHandler::doKeyDown) : nullptr;
+    const auto proc = handler ? MemberOf(handler, &SCAnnotHandler::doKeyDown) : nullptr;
     KRBool taken = 0;
-    if (proc != nullptr) ThrowIf(HostProtect([&] { taken = proc(handler, annot, key, flags); }));
+    if (proc) ThrowIf(HostProtect([&] { taken = proc(handler, annot, key, flags); }));
     return taken;
 }
 
 } // namespace
 
 bool RegisterSelectionServer(SCSelectionServer *server) {
-    if (server == nullptr) return false;
+    if (!server) return false;
     const auto getType = MemberOf(server, &SCSelectionServer::getType);
-    if (getType == nullptr) return false;
+    if (!getType) return false;
     KRAtom type = KRAtomNull;
     ThrowIf(HostProtect([&] { type = getType(); }));
     if (type == KRAtomNull) return false;
@@ -80,7 +80,7 @@ bool RegisterSelectionServer(SCSelectionServer *server) {
 }
 
 void InstallAnnotSelection() {
-    static SCSelectionServer server{
+    static SCSelectionServer s_server{
         sizeof(SCSelectionServer),
         [] { return AtomFromText("Annotation"); },
         [](SCDoc view, void *data, KRBool) { tellHandler(view, data, &SCAnnotHandler::addedToSelection); },
@@ -88,7 +88,7 @@ void InstallAnnotSelection() {
         &annotKeyDown,
         [](SCDoc, void *data) { Release(data); },
     };
-    RegisterSelectionServer(&server);
+    RegisterSelectionServer(&s_server);
 }
 
 KRAtom SelectionType(SCDoc view) {
@@ -102,14 +102,14 @@ void *SelectionData(SCDoc view) {
 bool SetSelection(SCDoc view, KRAtom type, void *data, bool highlight) {
     SCDocRec &rec = RecordOf(view);
     SCSelectionServer *server = serverOf(type);
-    if (server == nullptr) return false;
+    if (!server) return false;
     // Clearing would destroy the very data that is to be selected.
     if (rec.selectionType == type && rec.selection == data) return true;
     if (!ClearSelection(view, highlight) || !ViewIsOpen(view)) return false;
     rec.selectionType = type;
     rec.selection = data;
     const auto getting = MemberOf(server, &SCSelectionServer::gettingSelection);
-    if (getting == nullptr) return true;
+    if (!getting) return true;
     const KRErrorCode code = HostProtect([&] { getting(view, data, highlight); });
     if (code == KRErrNone) return true;
     if (ViewIsOpen(view) && rec.selectionType == type && rec.selection == data) {
@@ -138,7 +138,7 @@ bool SelectionKeyDown(SCDoc view, std::uint16_t key, std::uint32_t flags) {
     if (rec.selectionType == KRAtomNull) return false;
     const auto keyDown = MemberOf(serverOf(rec.selectionType), &SCSelectionServer::keyDown);
     bool taken = false;
-    if (keyDown != nullptr) ThrowIf(HostProtect([&] { taken = keyDown(view, rec.selection, key, flags) != 0; }));
+    if (keyDown) ThrowIf(HostProtect([&] { taken = keyDown(view, rec.selection, key, flags) != 0; }));
     return taken;
 }
 

@@ -14,21 +14,21 @@ namespace {
 
 void showWidgetProperties(SCDoc view, const char *title, KRAtom subtype, const char *kind) {
     RecordOf(view);
-    if (Platform().showWidgetProperties != nullptr) Platform().showWidgetProperties(view, title, subtype, kind);
+    if (Platform().showWidgetProperties) Platform().showWidgetProperties(view, title, subtype, kind);
 }
 
 void showToolTip(SCPageView view, const char *text) {
     RecordOf(view);
-    if (Platform().showToolTip != nullptr) Platform().showToolTip(view, text);
+    if (Platform().showToolTip) Platform().showToolTip(view, text);
 }
 
 bool dragPoint(SCPageView view, std::int16_t *x, std::int16_t *y) {
     RecordOf(view);
     std::int16_t h = 0;
     std::int16_t v = 0;
-    if (Platform().dragPoint == nullptr || !Platform().dragPoint(view, &h, &v)) return false;
-    if (x != nullptr) *x = h;
-    if (y != nullptr) *y = v;
+    if (!Platform().dragPoint || !Platform().dragPoint(view, &h, &v)) return false;
+    if (x) *x = h;
+    if (y) *y = v;
     return true;
 }
 

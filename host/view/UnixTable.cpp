@@ -18,15 +18,15 @@ namespace jackdaw {
 namespace {
 
 void *topWidget() {
-    return Platform().topWidget != nullptr ? Platform().topWidget() : nullptr;
+    return Platform().topWidget ? Platform().topWidget() : nullptr;
 }
 
 void registerResources(const char *className, const char *const *fallback) {
-    if (Platform().registerResources != nullptr) Platform().registerResources(className, fallback);
+    if (Platform().registerResources) Platform().registerResources(className, fallback);
 }
 
 void modalLoop(void *dialog, const KRBool *done) {
-    if (Platform().modalLoop != nullptr && dialog != nullptr && done != nullptr) Platform().modalLoop(dialog, done);
+    if (Platform().modalLoop && dialog && done) Platform().modalLoop(dialog, done);
 }
 
 char *plugInDir(KRWord extensionID) {
@@ -38,25 +38,25 @@ char *plugInDir(KRWord extensionID) {
 
 /** $HOME as it is now, so that a user's own setting holds; the password file for those without. */
 const char *userDir() {
-    static std::string folder;
+    static std::string s_folder;
     const char *home = std::getenv("HOME");
-    if (home != nullptr && *home != '\0') {
-        folder = home;
+    if (home && *home != '\0') {
+        s_folder = home;
     } else {
         const passwd *entry = getpwuid(getuid());
-        folder = entry != nullptr && entry->pw_dir != nullptr ? entry->pw_dir : "/";
+        s_folder = entry && entry->pw_dir ? entry->pw_dir : "/";
     }
-    return folder.c_str();
+    return s_folder.c_str();
 }
 
 const char *resourceString(void *widget, const char *key, const char *fallback) {
-    if (Platform().resourceString == nullptr || widget == nullptr) return fallback;
+    if (!Platform().resourceString || !widget) return fallback;
     return Platform().resourceString(widget, key, fallback);
 }
 
 SCCursor makeCursor(const unsigned char *bits, const unsigned char *mask, std::int32_t width, std::int32_t height,
                     std::int32_t hotX, std::int32_t hotY) {
-    if (Platform().makeCursor == nullptr) return nullptr;
+    if (!Platform().makeCursor) return nullptr;
     return Platform().makeCursor(bits, mask, width, height, hotX, hotY);
 }
 

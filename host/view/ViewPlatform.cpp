@@ -5,8 +5,8 @@
 namespace jackdaw {
 
 ViewPlatform &Platform() {
-    static ViewPlatform platform;
-    return platform;
+    static ViewPlatform s_platform;
+    return s_platform;
 }
 
 } // namespace jackdaw

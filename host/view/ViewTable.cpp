@@ -28,11 +28,11 @@ namespace {
 
 template <class T>
 void store(T *place, T value) {
-    if (place != nullptr) *place = value;
+    if (place) *place = value;
 }
 
 std::string textOf(const char *text) {
-    return text != nullptr ? text : "";
+    return text ? text : "";
 }
 
 // Alerts.
@@ -43,7 +43,7 @@ std::int32_t alert(std::int32_t icon, const char *text, const char *button1, con
     request.icon =
         icon >= SCAlertIconNone && icon <= SCAlertIconWarning ? static_cast<SCAlertIcon>(icon) : SCAlertIconNone;
     request.text = textOf(text);
-    request.buttons[0] = button1 != nullptr && *button1 != '\0' ? button1 : "OK";
+    request.buttons[0] = button1 && *button1 != '\0' ? button1 : "OK";
     request.buttons[1] = textOf(button2);
     request.buttons[2] = textOf(button3);
     request.beep = beep != 0;
@@ -90,7 +90,7 @@ const SCProgressMonitor *getProgressMonitor(void **clientData) {
 }
 
 SCToolBar getToolBar() {
-    return Platform().toolBar != nullptr ? Platform().toolBar() : nullptr;
+    return Platform().toolBar ? Platform().toolBar() : nullptr;
 }
 
 bool registerAuxData(KRWord, KRAtom type, SCAuxDataHandler *handler) {
@@ -118,17 +118,17 @@ bool isExternal(SCDoc view) {
 }
 
 void printPages(SCDoc view, std::int32_t first, std::int32_t last) {
-    notifyPages(DMDocWillPrintPages, DocOfView(view), first, last);
-    if (Platform().printPages != nullptr && ViewIsOpen(view)) Platform().printPages(view, first, last);
+    NotifyPages(DMDocWillPrintPages, DocOfView(view), first, last);
+    if (Platform().printPages && ViewIsOpen(view)) Platform().printPages(view, first, last);
 }
 
 // Menus.
 
 SCMenuItem trackPopUp(SCMenu menu, std::int16_t x, std::int16_t y, KRBool rightMouse) {
     MenuName(menu);
-    if (Platform().trackPopUp == nullptr) return nullptr;
+    if (!Platform().trackPopUp) return nullptr;
     const SCMenuItem item = Platform().trackPopUp(menu, x, y, rightMouse != 0);
-    if (item != nullptr) AcquireItem(item);
+    if (item) AcquireItem(item);
     return item;
 }
 
@@ -148,33 +148,33 @@ void setColor(SCPageView view, const DMColorValue *color) {
 
 void invalidate(SCPageView view, const SCRect *rect) {
     RecordOf(view);
-    if (Platform().invalidate != nullptr) Platform().invalidate(view, rect);
+    if (Platform().invalidate) Platform().invalidate(view, rect);
 }
 
 void drawNow(SCPageView view) {
     RecordOf(view);
-    if (Platform().drawNow != nullptr) Platform().drawNow(view);
+    if (Platform().drawNow) Platform().drawNow(view);
 }
 
 void invertRect(SCPageView view, const SCRect *rect) {
     RecordOf(view);
-    if (Platform().invertRect != nullptr) Platform().invertRect(view, &Required(rect));
+    if (Platform().invertRect) Platform().invertRect(view, &Required(rect));
 }
 
 void invertOutline(SCPageView view, const SCRect *rect) {
     RecordOf(view);
-    if (Platform().invertOutline != nullptr) Platform().invertOutline(view, &Required(rect));
+    if (Platform().invertOutline) Platform().invertOutline(view, &Required(rect));
 }
 
 void drawOutline(SCPageView view, const SCRect *rect, std::int16_t width, const KRFixed *dashes, std::int32_t count) {
     RecordOf(view);
-    if (Platform().drawOutline == nullptr) return;
-    Platform().drawOutline(view, &Required(rect), width, dashes, dashes != nullptr ? count : 0);
+    if (!Platform().drawOutline) return;
+    Platform().drawOutline(view, &Required(rect), width, dashes, dashes ? count : 0);
 }
 
 void fillRect(SCPageView view, const SCRect *rect) {
     RecordOf(view);
-    if (Platform().fillRect != nullptr) Platform().fillRect(view, &Required(rect));
+    if (Platform().fillRect) Platform().fillRect(view, &Required(rect));
 }
 
 /** Without a pointer a place that is on no page. */
@@ -182,7 +182,7 @@ void getMousePosition(SCPageView view, std::int16_t *x, std::int16_t *y) {
     RecordOf(view);
     std::int16_t h = -1;
     std::int16_t v = -1;
-    if (Platform().getPointer != nullptr) Platform().getPointer(view, &h, &v);
+    if (Platform().getPointer) Platform().getPointer(view, &h, &v);
     store(x, h);
     store(y, v);
 }
@@ -193,12 +193,12 @@ void getAnnotRect(SCPageView view, DMAnnot annot, SCRect *rect) {
 
 void *acquirePort(SCPageView view) {
     RecordOf(view);
-    return Platform().acquirePort != nullptr ? Platform().acquirePort(view) : nullptr;
+    return Platform().acquirePort ? Platform().acquirePort(view) : nullptr;
 }
 
 /** The port may outlive its view by the closing that it is released for. */
 void releasePort(SCPageView view, void *port) {
-    if (port != nullptr && Platform().releasePort != nullptr) Platform().releasePort(view, port);
+    if (port && Platform().releasePort) Platform().releasePort(view, port);
 }
 
 void devicePointToPage(SCPageView view, std::int16_t x, std::int16_t y, KRFixedPoint *point) {
@@ -222,39 +222,39 @@ void drawLexObj(SCPageView view, LexObj stream, const SCRect *rect) {
 // The system and the tools.
 
 std::uint32_t getModifiers() {
-    return Platform().getModifiers != nullptr ? Platform().getModifiers() : 0;
+    return Platform().getModifiers ? Platform().getModifiers() : 0;
 }
 
 bool mouseIsStillDown() {
-    return Platform().buttonIsDown != nullptr && Platform().buttonIsDown();
+    return Platform().buttonIsDown && Platform().buttonIsDown();
 }
 
 void beep(std::int32_t duration) {
-    if (Platform().beep != nullptr) Platform().beep(duration);
+    if (Platform().beep) Platform().beep(duration);
 }
 
 SCCursor standardCursor(std::int16_t id) {
-    return Platform().standardCursor != nullptr ? Platform().standardCursor(id) : nullptr;
+    return Platform().standardCursor ? Platform().standardCursor(id) : nullptr;
 }
 
 void setCursor(SCCursor cursor) {
-    if (Platform().setCursor != nullptr) Platform().setCursor(cursor);
+    if (Platform().setCursor) Platform().setCursor(cursor);
 }
 
 SCCursor getCursor() {
-    return Platform().getCursor != nullptr ? Platform().getCursor() : nullptr;
+    return Platform().getCursor ? Platform().getCursor() : nullptr;
 }
 
 SCToolButton toolButton(SCToolBar bar, KRAtom name) {
-    return bar != nullptr && Platform().toolButton != nullptr ? Platform().toolButton(bar, name) : nullptr;
+    return bar && Platform().toolButton ? Platform().toolButton(bar, name) : nullptr;
 }
 
 void removeToolButton(SCToolButton button) {
-    if (button != nullptr && Platform().removeToolButton != nullptr) Platform().removeToolButton(button);
+    if (button && Platform().removeToolButton) Platform().removeToolButton(button);
 }
 
 void drawWindowNow(SCWindow window) {
-    if (window != nullptr && Platform().drawWindowNow != nullptr) Platform().drawWindowNow(window);
+    if (window && Platform().drawWindowNow) Platform().drawWindowNow(window);
 }
 
 void renderPage(DMDoc doc, std::int32_t page, std::int32_t dpi, KRFileSys fs, KRPathName path) {
@@ -292,8 +292,8 @@ void fillApplication() {
     Bind<&DoingFullScreen>(SCAppDoingFullScreen);
     Bind<&RegisterIdle>(SCAppRegisterIdleProc);
     Bind<&UnregisterIdle>(SCAppUnregisterIdleProc);
-    Bind<&registerNotification>(SCAppRegisterNotification);
-    Bind<&unregisterNotification>(SCAppUnregisterNotification);
+    Bind<&RegisterNotification>(SCAppRegisterNotification);
+    Bind<&UnregisterNotification>(SCAppUnregisterNotification);
     Bind<&registerAuxData>(SCAppRegisterAuxDataHandler);
 }
 

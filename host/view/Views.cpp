@@ -22,8 +22,8 @@ using ViewList = std::vector<std::unique_ptr<SCDocRec>>;
 
 /** Front to back. */
 ViewList &views() {
-    static ViewList list;
-    return list;
+    static ViewList s_list;
+    return s_list;
 }
 
 ViewList::iterator find(SCDoc view) {
@@ -35,7 +35,7 @@ class DocReference {
 public:
     explicit DocReference(DMDoc doc) : doc_(doc) {}
     ~DocReference() {
-        if (doc_ != nullptr) closeDoc(doc_);
+        if (doc_) CloseDoc(doc_);
     }
     DocReference(const DocReference &) = delete;
     DocReference &operator=(const DocReference &) = delete;
@@ -52,9 +52,9 @@ private:
 
 void tellFront(SCDoc former) {
     const SCDoc front = FrontView();
-    if (former != front && ViewIsOpen(former)) notifyView(SCDocDidDeactivate, former);
-    if (front != nullptr && ViewIsOpen(front)) notifyView(SCDocDidActivate, front);
-    notifyView(SCAppFrontDocDidChange, FrontView());
+    if (former != front && ViewIsOpen(former)) NotifyView(SCDocDidDeactivate, former);
+    if (front && ViewIsOpen(front)) NotifyView(SCDocDidActivate, front);
+    NotifyView(SCAppFrontDocDidChange, FrontView());
 }
 
 /** Off the list, its window and pages given back; the record lives on in the result. */
@@ -62,18 +62,18 @@ std::unique_ptr<SCDocRec> takeOff(SCDoc view) {
     const auto place = find(view);
     std::unique_ptr<SCDocRec> rec = std::move(*place);
     views().erase(place);
-    if (rec->window != nullptr && Platform().closeWindow != nullptr) Platform().closeWindow(rec->window);
+    if (rec->window && Platform().closeWindow) Platform().closeWindow(rec->window);
     rec->window = nullptr;
     ReleaseHeldPages(rec->pageView);
     return rec;
 }
 
 void openWindow(SCDoc view) {
-    if (Platform().openWindow == nullptr) return;
+    if (!Platform().openWindow) return;
     const KRErrorCode code = HostProtect([&] { view->window = Platform().openWindow(view); });
     if (code == KRErrNone) return;
-    notifyViewDidOpen(view, code);
-    if (ViewIsOpen(view)) closeDoc(takeOff(view)->doc);
+    NotifyViewDidOpen(view, code);
+    if (ViewIsOpen(view)) CloseDoc(takeOff(view)->doc);
     ThrowIf(code);
 }
 
@@ -83,12 +83,12 @@ SCDoc addView(DocReference &reference, const SCDocOpenParams *params) {
     auto rec = std::make_unique<SCDocRec>();
     const SCDoc view = rec.get();
     rec->doc = reference.get();
-    rec->readOnly = params != nullptr && params->readOnly != 0;
+    rec->readOnly = params && params->readOnly != 0;
     rec->pageView.owner = view;
     views().insert(views().begin(), std::move(rec));
     reference.keep();
     openWindow(view);
-    notifyViewDidOpen(view, KRErrNone);
+    NotifyViewDidOpen(view, KRErrNone);
     if (!ViewIsOpen(view)) return nullptr;
     if (FrontView() == view) tellFront(former);
     return ViewIsOpen(view) ? view : nullptr;
@@ -113,31 +113,31 @@ SCPageViewRec &RecordOf(SCPageView view) {
 }
 
 SCDoc OpenFileInView(KRPathName path, KRFileSys fs, const SCDocOpenParams *params) {
-    DocReference reference(openDoc(fs, path, params != nullptr ? params->password : nullptr));
+    DocReference reference(OpenDoc(fs, path, params ? params->password : nullptr));
     if (const SCDoc shown = ViewOfDoc(reference.get())) {
         BringToFront(shown);
         return shown;
     }
-    const std::string title = path != nullptr ? lastPart(path->text) : "";
+    const std::string title = path ? lastPart(path->text) : "";
     const SCDoc view = addView(reference, params);
-    if (view != nullptr && view->title.empty()) view->title = title;
+    if (view && view->title.empty()) view->title = title;
     return view;
 }
 
 SCDoc OpenFileThroughTable(KRPathName path, KRFileSys fs, const char *title) {
     SCDoc view = nullptr;
     ThrowIf(HostProtect([&] { view = SCDocOpenFromFileWithParams(path, fs, /*params*/ nullptr); }));
-    if (title != nullptr && *title != '\0' && ViewIsOpen(view)) view->title = title;
+    if (title && *title != '\0' && ViewIsOpen(view)) view->title = title;
     return view;
 }
 
 SCDoc OpenDocInView(DMDoc doc, const SCDocOpenParams *params) {
-    checkDoc(doc);
+    CheckDoc(doc);
     if (const SCDoc shown = ViewOfDoc(doc)) {
         BringToFront(shown);
         return shown;
     }
-    ++checkDoc(doc).references;
+    ++CheckDoc(doc).references;
     DocReference reference(doc);
     return addView(reference, params);
 }
@@ -146,21 +146,20 @@ bool CloseView(SCDoc view, bool noDirtyCheck) {
     SCDocRec &rec = RecordOf(view);
     if (rec.closing) return false;
     rec.closing = true;
-    const bool ask = !noDirtyCheck && rec.window != nullptr && (docFlags(rec.doc) & DMDocDirty) != 0 &&
-                     Platform().confirmClose != nullptr;
+    const bool ask = !noDirtyCheck && rec.window && (DocFlags(rec.doc) & DMDocDirty) != 0 && Platform().confirmClose;
     if (ask && !Platform().confirmClose(view)) {
         rec.closing = false;
         return false;
     }
     // What an edit raises on being committed cannot keep the view open.
     HostProtect([&] { ClearSelection(view, /*highlight*/ false); });
-    notifyView(SCDocWillClose, view);
+    NotifyView(SCDocWillClose, view);
     const bool wasFront = FrontView() == view;
-    if (wasFront) notifyView(SCDocDidDeactivate, view);
+    if (wasFront) NotifyView(SCDocDidDeactivate, view);
     const std::unique_ptr<SCDocRec> gone = takeOff(view);
-    notifyView(SCDocDidClose, view);
+    NotifyView(SCDocDidClose, view);
     if (wasFront) tellFront(/*former*/ nullptr);
-    if (isOpenDoc(gone->doc)) closeDoc(gone->doc);
+    if (IsOpenDoc(gone->doc)) CloseDoc(gone->doc);
     return true;
 }
 
@@ -193,7 +192,7 @@ void BringToFront(SCDoc view) {
     if (former == view) return;
     const auto place = find(view);
     std::rotate(views().begin(), place, place + 1);
-    if (view->window != nullptr && Platform().raiseWindow != nullptr) Platform().raiseWindow(view->window);
+    if (view->window && Platform().raiseWindow) Platform().raiseWindow(view->window);
     tellFront(former);
 }
 

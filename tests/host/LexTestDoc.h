@@ -24,10 +24,10 @@ inline KRAtom atom(const char *text) {
 class Doc {
 public:
     Doc(std::initializer_list<std::string> objects) : Doc(PdfText(objects)) {}
-    explicit Doc(const std::string &bytes) : Doc(lex::openPdfBytes("test.pdf", bytes, nullptr)) {}
+    explicit Doc(const std::string &bytes) : Doc(lex::OpenPdfBytes("test.pdf", bytes, nullptr)) {}
     explicit Doc(LexDoc opened) : doc(opened) {}
     ~Doc() {
-        lex::closeDoc(doc);
+        lex::CloseStore(doc);
     }
     Doc(const Doc &) = delete;
     Doc &operator=(const Doc &) = delete;
@@ -37,11 +37,11 @@ public:
 
     /** What a path such as "A/0/X" leads to from the root. */
     LexObj at(const std::string &path) const {
-        LexObj obj = lex::rootOf(doc);
+        LexObj obj = lex::RootOf(doc);
         std::istringstream parts(path);
         for (std::string part; std::getline(parts, part, '/');)
-            obj = lex::typeOf(obj) == LexArray ? lex::arrayGet(obj, std::stoi(part))
-                                               : lex::dictGet(obj, atom(part.c_str()));
+            obj = lex::TypeOf(obj) == LexArray ? lex::ArrayGet(obj, std::stoi(part))
+                                               : lex::DictGet(obj, atom(part.c_str()));
         return obj;
     }
 
@@ -61,15 +61,15 @@ KRErrorCode codeOf(Body body) {
 
 /** A loose copy in another document; scalars, arrays and dictionaries. */
 inline LexObj copyDict(LexDoc to, LexObj from) {
-    if (lex::typeOf(from) == LexDict) {
-        const LexObj copy = lex::newDict(to, /*indirect*/ false);
-        for (const auto &[key, value] : lex::dictEntries(from)) lex::dictPut(copy, key, copyDict(to, value));
+    if (lex::TypeOf(from) == LexDict) {
+        const LexObj copy = lex::NewDict(to, /*indirect*/ false);
+        for (const auto &[key, value] : lex::DictEntries(from)) lex::DictPut(copy, key, copyDict(to, value));
         return copy;
     }
-    if (lex::typeOf(from) != LexArray) return lex::copyScalar(to, from);
-    const LexObj copy = lex::newArray(to, /*indirect*/ false);
-    for (std::int32_t i = 0; i < lex::arrayLength(from); ++i)
-        lex::arrayPut(copy, i, copyDict(to, lex::arrayGet(from, i)));
+    if (lex::TypeOf(from) != LexArray) return lex::CopyScalar(to, from);
+    const LexObj copy = lex::NewArray(to, /*indirect*/ false);
+    for (std::int32_t i = 0; i < lex::ArrayLength(from); ++i)
+        lex::ArrayPut(copy, i, copyDict(to, lex::ArrayGet(from, i)));
     return copy;
 }
 

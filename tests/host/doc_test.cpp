@@ -18,8 +18,8 @@
 
 namespace {
 
-using jackdaw::registerNotification;
-using jackdaw::unregisterNotification;
+using jackdaw::RegisterNotification;
+using jackdaw::UnregisterNotification;
 
 const std::vector<std::string> s_onePage = {
     "<< /Type /Catalog /Pages 2 0 R /Mark 1 >>",
@@ -68,10 +68,10 @@ protected:
         s_heard.clear();
     }
     void TearDown() override {
-        jackdaw::unregisterNotificationsOf(extension);
+        jackdaw::UnregisterNotificationsOf(extension);
     }
     void subscribe(std::int32_t number, KRProc proc, void *data = nullptr) {
-        registerNotification(number, extension, proc, data);
+        RegisterNotification(number, extension, proc, data);
     }
     void subscribeToSaves() {
         subscribe(DMDocWillSave, procOf(+[](DMDoc, const DMDocSaveRecord *record, void *) {
@@ -90,8 +90,8 @@ void sayData(void *data) {
 
 void leaveAndBring(void *) {
     s_heard.push_back("first");
-    unregisterNotification(SCAppFurtherEvent, 4711, procOf(&sayData), const_cast<char *>("leaving"));
-    registerNotification(SCAppFurtherEvent, 4711, procOf(&sayData), const_cast<char *>("new"));
+    UnregisterNotification(SCAppFurtherEvent, 4711, procOf(&sayData), const_cast<char *>("leaving"));
+    RegisterNotification(SCAppFurtherEvent, 4711, procOf(&sayData), const_cast<char *>("new"));
 }
 
 TEST_F(DocTest, SubscribersAreCalledInOrderWhateverOthersDo) {
@@ -99,11 +99,11 @@ TEST_F(DocTest, SubscribersAreCalledInOrderWhateverOthersDo) {
     subscribe(SCAppFurtherEvent, procOf(+[](void *) { KRRaise(KRErrBadField); }));
     subscribe(SCAppFurtherEvent, procOf(&sayData), const_cast<char *>("leaving"));
     subscribe(SCAppFurtherEvent, procOf(&sayData), const_cast<char *>("last"));
-    jackdaw::notifyApp(SCAppFurtherEvent);
+    jackdaw::NotifyApp(SCAppFurtherEvent);
     EXPECT_EQ(s_heard, (std::vector<std::string>{"first", "last"}));
     s_heard.clear();
-    unregisterNotification(SCAppFurtherEvent, extension, procOf(&leaveAndBring), nullptr);
-    jackdaw::notifyApp(SCAppFurtherEvent);
+    UnregisterNotification(SCAppFurtherEvent, extension, procOf(&leaveAndBring), nullptr);
+    jackdaw::NotifyApp(SCAppFurtherEvent);
     EXPECT_EQ(s_heard, (std::vector<std::string>{"last", "new"}));
 }
 
@@ -200,19 +200,19 @@ TEST_F(DocTest, SubscribersMayCloseTheDocumentAndMayNotSaveItAgain) {
     DMDocSave(doc, 0, nullptr, nullptr);
     const std::string refused = std::to_string(KRErrBadParam);
     EXPECT_EQ(s_heard, (std::vector<std::string>{refused, refused}));
-    EXPECT_FALSE(jackdaw::isOpenDoc(doc));
+    EXPECT_FALSE(jackdaw::IsOpenDoc(doc));
 }
 
 TEST_F(DocTest, ADocumentFromBytesHasNoFileAndIsWrittenToAStream) {
     subscribeToSaves();
-    const DMDoc doc = jackdaw::openDocFromBytes(PdfText(s_onePage), nullptr);
+    const DMDoc doc = jackdaw::OpenDocFromBytes(PdfText(s_onePage), nullptr);
     EXPECT_EQ(DMDocGetFile(doc), nullptr);
     EXPECT_EQ(Protect([&] { DMDocSave(doc, 0, nullptr, nullptr); }), KRErrBadParam);
     EXPECT_TRUE(s_heard.empty());
     change(doc);
     const std::string path = TempFile("stream.pdf", "");
     std::FILE *const stream = std::fopen(path.c_str(), "wb");
-    jackdaw::saveDocToStream(doc, stream);
+    jackdaw::SaveDocToStream(doc, stream);
     std::fclose(stream);
     EXPECT_EQ(s_heard, (std::vector<std::string>{"will", "did 0"}));
     EXPECT_EQ(DMDocGetFlags(doc) & DMDocDirty, DMDocDirty);
@@ -223,7 +223,7 @@ TEST_F(DocTest, ADocumentFromBytesHasNoFileAndIsWrittenToAStream) {
 }
 
 TEST_F(DocTest, InfoIsBytes) {
-    const DMDoc doc = jackdaw::openDocFromBytes(PdfText(s_onePage), nullptr);
+    const DMDoc doc = jackdaw::OpenDocFromBytes(PdfText(s_onePage), nullptr);
     char buffer[8] = "before";
     EXPECT_EQ(DMDocGetInfo(doc, "Title", buffer, sizeof buffer), 0);
     EXPECT_STREQ(buffer, "");
@@ -267,7 +267,7 @@ TEST(HostTextTest, ResultsAreCutAtWholeCharacters) {
 
 class FileSpecTest : public testing::Test {
 protected:
-    DMDoc doc = jackdaw::openDocFromBytes(
+    DMDoc doc = jackdaw::OpenDocFromBytes(
         PdfText({"<< /Type /Catalog /Specs [(sub/a.pdf) << /F (f.pdf) /UF <FEFF00E9> >> << /F 7 /DOS (d\\\\e.pdf) >>"
                  " << /FS /Nowhere /F (x) >> << /F () >> 5 (/abs/a.pdf)] >>"}),
         nullptr);

@@ -239,23 +239,23 @@ TEST(Draw, ChangesShowAndUnchangedAppearancesStayOpen) {
     page.add("/Subtype /Stamp /Rect [100 100 120 120]", form("/BBox [0 0 10 10]", redForm));
     page.add("/Subtype /Stamp /Rect [10 10 20 20]", form("/BBox [0 0 10 10]", redForm));
     const TestDoc file(page.finished());
-    const PageRef shown(acquirePage(file.doc, 0));
-    const LexObj annot = annotLex(pageAnnot(shown.get(), 0));
-    const LexObj other = NormalAppearance(annotLex(pageAnnot(shown.get(), 1)));
+    const PageRef shown(AcquirePage(file.doc, 0));
+    const LexObj annot = AnnotLex(PageAnnot(shown.get(), 0));
+    const LexObj other = NormalAppearance(AnnotLex(PageAnnot(shown.get(), 1)));
     EXPECT_EQ(colorOf(file, 110, 90), red);
-    const OnePagePtr before = KeptAppearance(other, lex::nullObj);
+    const OnePagePtr before = KeptAppearance(other, lex::NullObj);
 
-    const LexObj dict = lex::newDict(file.lex, false);
-    lex::dictPut(dict, AtomFromText("BBox"), newRectArray(file.lex, {0, KRFixedFromInt(10), KRFixedFromInt(10), 0}));
-    const LexObj blue = lex::newStream(file.lex, "0 0 1 rg 0 0 10 10 re f", false, dict, lex::nullObj);
-    lex::dictPut(lex::dictGet(annot, AtomFromText("AP")), AtomFromText("N"), blue);
+    const LexObj dict = lex::NewDict(file.lex, false);
+    lex::DictPut(dict, AtomFromText("BBox"), NewRectArray(file.lex, {0, KRFixedFromInt(10), KRFixedFromInt(10), 0}));
+    const LexObj blue = lex::NewStream(file.lex, "0 0 1 rg 0 0 10 10 re f", false, dict, lex::NullObj);
+    lex::DictPut(lex::DictGet(annot, AtomFromText("AP")), AtomFromText("N"), blue);
     EXPECT_EQ(colorOf(file, 110, 90), 0x0000FFu);
-    EXPECT_EQ(KeptAppearance(other, lex::nullObj), before);
+    EXPECT_EQ(KeptAppearance(other, lex::NullObj), before);
 
     // A change inside what the kept appearance is made of is seen as well.
-    lex::dictPut(other, AtomFromText("Matrix"), lex::newArray(file.lex, false));
-    lex::dictPut(other, AtomFromText("BBox"), newRectArray(file.lex, {0, KRFixedOne, KRFixedOne, 0}));
-    EXPECT_NE(KeptAppearance(other, lex::nullObj), before);
+    lex::DictPut(other, AtomFromText("Matrix"), lex::NewArray(file.lex, false));
+    lex::DictPut(other, AtomFromText("BBox"), NewRectArray(file.lex, {0, KRFixedOne, KRFixedOne, 0}));
+    EXPECT_NE(KeptAppearance(other, lex::NullObj), before);
 }
 
 TEST(Draw, TheLeastRecentlyUsedGoFirst) {
@@ -263,13 +263,13 @@ TEST(Draw, TheLeastRecentlyUsedGoFirst) {
     for (int i = 0; i < 4; ++i)
         page.add("/Subtype /Stamp /Rect [0 0 9 9]", form("/BBox [0 0 10 1" + std::to_string(i) + "]", redForm));
     const TestDoc file(page.finished());
-    const PageRef shown(acquirePage(file.doc, 0));
+    const PageRef shown(AcquirePage(file.doc, 0));
     const auto kept = [&](int i) {
-        return KeptAppearance(NormalAppearance(annotLex(pageAnnot(shown.get(), i))), lex::nullObj).get();
+        return KeptAppearance(NormalAppearance(AnnotLex(PageAnnot(shown.get(), i))), lex::NullObj).get();
     };
     DropKept();
     SetKeptLimit(3);
-    const OnePagePtr held = KeptAppearance(NormalAppearance(annotLex(pageAnnot(shown.get(), 1))), lex::nullObj);
+    const OnePagePtr held = KeptAppearance(NormalAppearance(AnnotLex(PageAnnot(shown.get(), 1))), lex::NullObj);
     const OnePage *first = kept(0);
     kept(2);
     EXPECT_EQ(kept(0), first);
@@ -288,8 +288,8 @@ TEST(Draw, ASnapshotDoesNotBringTheDocumentAlong) {
     page.add("/Subtype /Stamp /Rect [0 0 9 9]",
              form("/BBox [0 0 10 10] /Loop 9 0 R /PieceInfo 7 0 R /Up 3 0 R /Cat 1 0 R", redForm));
     const TestDoc file(page.finished());
-    const PageRef shown(acquirePage(file.doc, 0));
-    const std::string bytes = AppearanceSnapshot(NormalAppearance(annotLex(pageAnnot(shown.get(), 0))), lex::nullObj);
+    const PageRef shown(AcquirePage(file.doc, 0));
+    const std::string bytes = AppearanceSnapshot(NormalAppearance(AnnotLex(PageAnnot(shown.get(), 0))), lex::NullObj);
     EXPECT_FALSE(bytes.empty());
     EXPECT_LT(bytes.size(), 5'000u);
     EXPECT_LT(PageSnapshot(shown.get()).size(), 5'000u);

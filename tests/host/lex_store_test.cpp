@@ -74,30 +74,30 @@ private:
     };
 
     bool alike(const Pair &pair) {
-        if (lex::typeOf(pair.a) != lex::typeOf(pair.b)) return false;
-        switch (lex::typeOf(pair.a)) {
+        if (lex::TypeOf(pair.a) != lex::TypeOf(pair.b)) return false;
+        switch (lex::TypeOf(pair.a)) {
         case LexNull:
             return true;
         case LexStream:
-            return lex::rawData(pair.a) == lex::rawData(pair.b) && entriesAlike(pair);
+            return lex::RawData(pair.a) == lex::RawData(pair.b) && entriesAlike(pair);
         case LexDict:
             return entriesAlike(pair);
         case LexArray:
-            for (std::int32_t i = 0; i < lex::arrayLength(pair.a); ++i)
+            for (std::int32_t i = 0; i < lex::ArrayLength(pair.a); ++i)
                 waiting_.push_back(
-                    {lex::arrayGet(pair.a, i), lex::arrayGet(pair.b, i), pair.path + "/" + std::to_string(i)});
-            return lex::arrayLength(pair.a) == lex::arrayLength(pair.b);
+                    {lex::ArrayGet(pair.a, i), lex::ArrayGet(pair.b, i), pair.path + "/" + std::to_string(i)});
+            return lex::ArrayLength(pair.a) == lex::ArrayLength(pair.b);
         default:
-            return lex::libraryHandle(pair.a).unparseResolved() == lex::libraryHandle(pair.b).unparseResolved();
+            return lex::LibraryHandle(pair.a).unparseResolved() == lex::LibraryHandle(pair.b).unparseResolved();
         }
     }
 
     bool entriesAlike(const Pair &pair) {
-        const auto entries = lex::dictEntries(pair.a), others = lex::dictEntries(pair.b);
+        const auto entries = lex::DictEntries(pair.a), others = lex::DictEntries(pair.b);
         for (const auto &[key, value] : entries) {
-            const LexObj other = lex::dictGet(pair.b, key);
+            const LexObj other = lex::DictGet(pair.b, key);
             // A stream's length is written anew, and directly.
-            if (key == atom("Length") && lex::typeOf(pair.a) == LexStream) continue;
+            if (key == atom("Length") && lex::TypeOf(pair.a) == LexStream) continue;
             waiting_.push_back({value, other, pair.path + "/" + AtomText(key)});
         }
         return entries.size() == others.size();
@@ -109,7 +109,7 @@ private:
 
 std::string OpenedAndSaved(const std::string &bytes) {
     Doc doc(bytes);
-    return lex::saveDocToString(doc);
+    return lex::SaveStoreToString(doc);
 }
 
 bool opens(const std::string &bytes) {
@@ -127,12 +127,12 @@ TEST(StoreSave, KeepsEveryObjectAndEveryStreamsBytes) {
             if (entry.path().extension() == ".pdf") sources.push_back(entry.path().string());
     }
     for (const std::string &source : sources) {
-        Doc before(lex::openPdfFile(source, nullptr));
-        Doc after(lex::saveDocToString(before));
-        EXPECT_EQ(Comparison().run(lex::rootOf(before), lex::rootOf(after)), "") << source;
-        EXPECT_TRUE(lex::damage(after).empty()) << source << ": " << lex::damage(after)[0];
-        EXPECT_FALSE(lex::openFacts(after).repaired) << source;
-        EXPECT_EQ(lex::openFacts(after).encrypted, lex::openFacts(before).encrypted) << source;
+        Doc before(lex::OpenPdfFile(source, nullptr));
+        Doc after(lex::SaveStoreToString(before));
+        EXPECT_EQ(Comparison().run(lex::RootOf(before), lex::RootOf(after)), "") << source;
+        EXPECT_TRUE(lex::DamageOf(after).empty()) << source << ": " << lex::DamageOf(after)[0];
+        EXPECT_FALSE(lex::FactsOf(after).repaired) << source;
+        EXPECT_EQ(lex::FactsOf(after).encrypted, lex::FactsOf(before).encrypted) << source;
     }
     EXPECT_NE(OpenedAndSaved(packed).find("/ObjStm"), std::string::npos);
     EXPECT_EQ(OpenedAndSaved(packed).find("(name)"), std::string::npos) << "object streams are packed again";
@@ -144,30 +144,30 @@ TEST(StoreSave, ADocumentWithoutSizeOrWithADirectCatalogComesOutWhole) {
     for (const char *trailer : {"1 0 obj\n<< /A 2 0 R /AcroForm << >> >>\nendobj\ntrailer\n<< /Root 1 0 R >>\n",
                                 "trailer\n<< /Root << /A 2 0 R /AcroForm << >> >> >>\n"}) {
         Doc doc(body + trailer);
-        EXPECT_TRUE(lex::openFacts(doc).repaired);
-        EXPECT_EQ(lex::typeOf(doc.at("Tessella")), LexDict);
-        Doc again(lex::saveDocToString(doc));
-        EXPECT_TRUE(lex::damage(again).empty()) << lex::damage(again)[0];
-        EXPECT_EQ(lex::stringValue(again.at("A/X")), "x");
-        EXPECT_EQ(lex::typeOf(again.at("Tessella")), LexDict);
+        EXPECT_TRUE(lex::FactsOf(doc).repaired);
+        EXPECT_EQ(lex::TypeOf(doc.at("Tessella")), LexDict);
+        Doc again(lex::SaveStoreToString(doc));
+        EXPECT_TRUE(lex::DamageOf(again).empty()) << lex::DamageOf(again)[0];
+        EXPECT_EQ(lex::StringValue(again.at("A/X")), "x");
+        EXPECT_EQ(lex::TypeOf(again.at("Tessella")), LexDict);
     }
 }
 
 TEST(StoreSave, OverItsOwnFileTwiceAndNeverLosingItOnFailure) {
     const std::string path = TempFile("own.pdf", PdfText(s_form));
-    LexDoc opened = lex::openPdfFile(path, nullptr);
+    LexDoc opened = lex::OpenPdfFile(path, nullptr);
     Doc doc(opened);
     for (const char *value : {"first", "second"}) {
-        lex::dictPut(doc.at("Tessella/Fields/0"), atom("V"), lex::newString(doc, false, value));
-        lex::saveDoc(doc, path);
+        lex::DictPut(doc.at("Tessella/Fields/0"), atom("V"), lex::NewString(doc, false, value));
+        lex::SaveStore(doc, path);
         Doc again(ReadAll(path));
-        EXPECT_EQ(lex::stringValue(again.at("Tessella/Fields/0/V")), value);
+        EXPECT_EQ(lex::StringValue(again.at("Tessella/Fields/0/V")), value);
     }
-    EXPECT_EQ(codeOf([&] { lex::saveDoc(doc, "/dev/full"); }), KRErrDiskFull);
-    EXPECT_NE(codeOf([&] { lex::saveDoc(doc, path + "/no/folder"); }), KRErrNone);
-    lex::destroy(lex::rootOf(doc));
+    EXPECT_EQ(codeOf([&] { lex::SaveStore(doc, "/dev/full"); }), KRErrDiskFull);
+    EXPECT_NE(codeOf([&] { lex::SaveStore(doc, path + "/no/folder"); }), KRErrNone);
+    lex::DestroyObj(lex::RootOf(doc));
     const std::string former = ReadAll(path);
-    EXPECT_EQ(codeOf([&] { lex::saveDoc(doc, path); }), KRErrBadPDF);
+    EXPECT_EQ(codeOf([&] { lex::SaveStore(doc, path); }), KRErrBadPDF);
     EXPECT_EQ(ReadAll(path), former);
 }
 
@@ -195,10 +195,10 @@ TEST(StoreSave, NothingIsSavedOfAFileThatChangedWhileItWasOpen) {
     for (const auto &[name, change] : s_changes) {
         SCOPED_TRACE(name);
         const std::string path = TempFile("changing.pdf", bytes), target = TempFile("target.pdf", "former");
-        Doc doc(lex::openPdfFile(path, nullptr));
+        Doc doc(lex::OpenPdfFile(path, nullptr));
         change(path);
-        EXPECT_EQ(codeOf([&] { lex::saveDoc(doc, target); }), KRErrFileIO);
-        EXPECT_EQ(codeOf([&] { lex::damage(doc); }), KRErrFileIO);
+        EXPECT_EQ(codeOf([&] { lex::SaveStore(doc, target); }), KRErrFileIO);
+        EXPECT_EQ(codeOf([&] { lex::DamageOf(doc); }), KRErrFileIO);
         EXPECT_EQ(ReadAll(target), "former");
     }
 }
@@ -212,16 +212,16 @@ TEST(StoreSave, DamageIsToldAndCanBeRefused) {
     for (const std::string &bytes : {cut, wrongOffsets, unreadable}) {
         const std::string target = TempFile("target.pdf", "former");
         Doc doc(bytes);
-        EXPECT_EQ(codeOf([&] { lex::saveDoc(doc, target, lex::Damage::Refused); }), KRErrBadPDF);
+        EXPECT_EQ(codeOf([&] { lex::SaveStore(doc, target, lex::Damage::Refused); }), KRErrBadPDF);
         EXPECT_EQ(ReadAll(target), "former");
-        lex::saveDoc(doc, target);
-        EXPECT_FALSE(lex::damage(doc).empty());
+        lex::SaveStore(doc, target);
+        EXPECT_FALSE(lex::DamageOf(doc).empty());
         Doc sound(ReadAll(target));
-        EXPECT_EQ(lex::damage(sound), std::vector<std::string>());
-        lex::saveDoc(sound, target, lex::Damage::Refused);
+        EXPECT_EQ(lex::DamageOf(sound), std::vector<std::string>());
+        lex::SaveStore(sound, target, lex::Damage::Refused);
     }
     Doc doc(cut);
-    const auto lines = lex::damage(doc);
+    const auto lines = lex::DamageOf(doc);
     EXPECT_TRUE(std::any_of(lines.begin(), lines.end(), [](const std::string &line) {
         return line.find("(object 5 0): is missing") != std::string::npos;
     }));
@@ -245,33 +245,33 @@ TEST(StoreSave, ACryptFilterNeedsNoParameters) {
     bytes.replace(bytes.find("/Type /Metadata"), 15, "/Filter[/Crypt]");
     bytes.replace(subtype, 13, "/Subt    /XML");
     Doc doc(bytes);
-    Doc saved(lex::saveDocToString(doc));
-    EXPECT_EQ(lex::rawData(saved.at("Metadata")), text);
-    EXPECT_EQ(lex::stringValue(saved.at("Tessella/Fields/0/V")), "value");
-    EXPECT_EQ(lex::damage(saved), std::vector<std::string>());
+    Doc saved(lex::SaveStoreToString(doc));
+    EXPECT_EQ(lex::RawData(saved.at("Metadata")), text);
+    EXPECT_EQ(lex::StringValue(saved.at("Tessella/Fields/0/V")), "value");
+    EXPECT_EQ(lex::DamageOf(saved), std::vector<std::string>());
 }
 
 TEST(StoreOpen, EncryptionAsksForAPasswordAndGivesTheRightsOfWhoOpened) {
     const std::string bytes = Encrypted("user", "owner", /*fillIn*/ true);
-    const auto open = [&](const char *password) { return lex::openPdfBytes("locked.pdf", bytes, password); };
+    const auto open = [&](const char *password) { return lex::OpenPdfBytes("locked.pdf", bytes, password); };
     EXPECT_EQ(codeOf([&] { open(nullptr); }), KRErrPassword);
     EXPECT_EQ(codeOf([&] { open("wrong"); }), KRErrPassword);
     Doc user(open("user")), owner(open("owner"));
-    EXPECT_FALSE(lex::openFacts(user).owner);
-    EXPECT_TRUE(lex::openFacts(owner).owner);
-    EXPECT_EQ(lex::permissions(owner), 0xFFFFFFFF);
-    EXPECT_EQ(lex::permissions(user) & (0x8000 | 256 | 32 | 8), 256u | 32u);
+    EXPECT_FALSE(lex::FactsOf(user).owner);
+    EXPECT_TRUE(lex::FactsOf(owner).owner);
+    EXPECT_EQ(lex::PermissionsOf(owner), 0xFFFFFFFF);
+    EXPECT_EQ(lex::PermissionsOf(user) & (0x8000 | 256 | 32 | 8), 256u | 32u);
     Doc readOnly(Encrypted("", "owner", /*fillIn*/ false));
-    EXPECT_TRUE(lex::openFacts(readOnly).encrypted);
-    EXPECT_EQ(lex::permissions(readOnly) & (0x8000 | 256 | 32 | 8), 0u);
+    EXPECT_TRUE(lex::FactsOf(readOnly).encrypted);
+    EXPECT_EQ(lex::PermissionsOf(readOnly) & (0x8000 | 256 | 32 | 8), 0u);
     Doc plain(PdfText(s_form));
-    EXPECT_EQ(lex::permissions(plain), 0xFFFFFFFF);
+    EXPECT_EQ(lex::PermissionsOf(plain), 0xFFFFFFFF);
 
-    const std::string saved = lex::saveDocToString(user);
+    const std::string saved = lex::SaveStoreToString(user);
     EXPECT_EQ(codeOf([&] { Doc doc(saved); }), KRErrPassword);
     for (const char *password : {"user", "owner"}) {
-        Doc again(lex::openPdfBytes("saved.pdf", saved, password));
-        EXPECT_EQ(lex::stringValue(again.at("Tessella/Fields/0/V")), "value") << password;
+        Doc again(lex::OpenPdfBytes("saved.pdf", saved, password));
+        EXPECT_EQ(lex::StringValue(again.at("Tessella/Fields/0/V")), "value") << password;
     }
     const std::size_t trailer = bytes.find("trailer");
     EXPECT_FALSE(opens(bytes.substr(0, trailer))) << "without its key the file would read as rubbish";
@@ -279,28 +279,28 @@ TEST(StoreOpen, EncryptionAsksForAPasswordAndGivesTheRightsOfWhoOpened) {
 
 TEST(StoreOpen, CutFilesComeBackAndRubbishIsRefused) {
     std::string classic = PdfText(s_form);
-    Doc cut(lex::openPdfFile(TempFile("cut.pdf", classic.substr(0, classic.find("xref\n"))), nullptr));
-    EXPECT_TRUE(lex::openFacts(cut).repaired);
-    EXPECT_EQ(lex::stringValue(cut.at("Tessella/Fields/0/V")), "value");
+    Doc cut(lex::OpenPdfFile(TempFile("cut.pdf", classic.substr(0, classic.find("xref\n"))), nullptr));
+    EXPECT_TRUE(lex::FactsOf(cut).repaired);
+    EXPECT_EQ(lex::StringValue(cut.at("Tessella/Fields/0/V")), "value");
     for (const std::size_t percent : {10, 30, 50, 70, 90, 99}) {
         const std::string part = classic.substr(0, classic.size() * percent / 100);
         if (part.find("endobj") == std::string::npos) continue;
         Doc doc(part);
-        EXPECT_EQ(lex::typeOf(doc.at("Tessella")), LexDict) << percent;
-        EXPECT_FALSE(lex::saveDocToString(doc).empty());
+        EXPECT_EQ(lex::TypeOf(doc.at("Tessella")), LexDict) << percent;
+        EXPECT_FALSE(lex::SaveStoreToString(doc).empty());
     }
     std::string packed = Rewritten(classic, [](QPDFWriter &writer) { writer.setObjectStreamMode(qpdf_o_generate); });
     packed.resize(packed.rfind("startxref"));
     Doc doc(packed);
-    EXPECT_EQ(lex::stringValue(doc.at("Tessella/Fields/0/V")), "value");
+    EXPECT_EQ(lex::StringValue(doc.at("Tessella/Fields/0/V")), "value");
 
     for (const char *rubbish : {"", "%PDF-1.4\n", "just text", "%PDF-1.4\ntrailer << /Root 9 0 R >>\n",
                                 "%PDF-1.4\n1 0 obj\n[ /Type /Catalog ]\nendobj\n", "/Type /Catalog 1 0 obj /XRef obj"})
         EXPECT_EQ(codeOf([&] { Doc bad(rubbish); }), KRErrBadPDF) << rubbish;
-    EXPECT_EQ(codeOf([&] { lex::openPdfFile("/nowhere/at/all.pdf", nullptr); }), KRErrFileNotFound);
-    EXPECT_NE(codeOf([&] { lex::openPdfFile("/", nullptr); }), KRErrNone);
+    EXPECT_EQ(codeOf([&] { lex::OpenPdfFile("/nowhere/at/all.pdf", nullptr); }), KRErrFileNotFound);
+    EXPECT_NE(codeOf([&] { lex::OpenPdfFile("/", nullptr); }), KRErrNone);
     try {
-        lex::openPdfFile(TempFile("poor.pdf", "poor"), nullptr);
+        lex::OpenPdfFile(TempFile("poor.pdf", "poor"), nullptr);
         FAIL();
     } catch (const HostError &error) {
         EXPECT_NE(error.what.find("poor.pdf"), std::string::npos) << error.what;
@@ -319,32 +319,32 @@ TEST(StoreOpen, ALargeFileIsReadRightInWhateverOrder) {
     objects[0] = "<< /L [ " + refs + "] >>";
     const std::string bytes = PdfText(objects);
     ASSERT_GT(bytes.size(), 600000u);
-    Doc doc(lex::openPdfFile(TempFile("large.pdf", bytes), nullptr));
+    Doc doc(lex::OpenPdfFile(TempFile("large.pdf", bytes), nullptr));
     for (int step = 0; step < 58; ++step) {
         const int i = step * 23 % 58;
-        const std::string data = lex::rawData(lex::arrayGet(doc.at("L"), i));
+        const std::string data = lex::RawData(lex::ArrayGet(doc.at("L"), i));
         EXPECT_EQ(data, std::string(static_cast<std::size_t>(i + 2) * 397, static_cast<char>('A' + (i + 2) % 26)));
     }
-    EXPECT_TRUE(lex::damage(doc).empty());
+    EXPECT_TRUE(lex::DamageOf(doc).empty());
     const std::string broken = bytes.substr(0, bytes.rfind("startxref")) + "startxref\n99999999999999\n%%EOF\n";
-    Doc repaired(lex::openPdfFile(TempFile("broken.pdf", broken), nullptr));
-    EXPECT_TRUE(lex::openFacts(repaired).repaired);
-    EXPECT_EQ(lex::streamLength(repaired.at("L/57")), 59 * 397);
+    Doc repaired(lex::OpenPdfFile(TempFile("broken.pdf", broken), nullptr));
+    EXPECT_TRUE(lex::FactsOf(repaired).repaired);
+    EXPECT_EQ(lex::StreamLength(repaired.at("L/57")), 59 * 397);
 }
 
 TEST(StoreOpen, DeepAndLoopedFilesAreReadWithoutHarm) {
     const std::string deep = "<< /Deep " + std::string(100000, '[') + std::string(100000, ']') + " /Level " +
                              std::string(300, '[') + std::string(300, ']') + " >>";
     Doc nested{"<< /A 2 0 R /B 3 0 R >>", deep, "[ 3 0 R 3 0 R << /Kids [ 3 0 R ] /Parent 3 0 R >> ]"};
-    EXPECT_FALSE(lex::saveDocToString(nested).empty());
+    EXPECT_FALSE(lex::SaveStoreToString(nested).empty());
     LexObj level = nested.at("B");
-    for (int i = 0; i < 10000; ++i) level = lex::arrayGet(level, 0);
-    EXPECT_EQ(lex::arrayLength(level), 3);
+    for (int i = 0; i < 10000; ++i) level = lex::ArrayGet(level, 0);
+    EXPECT_EQ(lex::ArrayLength(level), 3);
 
     Doc odd{"<< /A 2 0 R /B 3 0 R /C 4 0 R >>", "3 0 R", "2 0 R", "<< 1 2 /X#00Y 1 (k) /V >>"};
-    lex::typeOf(odd.at("A"));
-    for (const auto &[key, value] : lex::dictEntries(odd.at("C"))) EXPECT_NE(key, KRAtomNull);
-    EXPECT_FALSE(lex::damage(odd).empty());
+    lex::TypeOf(odd.at("A"));
+    for (const auto &[key, value] : lex::DictEntries(odd.at("C"))) EXPECT_NE(key, KRAtomNull);
+    EXPECT_FALSE(lex::DamageOf(odd).empty());
 }
 
 TEST(StoreFdf, IsBuiltSavedUnderItsHeaderAndReadAgain) {
@@ -352,23 +352,23 @@ TEST(StoreFdf, IsBuiltSavedUnderItsHeaderAndReadAgain) {
     const LexDoc made = LexDocCreate();
     const LexObj fdf = LexNewDict(made, 0, 1);
     LexDictPut(LexDocGetRoot(made), atom("FDF"), fdf);
-    LexDictPut(fdf, atom("Kids"), lex::newArray(made, false));
+    LexDictPut(fdf, atom("Kids"), lex::NewArray(made, false));
     LexArrayInsert(LexDictGet(fdf, atom("Kids")), 0, LexNewDict(made, 0, 0));
     LexDictPut(LexDocGetRoot(made), atom("AcroForm"), LexNewString(made, 0, "own name", 8));
-    EXPECT_TRUE(lex::isNull(lex::dictGet(lex::rootOf(made), atom("Tessella")))) << "no translation in an FDF";
+    EXPECT_TRUE(lex::IsNull(lex::DictGet(lex::RootOf(made), atom("Tessella")))) << "no translation in an FDF";
     KRPathName name = KRPathFromPlatformPath(path.c_str());
     LexDocSaveToFile(made, KRGetDefaultFileSys(), name);
     LexDocClose(made);
     EXPECT_EQ(ReadAll(path).substr(0, 9), "%FDF-1.2\n");
 
     const LexDoc opened = LexDocOpen(KRGetDefaultFileSys(), name);
-    EXPECT_TRUE(lex::damage(opened).empty());
-    EXPECT_FALSE(lex::openFacts(opened).repaired);
+    EXPECT_TRUE(lex::DamageOf(opened).empty());
+    EXPECT_FALSE(lex::FactsOf(opened).repaired);
     std::filesystem::remove(path);
     LexObj kids = LexDictGet(LexDictGet(LexDocGetRoot(opened), atom("FDF")), atom("Kids"));
     EXPECT_EQ(LexObjGetType(LexArrayGet(kids, 0)), LexDict);
     EXPECT_FALSE(LexObjIsIndirect(LexArrayGet(kids, 0))) << "an FDF's fields stay direct";
-    EXPECT_EQ(lex::saveDocToString(opened).substr(0, 9), "%FDF-1.2\n");
+    EXPECT_EQ(lex::SaveStoreToString(opened).substr(0, 9), "%FDF-1.2\n");
     LexDocClose(opened);
     KRFileSysReleasePath(KRGetDefaultFileSys(), name);
     EXPECT_EQ(Protect([&] { LexDocClose(opened); }), KRErrBadParam);
@@ -382,22 +382,22 @@ TEST(StoreFdf, OpensWhatOthersWriteAndRefusesWhatIsNoFdf) {
           "%FDF-1.2 " + object.substr(0, object.size() - 7),
           std::string("%FDF-1.2\ntrailer << /Root << /FDF << /Fields [ << /T (a) >> ] >> >> >>\n"),
           "%FDF-1.2\n" + object + "trailer\n<< /Root 1 0 R >>\nstartxref\n0\n%%EOF"}) {
-        Doc doc(lex::openFdfBytes("in.fdf", text));
-        EXPECT_EQ(lex::stringValue(doc.at("FDF/Fields/0/T")), "a") << text;
-        Doc again(lex::openFdfBytes("out.fdf", lex::saveDocToString(doc)));
-        EXPECT_TRUE(lex::damage(again).empty()) << lex::damage(again)[0];
-        EXPECT_EQ(lex::stringValue(again.at("FDF/Fields/0/T")), "a");
+        Doc doc(lex::OpenFdfBytes("in.fdf", text));
+        EXPECT_EQ(lex::StringValue(doc.at("FDF/Fields/0/T")), "a") << text;
+        Doc again(lex::OpenFdfBytes("out.fdf", lex::SaveStoreToString(doc)));
+        EXPECT_TRUE(lex::DamageOf(again).empty()) << lex::DamageOf(again)[0];
+        EXPECT_EQ(lex::StringValue(again.at("FDF/Fields/0/T")), "a");
     }
     for (const std::string &text : {PdfText(s_form), std::string(), std::string(1024, ' ') + "%FDF-1.2\n" + object}) {
         try {
-            lex::openFdfBytes("in.fdf", text);
+            lex::OpenFdfBytes("in.fdf", text);
             ADD_FAILURE() << text;
         } catch (const HostError &error) {
             EXPECT_EQ(error.code, KRErrNotFDF);
             EXPECT_NE(error.what.find("%PDF"), std::string::npos);
         }
     }
-    EXPECT_EQ(codeOf([&] { lex::openFdfBytes("in.fdf", "%FDF-1.2\nnothing else"); }), KRErrBadPDF);
+    EXPECT_EQ(codeOf([&] { lex::OpenFdfBytes("in.fdf", "%FDF-1.2\nnothing else"); }), KRErrBadPDF);
     Doc pdf(PdfText(s_form));
     EXPECT_EQ(Protect([&] { LexDocClose(pdf); }), KRErrBadParam) << "the document model closes it";
 }

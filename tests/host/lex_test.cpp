@@ -32,197 +32,197 @@ TEST(LexIdentity, TwoGetsOfOnePlaceGiveOneObjectHoweverItIsReached) {
     EXPECT_TRUE(Equal(doc.at("B"), doc.at("D/1")));
     EXPECT_TRUE(Equal(doc.at("D/0"), doc.at("D/0")));
     EXPECT_FALSE(Equal(doc.at("A"), doc.at("D/0")));
-    EXPECT_EQ(lex::objectNumber(doc.at("B")), 2);
-    EXPECT_FALSE(lex::isIndirect(doc.at("A")));
+    EXPECT_EQ(lex::ObjectNumber(doc.at("B")), 2);
+    EXPECT_FALSE(lex::IsIndirect(doc.at("A")));
 }
 
 TEST(LexIdentity, DirectElementsStayThemselvesWhenTheArrayMovesThem) {
     Doc doc{"<< /D [ << /N 0 >> << /N 1 >> << /N 2 >> << /N 3 >> ] >>"};
     const LexObj array = doc.at("D");
     const LexObj first = doc.at("D/0"), third = doc.at("D/2");
-    lex::arrayInsert(array, 1, lex::newInteger(doc, false, 7));
-    EXPECT_TRUE(Equal(lex::arrayGet(array, 3), third));
-    lex::arrayRemove(array, first);
-    EXPECT_TRUE(Equal(lex::arrayGet(array, 2), third));
-    EXPECT_EQ(lex::arrayIndexOf(array, third), 2);
+    lex::ArrayInsert(array, 1, lex::NewInteger(doc, false, 7));
+    EXPECT_TRUE(Equal(lex::ArrayGet(array, 3), third));
+    lex::ArrayRemove(array, first);
+    EXPECT_TRUE(Equal(lex::ArrayGet(array, 2), third));
+    EXPECT_EQ(lex::ArrayIndexOf(array, third), 2);
     // Never looked at before the moves: its place is right all the same.
-    EXPECT_EQ(lex::integerValue(lex::dictGet(lex::arrayGet(array, 3), atom("N"))), 3);
-    lex::arrayInsert(array, 1000, first);
-    EXPECT_EQ(lex::arrayLength(array), 5);
-    EXPECT_TRUE(Equal(lex::arrayGet(array, 4), first));
-    lex::arrayRemove(array, lex::newString(doc, false, "x"));
-    EXPECT_EQ(lex::arrayLength(array), 5);
-    lex::arrayRemove(array, lex::newInteger(doc, false, 7));
-    EXPECT_EQ(lex::arrayLength(array), 4) << "small scalars are one object";
+    EXPECT_EQ(lex::IntegerValue(lex::DictGet(lex::ArrayGet(array, 3), atom("N"))), 3);
+    lex::ArrayInsert(array, 1000, first);
+    EXPECT_EQ(lex::ArrayLength(array), 5);
+    EXPECT_TRUE(Equal(lex::ArrayGet(array, 4), first));
+    lex::ArrayRemove(array, lex::NewString(doc, false, "x"));
+    EXPECT_EQ(lex::ArrayLength(array), 5);
+    lex::ArrayRemove(array, lex::NewInteger(doc, false, 7));
+    EXPECT_EQ(lex::ArrayLength(array), 4) << "small scalars are one object";
 }
 
 TEST(LexNulls, AllNullsAreTheNullObjectAndKnowNoKey) {
     Doc doc{"<< /A null /B 9 0 R /C 2 0 R /D [ null 9 0 R 1 ] >>", "null"};
-    const LexObj root = lex::rootOf(doc);
+    const LexObj root = lex::RootOf(doc);
     for (const char *key : {"A", "B", "C", "None"}) {
         EXPECT_TRUE(Equal(doc.at(key), LexNullObj)) << key;
-        EXPECT_FALSE(lex::dictKnown(root, atom(key))) << key;
+        EXPECT_FALSE(lex::DictKnown(root, atom(key))) << key;
     }
     EXPECT_TRUE(Equal(doc.at("D/0"), LexNullObj));
     EXPECT_TRUE(Equal(doc.at("D/1"), LexNullObj));
     EXPECT_TRUE(Equal(doc.at("D/3"), LexNullObj));
-    EXPECT_EQ(lex::dictEntries(root).size(), 1u);
-    lex::dictPut(root, atom("D"), LexNullObj);
-    EXPECT_FALSE(lex::dictKnown(root, atom("D")));
-    EXPECT_TRUE(lex::dictEntries(root).empty());
+    EXPECT_EQ(lex::DictEntries(root).size(), 1u);
+    lex::DictPut(root, atom("D"), LexNullObj);
+    EXPECT_FALSE(lex::DictKnown(root, atom("D")));
+    EXPECT_TRUE(lex::DictEntries(root).empty());
 }
 
 TEST(LexNulls, AnArrayGrowsWithNullsButNotWithoutBound) {
     Doc doc{"<< /D [ 1 ] >>"};
     const LexObj array = doc.at("D");
-    lex::arrayPut(array, 3, lex::newBoolean(doc, false, true));
-    EXPECT_EQ(lex::arrayLength(array), 4);
-    EXPECT_TRUE(lex::isNull(lex::arrayGet(array, 2)));
-    EXPECT_TRUE(lex::booleanValue(lex::arrayGet(array, 3)));
-    lex::arrayPut(array, 0, LexNullObj);
-    EXPECT_TRUE(lex::isNull(lex::arrayGet(array, 0)));
-    EXPECT_EQ(codeOf([&] { lex::arrayPut(array, 0x7FFFFFFF, array); }), KRErrBadParam);
-    EXPECT_EQ(codeOf([&] { lex::arrayGet(array, -1); }), KRErrBadParam);
+    lex::ArrayPut(array, 3, lex::NewBoolean(doc, false, true));
+    EXPECT_EQ(lex::ArrayLength(array), 4);
+    EXPECT_TRUE(lex::IsNull(lex::ArrayGet(array, 2)));
+    EXPECT_TRUE(lex::BooleanValue(lex::ArrayGet(array, 3)));
+    lex::ArrayPut(array, 0, LexNullObj);
+    EXPECT_TRUE(lex::IsNull(lex::ArrayGet(array, 0)));
+    EXPECT_EQ(codeOf([&] { lex::ArrayPut(array, 0x7FFFFFFF, array); }), KRErrBadParam);
+    EXPECT_EQ(codeOf([&] { lex::ArrayGet(array, -1); }), KRErrBadParam);
 }
 
 TEST(LexRefusals, WrongTypesRaise) {
     Doc doc{"<< /N /Name /S (text) /I 3 /R 1.5 /D [ ] >>"};
-    EXPECT_EQ(codeOf([&] { lex::integerValue(doc.at("R")); }), KRErrBadParam);
-    EXPECT_EQ(codeOf([&] { lex::fixedValue(doc.at("I")); }), KRErrBadParam);
-    EXPECT_EQ(codeOf([&] { lex::nameValue(doc.at("S")); }), KRErrBadParam);
-    EXPECT_EQ(codeOf([&] { lex::dictGet(doc.at("D"), atom("X")); }), KRErrBadParam);
-    EXPECT_EQ(codeOf([&] { lex::arrayLength(LexNullObj); }), KRErrBadParam);
+    EXPECT_EQ(codeOf([&] { lex::IntegerValue(doc.at("R")); }), KRErrBadParam);
+    EXPECT_EQ(codeOf([&] { lex::FixedValue(doc.at("I")); }), KRErrBadParam);
+    EXPECT_EQ(codeOf([&] { lex::NameValue(doc.at("S")); }), KRErrBadParam);
+    EXPECT_EQ(codeOf([&] { lex::DictGet(doc.at("D"), atom("X")); }), KRErrBadParam);
+    EXPECT_EQ(codeOf([&] { lex::ArrayLength(LexNullObj); }), KRErrBadParam);
     EXPECT_EQ(Protect([&] { LexStringValue(doc.at("N"), nullptr); }), KRErrBadParam);
 }
 
 TEST(LexRefusals, DirectCyclesForeignObjectsAndEndlessNesting) {
     Doc doc{"<< /A << /B << /C [ ] >> >> >>"}, other{"<< /X << >> /Y 2 0 R >>", "<< >>"};
     const LexObj a = doc.at("A");
-    EXPECT_EQ(codeOf([&] { lex::arrayInsert(doc.at("A/B/C"), 0, a); }), KRErrBadParam);
-    EXPECT_EQ(codeOf([&] { lex::dictPut(a, atom("Self"), a); }), KRErrBadParam);
-    EXPECT_EQ(codeOf([&] { lex::dictPut(a, atom("X"), other.at("X")); }), KRErrBadParam);
-    EXPECT_EQ(codeOf([&] { lex::dictPut(a, atom("X"), other.at("Y")); }), KRErrBadParam);
-    EXPECT_EQ(codeOf([&] { lex::dictPut(a, atom("X"), lex::newInteger(other, false, 1)); }), KRErrBadParam);
+    EXPECT_EQ(codeOf([&] { lex::ArrayInsert(doc.at("A/B/C"), 0, a); }), KRErrBadParam);
+    EXPECT_EQ(codeOf([&] { lex::DictPut(a, atom("Self"), a); }), KRErrBadParam);
+    EXPECT_EQ(codeOf([&] { lex::DictPut(a, atom("X"), other.at("X")); }), KRErrBadParam);
+    EXPECT_EQ(codeOf([&] { lex::DictPut(a, atom("X"), other.at("Y")); }), KRErrBadParam);
+    EXPECT_EQ(codeOf([&] { lex::DictPut(a, atom("X"), lex::NewInteger(other, false, 1)); }), KRErrBadParam);
 
-    LexObj nest = lex::newDict(doc, false);
+    LexObj nest = lex::NewDict(doc, false);
     const auto deepen = [&] {
         for (int i = 0; i < 5000; ++i) {
-            const LexObj outer = lex::newDict(doc, false);
-            lex::dictPut(outer, atom("In"), nest);
+            const LexObj outer = lex::NewDict(doc, false);
+            lex::DictPut(outer, atom("In"), nest);
             nest = outer;
         }
     };
     EXPECT_EQ(codeOf(deepen), KRErrBadParam);
-    lex::dictPut(a, atom("Nest"), lex::dictGet(lex::dictGet(lex::dictGet(nest, atom("In")), atom("In")), atom("In")));
-    lex::dictPut(a, atom("Root"), lex::rootOf(doc));
-    Doc again(lex::saveDocToString(doc));
-    EXPECT_TRUE(Equal(again.at("A/Root"), lex::rootOf(again))) << "an indirect cycle is good";
+    lex::DictPut(a, atom("Nest"), lex::DictGet(lex::DictGet(lex::DictGet(nest, atom("In")), atom("In")), atom("In")));
+    lex::DictPut(a, atom("Root"), lex::RootOf(doc));
+    Doc again(lex::SaveStoreToString(doc));
+    EXPECT_TRUE(Equal(again.at("A/Root"), lex::RootOf(again))) << "an indirect cycle is good";
 }
 
 TEST(LexChanges, ASharedDirectObjectMarksAnyHolderThatIsLeft) {
     Doc doc{"<< /A << >> /B << >> >>"};
     int changes = 0;
-    lex::setChangeObserver(doc, [&] { ++changes; });
-    const LexObj shared = lex::newDict(doc, false);
-    lex::dictPut(shared, atom("X"), lex::newInteger(doc, false, 1));
+    lex::SetChangeObserver(doc, [&] { ++changes; });
+    const LexObj shared = lex::NewDict(doc, false);
+    lex::DictPut(shared, atom("X"), lex::NewInteger(doc, false, 1));
     EXPECT_EQ(changes, 0) << "loose";
-    lex::dictPut(doc.at("A"), atom("S"), shared);
-    lex::dictPut(doc.at("B"), atom("S"), shared);
+    lex::DictPut(doc.at("A"), atom("S"), shared);
+    lex::DictPut(doc.at("B"), atom("S"), shared);
     EXPECT_EQ(changes, 2);
-    lex::dictRemove(doc.at("A"), atom("S"));
-    lex::dictPut(shared, atom("X"), lex::newInteger(doc, false, 2));
+    lex::DictRemove(doc.at("A"), atom("S"));
+    lex::DictPut(shared, atom("X"), lex::NewInteger(doc, false, 2));
     EXPECT_EQ(changes, 4) << "still held by B";
-    lex::dictRemove(doc.at("B"), atom("S"));
-    const std::uint64_t stamp = lex::changeStamp(doc);
-    lex::dictPut(shared, atom("X"), lex::newInteger(doc, false, 3));
+    lex::DictRemove(doc.at("B"), atom("S"));
+    const std::uint64_t stamp = lex::ChangeStamp(doc);
+    lex::DictPut(shared, atom("X"), lex::NewInteger(doc, false, 3));
     EXPECT_EQ(changes, 5) << "loose again";
-    EXPECT_GT(lex::changeStamp(doc), stamp);
-    lex::dictRemove(doc.at("B"), atom("S"));
+    EXPECT_GT(lex::ChangeStamp(doc), stamp);
+    lex::DictRemove(doc.at("B"), atom("S"));
     EXPECT_EQ(changes, 5) << "nothing was there";
 }
 
 TEST(LexChanges, ADestroyedObjectReadsAsNullEverywhereAndAfterTheSave) {
     Doc doc{"<< /A 2 0 R /D [ 2 0 R 3 0 R ] >>", "<< /In << /X 1 >> >>", "(kept)"};
     const LexObj gone = doc.at("A"), inner = doc.at("A/In");
-    lex::destroy(gone);
-    EXPECT_EQ(lex::typeOf(gone), LexNull);
+    lex::DestroyObj(gone);
+    EXPECT_EQ(lex::TypeOf(gone), LexNull);
     EXPECT_TRUE(Equal(doc.at("A"), LexNullObj));
     EXPECT_TRUE(Equal(doc.at("D/0"), LexNullObj));
-    EXPECT_EQ(lex::integerValue(lex::dictGet(inner, atom("X"))), 1) << "what it held lives on, loose";
-    const LexObj loose = lex::newDict(doc, false);
-    lex::destroy(loose);
-    EXPECT_EQ(lex::typeOf(loose), LexNull);
-    Doc again(lex::saveDocToString(doc));
-    EXPECT_TRUE(lex::isNull(again.at("D/0")));
-    EXPECT_EQ(lex::stringValue(again.at("D/1")), "kept");
+    EXPECT_EQ(lex::IntegerValue(lex::DictGet(inner, atom("X"))), 1) << "what it held lives on, loose";
+    const LexObj loose = lex::NewDict(doc, false);
+    lex::DestroyObj(loose);
+    EXPECT_EQ(lex::TypeOf(loose), LexNull);
+    Doc again(lex::SaveStoreToString(doc));
+    EXPECT_TRUE(lex::IsNull(again.at("D/0")));
+    EXPECT_EQ(lex::StringValue(again.at("D/1")), "kept");
 }
 
 TEST(LexChanges, ADirectObjectMadeIndirectStaysItself) {
     Doc doc{"<< /A [ << /X 1 >> ] >>"};
     const LexObj direct = doc.at("A/0");
-    EXPECT_TRUE(Equal(lex::ensureIndirect(direct), direct));
+    EXPECT_TRUE(Equal(lex::EnsureIndirect(direct), direct));
     EXPECT_TRUE(Equal(doc.at("A/0"), direct));
-    EXPECT_TRUE(lex::isIndirect(direct));
-    lex::dictPut(direct, atom("Back"), doc.at("A"));
-    EXPECT_EQ(codeOf([&] { lex::ensureIndirect(lex::trailerOf(doc)); }), KRErrBadParam);
-    Doc again(lex::saveDocToString(doc));
-    EXPECT_TRUE(lex::isIndirect(again.at("A/0")));
+    EXPECT_TRUE(lex::IsIndirect(direct));
+    lex::DictPut(direct, atom("Back"), doc.at("A"));
+    EXPECT_EQ(codeOf([&] { lex::EnsureIndirect(lex::TrailerOf(doc)); }), KRErrBadParam);
+    Doc again(lex::SaveStoreToString(doc));
+    EXPECT_TRUE(lex::IsIndirect(again.at("A/0")));
 }
 
 TEST(LexFields, DirectFieldsBecomeIndirectWhenHandedOut) {
     Doc doc{"<< /AcroForm << /Fields [ << /T (a) /Kids [ << /T (b) >> ] >> ] >> /Fields [ << /T (no) >> ] >>"};
     int changes = 0;
-    lex::setChangeObserver(doc, [&] { ++changes; });
-    EXPECT_TRUE(lex::isIndirect(doc.at("Tessella/Fields/0")));
-    EXPECT_TRUE(lex::isIndirect(doc.at("Tessella/Fields/0/Kids/0")));
-    EXPECT_FALSE(lex::isIndirect(doc.at("Fields/0"))) << "not the form's";
+    lex::SetChangeObserver(doc, [&] { ++changes; });
+    EXPECT_TRUE(lex::IsIndirect(doc.at("Tessella/Fields/0")));
+    EXPECT_TRUE(lex::IsIndirect(doc.at("Tessella/Fields/0/Kids/0")));
+    EXPECT_FALSE(lex::IsIndirect(doc.at("Fields/0"))) << "not the form's";
     EXPECT_EQ(changes, 0) << "reading makes nothing dirty";
 
-    const LexObj built = lex::newArray(doc, false);
-    lex::arrayPut(built, 0, lex::newDict(doc, false));
-    lex::dictPut(doc.at("Tessella"), atom("Fields"), built);
-    EXPECT_TRUE(lex::isIndirect(doc.at("Tessella/Fields/0")));
+    const LexObj built = lex::NewArray(doc, false);
+    lex::ArrayPut(built, 0, lex::NewDict(doc, false));
+    lex::DictPut(doc.at("Tessella"), atom("Fields"), built);
+    EXPECT_TRUE(lex::IsIndirect(doc.at("Tessella/Fields/0")));
 }
 
 TEST(LexKeys, TheCatalogsFormKeyIsTranslatedAndNothingElse) {
     Doc doc{"<< /AcroForm << /Tessella 1 /AcroForm 2 >> /Tessella (literal) >>"};
-    const LexObj root = lex::rootOf(doc);
+    const LexObj root = lex::RootOf(doc);
     const LexObj form = doc.at("Tessella");
-    ASSERT_EQ(lex::typeOf(form), LexDict);
-    EXPECT_EQ(lex::integerValue(lex::dictGet(form, atom("Tessella"))), 1);
-    EXPECT_EQ(lex::integerValue(lex::dictGet(form, atom("AcroForm"))), 2);
-    EXPECT_FALSE(lex::dictKnown(root, atom("AcroForm")));
-    EXPECT_EQ(codeOf([&] { lex::dictPut(root, atom("AcroForm"), form); }), KRErrBadParam);
-    const auto entries = lex::dictEntries(root);
+    ASSERT_EQ(lex::TypeOf(form), LexDict);
+    EXPECT_EQ(lex::IntegerValue(lex::DictGet(form, atom("Tessella"))), 1);
+    EXPECT_EQ(lex::IntegerValue(lex::DictGet(form, atom("AcroForm"))), 2);
+    EXPECT_FALSE(lex::DictKnown(root, atom("AcroForm")));
+    EXPECT_EQ(codeOf([&] { lex::DictPut(root, atom("AcroForm"), form); }), KRErrBadParam);
+    const auto entries = lex::DictEntries(root);
     ASSERT_EQ(entries.size(), 1u);
     EXPECT_EQ(entries[0].first, atom("Tessella"));
 
-    lex::dictPut(root, atom("Tessella"), lex::newDict(doc, true));
-    const std::string saved = lex::saveDocToString(doc);
+    lex::DictPut(root, atom("Tessella"), lex::NewDict(doc, true));
+    const std::string saved = lex::SaveStoreToString(doc);
     EXPECT_NE(saved.find("/AcroForm"), std::string::npos);
     EXPECT_NE(saved.find("/Tessella (literal)"), std::string::npos);
-    lex::dictRemove(root, atom("Tessella"));
-    EXPECT_FALSE(lex::dictKnown(root, atom("Tessella")));
-    EXPECT_EQ(lex::saveDocToString(doc).find("/AcroForm"), std::string::npos);
+    lex::DictRemove(root, atom("Tessella"));
+    EXPECT_FALSE(lex::DictKnown(root, atom("Tessella")));
+    EXPECT_EQ(lex::SaveStoreToString(doc).find("/AcroForm"), std::string::npos);
 }
 
 TEST(LexNumbers, TextsOutliveTheSaveAndValuesAreRoundedAndClamped) {
     Doc doc{"<< /R [ 4. .333333333 -.5 +2.25 99999.75 -99999 1.99999999 ] /I [ 99999999999 -99999999999 ] /Far 1e5 >>"};
     const KRFixed expected[] = {4 << 16, 21845, -0x8000, 0x24000, 0x7FFFFFFF};
-    for (int i = 0; i < 5; ++i) EXPECT_EQ(lex::fixedValue(lex::arrayGet(doc.at("R"), i)), expected[i]) << i;
-    EXPECT_EQ(lex::numberOr(doc.at("R/5"), 0), INT32_MIN);
-    EXPECT_EQ(lex::fixedValue(doc.at("R/6")), 2 << 16);
-    EXPECT_EQ(lex::integerValue(doc.at("I/0")), INT32_MAX);
-    EXPECT_EQ(lex::integerValue(doc.at("I/1")), INT32_MIN);
-    EXPECT_EQ(lex::numberOr(doc.at("Far"), 5), 5);
+    for (int i = 0; i < 5; ++i) EXPECT_EQ(lex::FixedValue(lex::ArrayGet(doc.at("R"), i)), expected[i]) << i;
+    EXPECT_EQ(lex::NumberOr(doc.at("R/5"), 0), INT32_MIN);
+    EXPECT_EQ(lex::FixedValue(doc.at("R/6")), 2 << 16);
+    EXPECT_EQ(lex::IntegerValue(doc.at("I/0")), INT32_MAX);
+    EXPECT_EQ(lex::IntegerValue(doc.at("I/1")), INT32_MIN);
+    EXPECT_EQ(lex::NumberOr(doc.at("Far"), 5), 5);
     const KRFixed samples[] = {1, -1, 0x7FFFFFFF, INT32_MIN, 0x12345, 0};
-    const LexObj fixed = lex::newArray(doc, false);
-    for (int i = 0; i < 6; ++i) lex::arrayPut(fixed, i, lex::newFixed(doc, false, samples[i]));
-    lex::dictPut(lex::rootOf(doc), atom("F"), fixed);
-    const std::string saved = lex::saveDocToString(doc);
+    const LexObj fixed = lex::NewArray(doc, false);
+    for (int i = 0; i < 6; ++i) lex::ArrayPut(fixed, i, lex::NewFixed(doc, false, samples[i]));
+    lex::DictPut(lex::RootOf(doc), atom("F"), fixed);
+    const std::string saved = lex::SaveStoreToString(doc);
     EXPECT_NE(saved.find("4. .333333333 -.5"), std::string::npos);
     Doc again(saved);
-    for (int i = 0; i < 6; ++i) EXPECT_EQ(lex::numberOr(lex::arrayGet(again.at("F"), i), 7), samples[i]) << i;
+    for (int i = 0; i < 6; ++i) EXPECT_EQ(lex::NumberOr(lex::ArrayGet(again.at("F"), i), 7), samples[i]) << i;
 }
 
 TEST(LexStrings, BytesWithNulsKeepTheirLengthAndTheirPlaceInMemory) {
@@ -232,11 +232,11 @@ TEST(LexStrings, BytesWithNulsKeepTheirLengthAndTheirPlaceInMemory) {
     const char *bytes = LexStringValue(text, &length);
     EXPECT_EQ(std::string(bytes, 3), std::string("A\0B", 3));
     EXPECT_EQ(length, 3);
-    lex::dictRemove(lex::rootOf(doc), atom("S"));
+    lex::DictRemove(lex::RootOf(doc), atom("S"));
     EXPECT_EQ(LexStringValue(text, nullptr), bytes);
-    const LexObj copy = lex::copyScalar(doc, text);
+    const LexObj copy = lex::CopyScalar(doc, text);
     EXPECT_FALSE(Equal(copy, text));
-    EXPECT_EQ(lex::stringValue(copy), lex::stringValue(text));
+    EXPECT_EQ(lex::StringValue(copy), lex::StringValue(text));
 }
 
 struct Walk {
@@ -257,10 +257,10 @@ KRBool Visit(LexObj key, LexObj value, void *clientData) {
 TEST(LexEnum, WalksWhatWasThereAtItsStartAndLetsARaisePass) {
     Doc doc{"<< /B 1 /A (x) /C /N /D [ 5 null ] /Z null >>"};
     Walk walk{nullptr, {}};
-    EXPECT_FALSE(LexObjEnum(lex::rootOf(doc), &Visit, &walk));
+    EXPECT_FALSE(LexObjEnum(lex::RootOf(doc), &Visit, &walk));
     EXPECT_EQ(walk.seen, "A5 B1 C4 D7 ");
     walk = {&doc, {}};
-    LexObjEnum(lex::rootOf(doc), &Visit, &walk);
+    LexObjEnum(lex::RootOf(doc), &Visit, &walk);
     EXPECT_EQ(walk.seen, "A5 B1 C4 D7 ") << "removed during the walk, told all the same";
     walk = {nullptr, {}};
     EXPECT_TRUE(LexObjEnum(doc.at("D"), &Visit, &walk));
@@ -279,32 +279,32 @@ TEST(LexStreams, NewDataIsEncodedByTheFiltersOrTakenAsItStands) {
                              "[/FlateDecode /FlateDecode]",
                              "/LZWDecode",
                              "[/DCTDecode 7]"};
-    LexObj list = lex::newArray(doc, false);
-    lex::dictPut(lex::rootOf(doc), atom("L"), list);
+    LexObj list = lex::NewArray(doc, false);
+    lex::DictPut(lex::RootOf(doc), atom("L"), list);
     for (const char *filter : filters) {
         Doc attributes{std::string("<< /Filter ") + filter + " /DecodeParms << /Predictor 12 >> /BBox [0 0 1 1] >>"};
         const LexObj stream =
-            lex::newStream(doc, data, /*encode*/ true, copyDict(doc, lex::rootOf(attributes)), LexNullObj);
-        EXPECT_EQ(lex::decodedData(stream), data) << filter;
-        EXPECT_NE(lex::rawData(stream), data) << filter;
-        lex::arrayInsert(list, 1000, stream);
+            lex::NewStream(doc, data, /*encode*/ true, copyDict(doc, lex::RootOf(attributes)), LexNullObj);
+        EXPECT_EQ(lex::DecodedData(stream), data) << filter;
+        EXPECT_NE(lex::RawData(stream), data) << filter;
+        lex::ArrayInsert(list, 1000, stream);
     }
-    Doc again(lex::saveDocToString(doc));
-    for (int i = 0; i < 7; ++i) EXPECT_EQ(lex::decodedData(lex::arrayGet(again.at("L"), i)), data) << filters[i];
+    Doc again(lex::SaveStoreToString(doc));
+    for (int i = 0; i < 7; ++i) EXPECT_EQ(lex::DecodedData(lex::ArrayGet(again.at("L"), i)), data) << filters[i];
 
     KRStm source = KRMemStmOpen("skip<41 42>tail", 15);
-    const LexObj attributes = lex::newDict(doc, false);
-    lex::dictPut(attributes, atom("Filter"), lex::newName(doc, false, atom("ASCIIHexDecode")));
+    const LexObj attributes = lex::NewDict(doc, false);
+    lex::DictPut(attributes, atom("Filter"), lex::NewName(doc, false, atom("ASCIIHexDecode")));
     const LexObj stream = LexNewStream(doc, 1, source, 5, 0, attributes, LexNullObj, 6);
     KRStmClose(source);
-    EXPECT_EQ(lex::rawData(stream), "41 42>");
-    EXPECT_EQ(lex::decodedData(stream), "AB");
+    EXPECT_EQ(lex::RawData(stream), "41 42>");
+    EXPECT_EQ(lex::DecodedData(stream), "AB");
     EXPECT_EQ(LexStreamLength(stream), 6);
     EXPECT_TRUE(Equal(LexStreamDict(stream), attributes)) << "a loose dictionary becomes the stream's own";
-    EXPECT_TRUE(Equal(lex::dictGet(stream, atom("Filter")), lex::dictGet(attributes, atom("Filter"))));
-    const LexObj twin = lex::newStream(doc, "x", /*encode*/ true, lex::streamDict(stream), LexNullObj);
-    EXPECT_FALSE(Equal(lex::streamDict(twin), attributes)) << "one that is taken is copied";
-    EXPECT_EQ(lex::decodedData(stream), "AB");
+    EXPECT_TRUE(Equal(lex::DictGet(stream, atom("Filter")), lex::DictGet(attributes, atom("Filter"))));
+    const LexObj twin = lex::NewStream(doc, "x", /*encode*/ true, lex::StreamDict(stream), LexNullObj);
+    EXPECT_FALSE(Equal(lex::StreamDict(twin), attributes)) << "one that is taken is copied";
+    EXPECT_EQ(lex::DecodedData(stream), "AB");
 }
 
 TEST(LexStreams, BadDataAndBombsRaiseAndTheDocumentStaysGood) {
@@ -312,21 +312,21 @@ TEST(LexStreams, BadDataAndBombsRaiseAndTheDocumentStaysGood) {
             "<< /Length 3 /Filter /Nobody >>\nstream\nabc\nendstream",
             "<< /Length 4 /Filter /FlateDecode >>\nstream\nabcd\nendstream",
             "<< /Length 5 >>\nstream\ntwelve bytes\nendstream"};
-    EXPECT_EQ(codeOf([&] { lex::decodedData(doc.at("Unknown")); }), KRErrBadStream);
-    EXPECT_EQ(codeOf([&] { lex::decodedData(doc.at("Broken")); }), KRErrBadStream);
-    EXPECT_EQ(lex::rawData(doc.at("Broken")), "abcd");
-    EXPECT_EQ(lex::rawData(doc.at("Wrong")), "twelve bytes\n");
-    EXPECT_EQ(lex::streamLength(doc.at("Wrong")), 13);
+    EXPECT_EQ(codeOf([&] { lex::DecodedData(doc.at("Unknown")); }), KRErrBadStream);
+    EXPECT_EQ(codeOf([&] { lex::DecodedData(doc.at("Broken")); }), KRErrBadStream);
+    EXPECT_EQ(lex::RawData(doc.at("Broken")), "abcd");
+    EXPECT_EQ(lex::RawData(doc.at("Wrong")), "twelve bytes\n");
+    EXPECT_EQ(lex::StreamLength(doc.at("Wrong")), 13);
 
-    const LexObj attributes = lex::newDict(doc, false);
-    lex::dictPut(attributes, atom("Filter"), lex::newName(doc, false, atom("FlateDecode")));
-    const LexObj bomb = lex::newStream(doc, std::string(3 << 20, 'x'), /*encode*/ true, attributes, LexNullObj);
+    const LexObj attributes = lex::NewDict(doc, false);
+    lex::DictPut(attributes, atom("Filter"), lex::NewName(doc, false, atom("FlateDecode")));
+    const LexObj bomb = lex::NewStream(doc, std::string(3 << 20, 'x'), /*encode*/ true, attributes, LexNullObj);
     const auto former = limits().decodedStreamBytes;
     limits().decodedStreamBytes = 1 << 20;
     EXPECT_EQ(Protect([&] { LexStreamOpenStm(bomb, LexStreamDecoded); }), KRErrBadStream);
     limits().decodedStreamBytes = former;
-    EXPECT_EQ(lex::decodedData(bomb).size(), 3u << 20);
-    EXPECT_EQ(codeOf([&] { lex::openData(bomb, static_cast<LexStreamMode>(3)); }), KRErrBadParam);
+    EXPECT_EQ(lex::DecodedData(bomb).size(), 3u << 20);
+    EXPECT_EQ(codeOf([&] { lex::OpenData(bomb, static_cast<LexStreamMode>(3)); }), KRErrBadParam);
 }
 
 TEST(LexDead, ReferencesOutliveTheirDocumentAndThenReadAsNull) {
@@ -336,13 +336,13 @@ TEST(LexDead, ReferencesOutliveTheirDocumentAndThenReadAsNull) {
     doc.reset();
     EXPECT_EQ(LexObjGetType(inner), LexNull);
     EXPECT_EQ(LexObjGetDoc(inner), nullptr);
-    EXPECT_EQ(codeOf([&] { lex::dictGet(inner, atom("X")); }), KRErrBadParam);
-    EXPECT_EQ(codeOf([&] { lex::newDict(closed, false); }), KRErrBadParam);
+    EXPECT_EQ(codeOf([&] { lex::DictGet(inner, atom("X")); }), KRErrBadParam);
+    EXPECT_EQ(codeOf([&] { lex::NewDict(closed, false); }), KRErrBadParam);
     Doc next{"<< /A << /X 1 >> >>"};
-    EXPECT_EQ(lex::typeOf(inner), LexNull) << "the slot was used again";
+    EXPECT_EQ(lex::TypeOf(inner), LexNull) << "the slot was used again";
     EXPECT_FALSE(Equal(inner, next.at("A")));
-    lex::dictPut(lex::rootOf(next), atom("A"), inner);
-    EXPECT_FALSE(lex::dictKnown(lex::rootOf(next), atom("A"))) << "a dead value is a null";
+    lex::DictPut(lex::RootOf(next), atom("A"), inner);
+    EXPECT_FALSE(lex::DictKnown(lex::RootOf(next), atom("A"))) << "a dead value is a null";
 }
 
 } // namespace

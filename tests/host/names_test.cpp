@@ -34,7 +34,7 @@ protected:
     void openWith(const std::string &catalogEntries, const std::vector<std::string> &more = {}) {
         std::vector<std::string> objects = {"<< /Type /Catalog " + catalogEntries + " >>"};
         objects.insert(objects.end(), more.begin(), more.end());
-        doc = jackdaw::openDocFromBytes(PdfText(objects), nullptr);
+        doc = jackdaw::OpenDocFromBytes(PdfText(objects), nullptr);
         tree = DMDocGetNameTree(doc, atom("Icons"));
     }
     void put(const std::string &key, std::int32_t value) {

@@ -34,7 +34,7 @@ KRProc procOf(auto *proc) {
 /** A document made of text, closed with the object. */
 class Doc {
 public:
-    explicit Doc(const std::vector<std::string> &objects) : doc(jackdaw::openDocFromBytes(PdfText(objects), nullptr)) {}
+    explicit Doc(const std::vector<std::string> &objects) : doc(jackdaw::OpenDocFromBytes(PdfText(objects), nullptr)) {}
     ~Doc() {
         DMDocClose(doc);
     }
@@ -98,10 +98,10 @@ protected:
         s_heard.clear();
     }
     void TearDown() override {
-        jackdaw::unregisterNotificationsOf(extension);
+        jackdaw::UnregisterNotificationsOf(extension);
     }
     void subscribe(std::int32_t number, KRProc proc) {
-        jackdaw::registerNotification(number, extension, proc, nullptr);
+        jackdaw::RegisterNotification(number, extension, proc, nullptr);
     }
     static constexpr KRWord extension = 4712;
 };
@@ -338,9 +338,9 @@ protected:
     static std::string marksAfterSave(DMDoc doc) {
         const std::string path = TempFile("edited.pdf", "");
         std::FILE *const file = std::fopen(path.c_str(), "wb");
-        jackdaw::saveDocToStream(doc, file);
+        jackdaw::SaveDocToStream(doc, file);
         std::fclose(file);
-        const DMDoc again = jackdaw::openDocFromBytes(ReadAll(path), nullptr);
+        const DMDoc again = jackdaw::OpenDocFromBytes(ReadAll(path), nullptr);
         const std::string result = marks(again);
         DMDocClose(again);
         return result;

@@ -327,7 +327,7 @@ TEST_F(NameHash, RecordsEndWithTheirDocument) {
     // Without a view no handler runs when a document closes, and its handles may come again.
     for (const char *name : {"one", "two", "three"}) {
         const DMDoc doc =
-            jackdaw::openDocFromBytes(PdfText(FormObjects({std::string("/FT /Tx /T (") + name + ")"})), nullptr);
+            jackdaw::OpenDocFromBytes(PdfText(FormObjects({std::string("/FT /Tx /T (") + name + ")"})), nullptr);
         const DMField *field = TSDMDocGetDMFieldFromName(doc, name);
         ASSERT_NE(field, nullptr) << name;
         EXPECT_EQ(TSDMDocGetDMFieldFromName(doc, "absent"), nullptr);
