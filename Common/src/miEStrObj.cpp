@@ -5,6 +5,7 @@
 #include <string>
 
 #include "Common/src/miLexType.h"
+#include "Common/src/miStream.h"
 #include "Common/src/miUtils.h"
 #include "KernelSupportHFT.h"
 #include "LexHFT.h"
@@ -19,17 +20,8 @@ void SetFromString(EStr *str, LexObj obj) {
 }
 
 void SetFromStream(EStr *str, LexObj obj) {
-    KRStm stream = LexStreamOpenStm(obj, LexStreamDecoded);
-    std::string data;
-    const KRErrorCode code = Protect([&] {
-        char block[1024];
-        std::int32_t read;
-        // A few bytes over the limit, so that the cut sees whole characters.
-        while (data.size() < EStrMaxLength + 2 && (read = KRStmRead(block, 1, sizeof block, stream)) > 0)
-            data.append(block, static_cast<std::size_t>(read));
-    });
-    KRStmClose(stream);
-    RaiseIf(code);
+    // A few bytes over the limit, so that the cut sees whole characters.
+    const std::string data = miStreamData(obj, EStrMaxLength + 2);
     EStrSetBytesSized(str, data.data(), data.size(), EStrText);
 }
 

@@ -16,9 +16,9 @@ constexpr std::uint16_t s_formatSize = 2050;
 constexpr std::size_t s_textSize = 2080;
 
 struct ButtonRow {
-    /** Indexes of texts, -1 for no button. */
+    /** Numbers of the buttons' texts from left to right, as mdGetAlertButtonPtr counts them; -1 where none stands. */
     int texts[3];
-    /** By which button went. */
+    /** What the press of each of the three means to the caller. */
     mdAlertAnswer answers[3];
 };
 constexpr ButtonRow s_buttons[] = {

@@ -6,9 +6,6 @@
 // SPDX-License-Identifier: MIT
 #include "appearance/FieldLook.h"
 
-#include <map>
-#include <utility>
-
 #include "Common/src/miLexType.h"
 #include "Common/src/miUtils.h"
 #include "CoreHFT.h"
@@ -19,6 +16,7 @@
 #include "base/miKanjiFont.h"
 #include "model/DMField.h"
 #include "model/DMFieldValue.h"
+#include "model/NameHash.h"
 #include "objects/FontMgr.h"
 #include "objects/LexCopy.h"
 #include "objects/LexUtil.h"
@@ -80,30 +78,28 @@ bool IsOtherObject(LexObj obj, void *font) {
     return !LexObjEqual(obj, *static_cast<const LexObj *>(font));
 }
 
-bool IsHelveticaNamed(LexObj font, LexDoc doc, KRAtom name) {
+bool IsHelveticaNamed(LexObj font, KRAtom name) {
     KRAtom actual = KRAtomNull;
-    return LexObjGetDoc(font) == doc && FontDictGetBaseFontName(font) == Helvetica_K &&
-           TSLexDictLoad<LexName>(font, Name_K, &actual) == 0 && actual == name;
+    return FontDictGetBaseFontName(font) == Helvetica_K && TSLexDictLoad<LexName>(font, Name_K, &actual) == 0 &&
+           actual == name;
 }
 
-/**
- * Helvetica under another resource name. All fields of a document that need the same name share one copy; a copy that
- * was changed or went away with its document is not used again.
- */
-LexObj HelveticaNamed(DMDoc doc, KRAtom name) {
-    static constexpr std::size_t s_mostCopies = 1024;
-    static std::map<std::pair<LexDoc, KRAtom>, LexObj> s_copies;
+LexObj NewHelveticaNamed(DMDoc doc, KRAtom name) {
     const LexDoc lexDoc = DMDocGetLexDoc(doc);
-    const auto earlier = s_copies.find({lexDoc, name});
-    if (earlier != s_copies.end() && IsHelveticaNamed(earlier->second, lexDoc, name)) return earlier->second;
-
     LexObj helvetica = TSDMDocGetFontDict(doc, Helvetica_K);
     const LexObj copy = TSLexObjCopyWithPredicate(lexDoc, helvetica, &IsOtherObject, &helvetica);
     if (!IsDict(copy)) KRRaise(KRErrBadResource);
     LexDictPut(copy, Name_K, LexNewName(lexDoc, /*indirect*/ false, name));
-    if (s_copies.size() >= s_mostCopies) s_copies.clear();
-    s_copies[{lexDoc, name}] = copy;
     return copy;
+}
+
+/** Helvetica under another resource name, shared by the document's fields until somebody changes it. */
+LexObj HelveticaNamed(DMDoc doc, KRAtom name) {
+    DocHashControl *control = TSDMDocFindHashHead(doc);
+    if (!control) return NewHelveticaNamed(doc, name);
+    LexObj &font = control->namedHelveticas.try_emplace(name, LexNullObj).first->second;
+    if (!IsHelveticaNamed(font, name)) font = NewHelveticaNamed(doc, name);
+    return font;
 }
 
 /** Gives the field a font for a resource name that its resources do not define. */

@@ -19,8 +19,6 @@ namespace {
 // One call prints at most so much, which is why long strings are shown in slices.
 constexpr std::size_t s_printLimit = 1025;
 constexpr std::int32_t s_quoteLimit = 1024;
-// 0.5523 in 16.16: the control points of a quarter circle.
-constexpr KRFixed s_circleFactor = 36196;
 
 void AppendCut(std::string &out, const char *piece, std::size_t length) {
     out.append(piece, std::min(length, s_printLimit - std::min(s_printLimit, out.size())));
@@ -193,7 +191,7 @@ void CStoreSscanf(CStore *, const char *, ...) {}
 
 void CStoreSanitize(const char *source, char *destination, std::int32_t capacity) {
     if (!source) source = "";
-    if (CStoreIsUCS2(source)) {
+    if (miIsUCS(source)) {
         SanitizeUCS2(source, destination, capacity);
         return;
     }
@@ -245,7 +243,7 @@ void CStoreRect(CStore *store, KRFixed x, KRFixed y, KRFixed width, KRFixed heig
 
 void CStoreCircle(CStore *store, KRFixed centerX, KRFixed centerY, KRFixed radius, char op) {
     const KRFixed r = radius;
-    const KRFixed k = KRFixedMul(r, s_circleFactor);
+    const KRFixed k = KRFixedMul(r, CStoreCircleFactor);
     const KRFixed nr = TSFixedNeg(r);
     const KRFixed nk = TSFixedNeg(k);
     const char text[] = {op, '\0'};

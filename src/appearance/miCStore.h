@@ -128,9 +128,16 @@ LexObj CStoreReplace(LexObj stream, CStore *store, const TextAppearance *look, L
 
 // Text (miCStoreText.cpp).
 
-/** One line, in the automatic size when the look's size is 0. Bad looks draw nothing. Raises 2 and KRErrBadParam. */
+/**
+ * One line of text, centred between bottom and top. A look of size 0 gets the largest size that fits; a negative size
+ * stands for one that comes from the box alone, and is set to 0. A look that is not usable, an empty text and a
+ * transparent colour draw nothing. Raises KRErrNoMemory.
+ */
 void CStoreSimpleText(CStore *store, KRFixed margin, TextAppearance *look, const char *text);
-/** `calcSize`: an automatic size comes from the box alone, not from the text. Negative limits mean 4 and 144. */
+/**
+ * The same with limits for the automatic size, 4 and 144 points where they are negative, and the choice of where it
+ * comes from: with `calcSize` the box alone, without it the text in the box.
+ */
 void CStoreSimpleTextEx(CStore *store, KRFixed margin, const TextAppearance *look, const char *text, KRFixed minSize,
                         KRFixed maxSize, bool calcSize);
 /** Null when there is no memory. */
@@ -142,7 +149,8 @@ void CStoreBlockHighlightLine(CStoreBlock *block, std::int32_t line, const DMCol
 void CStoreBlockLine(CStoreBlock *block, const char *text);
 /** Ends the text object, in every case, and frees the block. */
 void CStoreBlockEnd(CStoreBlock *block);
-/** The look's operators as they stand behind BT. Raises 2 and KRErrBadParam. */
+/** The look's operators as they stand behind BT. Raises KRErrNoMemory, and KRErrBadParam for a look that is not usable.
+ */
 std::string CStoreLookText(TextAppearance look);
 /** Quadding, render mode, font and size are in range. */
 bool CStoreLookUsable(const TextAppearance *look);

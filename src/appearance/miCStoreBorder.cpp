@@ -15,7 +15,6 @@ constexpr DMColorValue s_darkGray{TSColorGray, {0x8080, 0, 0, 0}};
 constexpr DMColorValue s_transparent{TSColorTransparent, {0, 0, 0, 0}};
 /** How much darker a pressed background is. */
 constexpr KRFixed s_pressedStep = 0x4040;
-constexpr KRFixed s_circleFactor = 36196;
 
 bool IsSeen(const DMColorValue *color) {
     return color->space >= 0;
@@ -138,7 +137,7 @@ void DrawFlatCircle(CStore *store, const Frame &frame, bool dashed) {
 // Half a rim, in a frame turned by 45 degrees.
 void CStoreDrawCircularCorner(CStore *store, KRFixed x, KRFixed y, KRFixed radius, bool topLeft) {
     const KRFixed r = topLeft ? radius : TSFixedNeg(radius);
-    const KRFixed k = KRFixedMul(r, s_circleFactor);
+    const KRFixed k = KRFixedMul(r, CStoreCircleFactor);
     CStorePrintf(store, "q 0.7071 0.7071 -0.7071 0.7071 %f %f cm", x, y);
     CStorePrintf(store, "%f 0 m", r);
     CStorePrintf(store, "%f %f %f %f 0 %f c", r, k, k, r, r);

@@ -17,6 +17,8 @@
 namespace {
 
 constexpr int s_sizeTries = 33;
+// A sixteenth of a point: an automatic size that is closer to the limit is close enough.
+constexpr KRFixed s_sizePrecision = 0x1000;
 // 9.0 / 10.0: what the text takes of the height when the size comes from the box alone.
 constexpr KRFixed s_nine = KRFixedFromInt(9);
 constexpr KRFixed s_ten = KRFixedFromInt(10);
@@ -33,20 +35,20 @@ struct Reader {
 };
 
 bool UCSStringHasSomeNonRomanChars(const char *text) {
-    for (std::size_t at = 2; CStoreUnitAt(text, at) != 0; at += 2) {
+    for (std::size_t at = 2; miUCSUnit(text + at) != 0; at += 2) {
         if (text[at] != 0) return true;
     }
     return false;
 }
 
 Reader ReaderOf(const CStoreMetrics *metrics, const char *text) {
-    const bool ucs2 = CStoreIsUCS2(text);
+    const bool ucs2 = miIsUCS(text);
     const bool anywhere = ucs2 && UCSStringHasSomeNonRomanChars(text);
     return {metrics, text, ucs2, metrics->font == KanjiGothic_K, anywhere, ucs2 ? std::size_t{2} : std::size_t{1}};
 }
 
 std::uint16_t CharAt(const Reader &reader, std::size_t at) {
-    return reader.ucs2 ? CStoreUnitAt(reader.text, at) : static_cast<unsigned char>(reader.text[at]);
+    return reader.ucs2 ? miUCSUnit(reader.text + at) : static_cast<unsigned char>(reader.text[at]);
 }
 
 bool IsLineEnd(std::uint16_t c) {
@@ -120,7 +122,7 @@ void ApplyKinsoku(const Reader &reader, KRFixed maxWidth, std::string &line, std
     if (maxWidth / 3 < reader.metrics->size || line.size() - lineStart < 3) return;
     const std::uint16_t following = CharAt(reader, *next);
     if (following == 0) return;
-    const std::uint16_t last = CStoreUnitAt(line.data(), line.size() - 2);
+    const std::uint16_t last = miUCSUnit(line.data() + line.size() - 2);
     const bool endBehind = IsLineEnd(CharAt(reader, *next - 2));
     if (KanjiGlyphCannotEndLine(last)) {
         *next -= 2 + (endBehind ? LineEndBefore(reader, *next) : 0);
@@ -133,12 +135,12 @@ void ApplyKinsoku(const Reader &reader, KRFixed maxWidth, std::string &line, std
 }
 
 bool TextEndsAt(const char *text, std::int32_t position) {
-    return CStoreIsUCS2(text) ? CStoreUnitAt(text, static_cast<std::size_t>(position)) == 0 : text[position] == '\0';
+    return miIsUCS(text) ? miUCSUnit(text + position) == 0 : text[position] == '\0';
 }
 
 // The character in front of `position` is white space, which is where a line may end.
 bool BlankBefore(const char *text, std::int32_t position) {
-    if (!CStoreIsUCS2(text)) return position > 0 && miIsspace(text[position - 1]);
+    if (!miIsUCS(text)) return position > 0 && miIsspace(text[position - 1]);
     return position >= 4 && text[position - 2] == 0 && miIsspace(text[position - 1]);
 }
 
@@ -243,6 +245,16 @@ KRFixed CStoreStringMaxFontSize(TextAppearance *look, KRFixed width, KRFixed hei
     return std::min(std::max(result, minSize), maxSize);
 }
 
+KRFixed CStoreFittingSize(const CStore *store, KRFixed margin, TextAppearance look, bool multiLine, KRFixed minSize,
+                          KRFixed maxSize, const char *text) {
+    const KRFixed margins = CStoreTimes(margin, 4);
+    const KRFixed size = CStoreStringMaxFontSize(&look, TSFixedSub(CStoreWidth(store), margins),
+                                                 TSFixedSub(CStoreHeight(store), margins), multiLine,
+                                                 /*breakAnywhere*/ false, minSize < 0 ? CStoreMinSize : minSize,
+                                                 maxSize < 0 ? CStoreMaxSize : maxSize, s_sizePrecision, text);
+    return size == 0 ? CStoreDefaultSize : size;
+}
+
 KRFixed CStoreCalcTextSize(const KRFixedRect *rect, KRAtom font, KRFixed margin) {
     CStoreMetrics metrics;
     CStoreGetMetrics(font, s_ten, &metrics);
@@ -260,14 +272,8 @@ void CStoreFlowTextEx(CStore *store, bool wrap, KRFixed margin, TextAppearance *
                       KRFixed maxSize) {
     if (!CStoreLookUsable(look) || !text || !*text) return;
     CStoreSetColor(store, &look->fillColor, /*fill*/ true);
-    if (look->size == 0) {
-        const KRFixed margins = CStoreTimes(margin, 4);
-        const KRFixed size = CStoreStringMaxFontSize(look, TSFixedSub(CStoreWidth(store), margins),
-                                                     TSFixedSub(CStoreHeight(store), margins), /*multiLine*/ true,
-                                                     /*breakAnywhere*/ false, minSize < 0 ? CStoreMinSize : minSize,
-                                                     maxSize < 0 ? CStoreMaxSize : maxSize, CStoreSizePrecision, text);
-        look->size = size == 0 ? CStoreDefaultSize : size;
-    }
+    if (look->size == 0)
+        look->size = CStoreFittingSize(store, margin, *look, /*multiLine*/ true, minSize, maxSize, text);
     const EStrPtr string(EStrNewImpl(text, IsKanji(look->baseFont) ? EStrUCS2 : EStrPDFDoc));
     CStoreBlock *block = CStoreBlockStart(store, margin, look);
     if (!block) return;

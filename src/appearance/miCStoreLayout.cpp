@@ -128,12 +128,12 @@ void DrawCaption(CStore *store, const Places &p, const TextAppearance &look, con
     CStorePrintf(store, "%s Tj ET", text);
 }
 
-KRFixed CaptionSize(const CStore *store, KRFixed margin, TextAppearance look, const char *text) {
-    const KRFixed margins = CStoreTimes(margin, 4);
-    const KRFixed size = CStoreStringMaxFontSize(
-        &look, TSFixedSub(CStoreWidth(store), margins), TSFixedSub(CStoreHeight(store), margins), /*multiLine*/ false,
-        /*breakAnywhere*/ false, CStoreMinSize, CStoreMaxSize, CStoreSizePrecision, text);
-    return size == 0 ? CStoreDefaultSize : size;
+CStoreMetrics CaptionMetrics(const TextAppearance &look, bool isDingbat) {
+    CStoreMetrics metrics;
+    CStoreGetMetrics(look.baseFont, look.size, &metrics);
+    // A mark stands on the baseline; the font's box would push it up.
+    if (isDingbat) metrics.descent = 0;
+    return metrics;
 }
 
 // The largest size at which a mark fits its box.
@@ -148,13 +148,11 @@ KRFixed MarkSize(const CStore *store, KRFixed margin, KRAtom font, const char *m
     return KRFixedMul(probe, std::min(KRFixedDiv(roomX, width), KRFixedDiv(roomY, height)));
 }
 
-Sizes Measure(CStore *store, KRFixed margin, const TextAppearance &look, const char *text, bool isDingbat) {
+Sizes Measure(const CStore *store, KRFixed margin, const char *text, bool isDingbat) {
     Sizes s;
-    CStoreGetMetrics(look.baseFont, look.size, &store->metrics);
-    s.textWidth = CStoreStringWidth(&store->metrics, text);
-    s.textHeight = isDingbat ? DingbatHeight(text[0], look.size) : CStoreGetFontHeight(&store->metrics);
-    // A mark stands on the baseline; the font's box would push it up.
-    if (isDingbat) store->metrics.descent = 0;
+    const CStoreMetrics &metrics = store->metrics;
+    s.textWidth = CStoreStringWidth(&metrics, text);
+    s.textHeight = isDingbat ? DingbatHeight(text[0], metrics.size) : CStoreGetFontHeight(&metrics);
     s.inside = store->bbox;
     TSFixedRectInset(&s.inside, CStoreTimes(margin, 2), CStoreTimes(margin, 2));
     s.width = CStoreDistance(s.inside.right, s.inside.left);
@@ -189,7 +187,7 @@ void AgreeOnScaling(KRAtom when, KRFixed dw, KRFixed dh, KRFixed sw, KRFixed sh,
 }
 
 char *WithoutLineFeeds(char *text) {
-    if (CStoreIsUCS2(text))
+    if (miIsUCS(text))
         miReplaceStrEx(text, text, "\0\n", 2, nullptr, 0);
     else
         miReplaceStrEx(text, text, "\n", 1, nullptr, 0);
@@ -231,7 +229,7 @@ void GetFitMatrix(const TSFit *fit, const KRFixedRect *dest, const KRFixedRect *
 bool CStoreLayoutIconText(CStore *store, const TSFit *fit, KRFixed margin, std::int32_t layout, LexObj icon,
                           const TextAppearance *look, const char *text, bool isDingbat) {
     const bool hasIcon = !IsNull(icon);
-    const bool hasText = text && *text && !(CStoreIsUCS2(text) && CStoreUnitAt(text, 2) == 0);
+    const bool hasText = text && *text && !(miIsUCS(text) && miUCSUnit(text + 2) == 0);
     if (!hasIcon && (!hasText || layout == IconOnly)) return true;
     if (hasIcon && !hasText && layout == CaptionOnly) return true;
 
@@ -241,8 +239,10 @@ bool CStoreLayoutIconText(CStore *store, const TSFit *fit, KRFixed margin, std::
         const KRFixed largest = MarkSize(store, margin, own.baseFont, caption);
         own.size = own.size == 0 ? largest : std::min(own.size, largest);
     }
-    if (own.size == 0) own.size = CaptionSize(store, margin, own, caption);
-    const Sizes sizes = Measure(store, margin, own, caption, isDingbat);
+    if (own.size == 0)
+        own.size = CStoreFittingSize(store, margin, own, /*multiLine*/ false, CStoreNoLimit, CStoreNoLimit, caption);
+    store->metrics = CaptionMetrics(own, isDingbat);
+    const Sizes sizes = Measure(store, margin, caption, isDingbat);
     KRFixedRect iconBox{};
     if (hasIcon) {
         TSDMFormGetNormalizedBBox(icon, &iconBox);

@@ -7,6 +7,7 @@
 #include <unordered_map>
 
 #include "Common/src/miKanji.h"
+#include "Common/src/miUtils.h"
 #include "CoreHFT.h"
 #include "KernelSupportHFT.h"
 #include "SiblingHFTs.h"
@@ -82,24 +83,28 @@ KRFixed OfEm(std::int32_t thousandths) {
     return KRFixedDiv(KRFixedFromInt(thousandths), KRFixedFromInt(1000));
 }
 
-EmMetrics ReadMetrics(KRAtom font) {
-    EmMetrics em;
+/** False when nobody can tell: the sibling is not there (yet), or it does not know the font. */
+bool ReadMetrics(KRAtom font, EmMetrics *em) {
     if (!gBaseToolHFT) gBaseToolHFT = KRGetHFT(KRAtomFromString("BaseTool"), BaseToolHFTVersion);
     BaseToolFontMetrics raw;
     std::int32_t widths[256];
     const KRAtom asked = IsKanji(font) ? Helvetica_K : font;
-    if (!gBaseToolHFT || !BaseToolGetFontMetrics(KRAtomGetString(asked), &raw, widths)) return em;
-    em.height = OfEm(raw.bboxTop - raw.bboxBottom);
-    em.ascent = OfEm(raw.ascender);
-    em.descent = OfEm(raw.descender);
-    for (int code = 0; code < 256; ++code) em.widths[code] = OfEm(widths[code]);
-    return em;
+    if (!gBaseToolHFT || !BaseToolGetFontMetrics(KRAtomGetString(asked), &raw, widths)) return false;
+    em->height = OfEm(raw.bboxTop - raw.bboxBottom);
+    em->ascent = OfEm(raw.ascender);
+    em->descent = OfEm(raw.descender);
+    for (int code = 0; code < 256; ++code) em->widths[code] = OfEm(widths[code]);
+    return true;
 }
 
+/** Only what was answered is kept. A base font's numbers never change, so that they may be kept for good. */
 const EmMetrics &MetricsOf(KRAtom font) {
     static std::unordered_map<KRAtom, EmMetrics> s_known;
+    static const EmMetrics s_unknown;
     const auto found = s_known.find(font);
-    return found != s_known.end() ? found->second : s_known.emplace(font, ReadMetrics(font)).first->second;
+    if (found != s_known.end()) return found->second;
+    EmMetrics em;
+    return ReadMetrics(font, &em) ? s_known.emplace(font, em).first->second : s_unknown;
 }
 
 template <std::size_t N>
@@ -141,10 +146,10 @@ KRFixed CStoreGetFontHeight(const CStoreMetrics *metrics) {
 KRFixed CStoreStringWidth(const CStoreMetrics *metrics, const char *text) {
     KRFixed width = 0;
     if (!text) return width;
-    if (CStoreIsUCS2(text)) {
+    if (miIsUCS(text)) {
         const bool gothic = metrics->font == KanjiGothic_K;
-        for (std::size_t at = 2; CStoreUnitAt(text, at) != 0; at += 2)
-            width = CStoreWiden(width, KRFixedMul(GetUnicodeCharWidth(CStoreUnitAt(text, at), gothic), metrics->size));
+        for (std::size_t at = 2; miUCSUnit(text + at) != 0; at += 2)
+            width = CStoreWiden(width, KRFixedMul(GetUnicodeCharWidth(miUCSUnit(text + at), gothic), metrics->size));
         return width;
     }
     for (const auto *at = reinterpret_cast<const unsigned char *>(text); *at; ++at) {

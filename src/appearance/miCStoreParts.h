@@ -11,17 +11,23 @@
 /** Appearance streams of at most so many bytes stay uncompressed: they gain nothing and read well. */
 inline constexpr std::int32_t CStorePlainLimit = 256;
 
-/** Automatic font sizes: the defaults of their limits, how close is close enough, and what 0 becomes. Points, 16.16. */
+/** Automatic font sizes in points, 16.16: the limits that hold by default, and the size of a text that has none. */
 inline constexpr KRFixed CStoreMinSize = KRFixedFromInt(4);
 inline constexpr KRFixed CStoreMaxSize = KRFixedFromInt(144);
-inline constexpr KRFixed CStoreSizePrecision = 0x1000;
 inline constexpr KRFixed CStoreDefaultSize = KRFixedFromInt(12);
+
+/** 0.5523 in 16.16: how far out the control points of a quarter circle lie, in radii. */
+inline constexpr KRFixed CStoreCircleFactor = 36196;
+
+/**
+ * The largest size of the look's font at which the text fits between two margins on each side; limits as for
+ * CStoreSimpleTextEx.
+ */
+KRFixed CStoreFittingSize(const CStore *store, KRFixed margin, TextAppearance look, bool multiLine, KRFixed minSize,
+                          KRFixed maxSize, const char *text);
 
 /** A direct dictionary with `Filter` [/FlateDecode]. */
 LexObj CStoreFlateAttributes(LexDoc doc);
-
-/** The decoded data of a stream. Raises KRErrBadStream. */
-std::string CStoreReadStream(LexObj stream);
 
 /** |a - b|, clamped: boxes of hostile files may be anything. */
 inline KRFixed CStoreDistance(KRFixed a, KRFixed b) {
@@ -38,15 +44,4 @@ inline KRFixed CStoreWiden(KRFixed width, KRFixed more) {
 /** n times a length, wrapping. */
 inline KRFixed CStoreTimes(KRFixed a, std::int32_t n) {
     return static_cast<KRFixed>(static_cast<std::uint32_t>(a) * static_cast<std::uint32_t>(n));
-}
-
-/** The text starts with the UCS-2 mark. */
-inline bool CStoreIsUCS2(const char *text) {
-    return text && text[0] == '\xFE' && text[1] == '\xFF';
-}
-
-/** Big-endian unit at a byte position. */
-inline std::uint16_t CStoreUnitAt(const char *text, std::size_t position) {
-    return static_cast<std::uint16_t>(static_cast<unsigned char>(text[position]) << 8 |
-                                      static_cast<unsigned char>(text[position + 1]));
 }

@@ -10,6 +10,7 @@
 #include <cstring>
 
 #include "Common/src/miLexType.h"
+#include "Common/src/miStream.h"
 #include "KernelSupportHFT.h"
 #include "LexHFT.h"
 #include "PIFrame.h"
@@ -212,7 +213,7 @@ LexObj Replace(LexObj stream, CStore *store, const TextAppearance *look, LexObj 
     splice.freshLeft = FindEnd(store);
     splice.prefixLength = FindPrefix(store, splice.freshLeft);
     if (splice.prefixLength == 0) return LexNullObj;
-    splice.old = CStoreReadStream(stream);
+    splice.old = miStreamData(stream);
 
     LexObj oldDict = LexStreamDict(stream);
     LexObj fresh = NewSplicedStream(doc, splice, NewAttributes(doc, oldDict, store));

@@ -4,6 +4,7 @@
 #include "appearance/miCStoreParts.h"
 
 #include "Common/src/miLexType.h"
+#include "Common/src/miStream.h"
 #include "Common/src/miUtils.h"
 #include "KernelSupportHFT.h"
 #include "LexHFT.h"
@@ -71,7 +72,7 @@ bool PutDictionary(LexDoc doc, const CStore *store, LexObj stream) {
 }
 
 void LoadText(CStore *store, LexObj stream) {
-    const std::string text = CStoreReadStream(stream);
+    const std::string text = miStreamData(stream);
     store->text = static_cast<char *>(KRSureMalloc(text.size() + 1));
     text.copy(store->text, text.size());
     store->text[text.size()] = '\0';
@@ -87,20 +88,6 @@ LexObj CStoreFlateAttributes(LexDoc doc) {
     LexArrayPut(filters, 0, NewName(doc, FlateDecode_K));
     LexDictPut(attributes, Filter_K, filters);
     return attributes;
-}
-
-// `Length` tells of the encoded data, if anything: the decoded text is read to its end.
-std::string CStoreReadStream(LexObj stream) {
-    std::string text;
-    KRStm source = LexStreamOpenStm(stream, LexStreamDecoded);
-    const KRErrorCode code = Protect([&] {
-        char block[4096];
-        for (std::int32_t got; (got = KRStmRead(block, 1, sizeof block, source)) > 0;)
-            text.append(block, static_cast<std::size_t>(got));
-    });
-    KRStmClose(source);
-    RaiseIf(code);
-    return text;
 }
 
 LexObj CStoreSave(LexDoc doc, const CStore *store) {

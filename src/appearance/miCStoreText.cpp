@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "Common/src/miEStr.h"
+#include "Common/src/miUtils.h"
 #include "KernelSupportHFT.h"
 #include "PIFrame.h"
 #include "base/BufCont.h"
@@ -41,17 +42,10 @@ void ShowUCS2Slices(CStore *store, const EStr *text) {
     }
 }
 
-KRFixed AutomaticSize(const CStore *store, KRFixed margin, TextAppearance look, const char *text, KRFixed minSize,
-                      KRFixed maxSize, bool calcSize) {
-    const KRFixed margins = CStoreTimes(margin, 4);
-    KRFixed size;
-    if (calcSize)
-        size = CStoreCalcTextSize(&store->bbox, look.baseFont, margin);
-    else
-        size = CStoreStringMaxFontSize(&look, TSFixedSub(CStoreWidth(store), margins),
-                                       TSFixedSub(CStoreHeight(store), margins), /*multiLine*/ false,
-                                       /*breakAnywhere*/ false, minSize < 0 ? CStoreMinSize : minSize,
-                                       maxSize < 0 ? CStoreMaxSize : maxSize, CStoreSizePrecision, text);
+KRFixed AutomaticSize(const CStore *store, KRFixed margin, const TextAppearance &look, const char *text,
+                      KRFixed minSize, KRFixed maxSize, bool calcSize) {
+    if (!calcSize) return CStoreFittingSize(store, margin, look, /*multiLine*/ false, minSize, maxSize, text);
+    const KRFixed size = CStoreCalcTextSize(&store->bbox, look.baseFont, margin);
     return size == 0 ? CStoreDefaultSize : size;
 }
 
@@ -109,7 +103,7 @@ void CStoreSimpleTextEx(CStore *store, KRFixed margin, const TextAppearance *loo
     const KRFixed width = CStoreStringWidth(&store->metrics, string->bytes);
     const KRFixed x = QuaddedX(store, own.quadding, CStoreTimes(margin, 2), width);
     CStorePrintf(store, "%f %f Td", x, y);
-    if (CStoreIsUCS2(string->bytes))
+    if (miIsUCS(string->bytes))
         ShowUCS2Slices(store, string.get());
     else
         ShowByteSlices(store, string->bytes);

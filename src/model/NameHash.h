@@ -108,6 +108,8 @@ struct DocHashControl {
     LexObj offName = LexNullObj;
     /** Edits since all invariants were last tested; counted in debug builds. */
     std::uint32_t editsSinceCheck = 0;
+    /** Helvetica under resource names that no resources define: the fields of a name share one copy. */
+    std::unordered_map<KRAtom, LexObj> namedHelveticas;
 };
 
 /** The blocks of all documents that were touched, newest first. */

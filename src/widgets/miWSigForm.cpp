@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "Common/src/miLexType.h"
+#include "Common/src/miStream.h"
 #include "CoreHFT.h"
 #include "KernelSupportHFT.h"
 #include "PIFrame.h"
@@ -132,8 +133,7 @@ LexObj XObjectToStream(LexObj xobject, const KRFixedMatrix *matrix, const KRFixe
 KRAtom StreamWrapsXObject(LexObj stream) {
     if (!IsStream(stream)) return KRAtomNull;
     std::string text;
-    if (Protect([&] { text = CStoreReadStream(stream); }) != KRErrNone || text.size() >= s_wrapperLimit)
-        return KRAtomNull;
+    if (Protect([&] { text = miStreamData(stream); }) != KRErrNone || text.size() >= s_wrapperLimit) return KRAtomNull;
     std::istringstream in(text);
     std::string name, rest;
     const bool wraps = TakeWord(in, "q") && TakeNumbers(in, 6) && TakeWord(in, "cm") && in >> name && name[0] == '/' &&

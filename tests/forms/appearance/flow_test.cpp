@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "appearance/miCStore.h"
 
+#include "Common/src/miUtils.h"
 #include "tests/forms/FormsFixture.h"
 
 namespace {
@@ -16,14 +17,14 @@ CStoreMetrics MetricsOf(KRAtom font, double size) {
 
 /** The lines of a text, UCS-2 ones as the low bytes of Roman units and "<3042>" for others. */
 std::vector<std::string> LinesOf(const CStoreMetrics &metrics, double width, const std::string &text) {
-    const bool wide = CStoreIsUCS2(text.data());
+    const bool wide = miIsUCS(text.data());
     std::vector<std::string> lines;
-    for (std::int32_t at = wide ? 2 : 0; wide ? CStoreUnitAt(text.data(), at) : text.c_str()[at];) {
+    for (std::int32_t at = wide ? 2 : 0; wide ? miUCSUnit(text.data() + at) : text.c_str()[at];) {
         std::string line, shown;
         CStoreStringFit(&metrics, Pt(width), text.data(), line, &at);
         for (std::size_t i = 0; wide && i < line.size(); i += 2) {
             char unit[8];
-            std::snprintf(unit, sizeof unit, line[i] ? "<%04X>" : "%c", CStoreUnitAt(line.data(), i));
+            std::snprintf(unit, sizeof unit, line[i] ? "<%04X>" : "%c", miUCSUnit(line.data() + i));
             shown += unit;
         }
         lines.push_back(wide ? shown : line);
@@ -192,7 +193,7 @@ TEST_F(FlowTest, TextsAsLongAsTheyComeEnd) {
     for (const std::string &text : {words, UCS2(words.substr(0, 32000)), std::string(60000, 'x'),
                                     UCS2("", std::vector<int>(30000, 0x3042)), std::string(60000, '\n')}) {
         TextAppearance look = LookOf(0);
-        look.baseFont = CStoreIsUCS2(text.data()) ? KanjiGothic_K : Helvetica_K;
+        look.baseFont = miIsUCS(text.data()) ? KanjiGothic_K : Helvetica_K;
         Flowed(NewStore(8, 32000), look, text);
         Flowed(NewStore(32000, 32000), look, text);
         SCOPED_TRACE(text.size());
