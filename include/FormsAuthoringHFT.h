@@ -9,7 +9,7 @@
 inline KRHFT gFormsAuthoringHFT = nullptr;
 inline constexpr const char *FormsAuthoringHFTName = "FormsAuthoring";
 inline constexpr std::uint32_t FormsAuthoringHFTVersion = KRVersion(1, 0);
-inline constexpr int FormsAuthoringHFTCount = 27;
+inline constexpr int FormsAuthoringHFTCount = 29;
 
 namespace Forms {
 
@@ -82,5 +82,13 @@ inline constexpr Slot<&gFormsAuthoringHFT, 26, void(LexDoc doc, KRAtom tree, std
 /** The highest of the conditions that keep a widget from being called `name`; 0 when none does. */
 inline constexpr Slot<&gFormsAuthoringHFT, 27, std::int32_t(DMDoc doc, DMAnnot annot, KRAtom type, const char *name)>
     TSDMWidgetValidateName;
+
+// Warnings: what was passed over, put right or done in another way than the form asks, while it was opened, read,
+// changed or drawn. They come from inside the call that finds them, possibly several times for one field.
+
+/** An id for TSFormWarningsIgnore. `proc` gets a TSFormWarning; what it raises is dropped. */
+inline constexpr Slot<&gFormsAuthoringHFT, 28, std::int32_t(TSNotifyProc proc, void *clientData)> TSFormWarningsObserve;
+/** Ends it; not from inside `proc`. An unknown id is ignored. */
+inline constexpr Slot<&gFormsAuthoringHFT, 29, void(std::int32_t id)> TSFormWarningsIgnore;
 
 } // namespace Forms

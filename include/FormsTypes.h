@@ -162,6 +162,15 @@ using TSNotifyProc = void (*)(void *record, void *clientData);
 /** Called for the observers up to the one that raised. */
 using TSNotifyFailureProc = void (*)(KRErrorCode code, void *record, void *clientData);
 
+/** Something that a form's user should know of. All is the plug-in's, for the length of the call. */
+struct TSFormWarning {
+    DMDoc doc;
+    /** Full name of the field as TSDMFieldGetName gives it; "" for the form as a whole. */
+    const char *field;
+    /** A sentence without a point, in the host's encoding. */
+    const char *text;
+};
+
 /** Stops the enumeration by giving false. */
 using TSFieldEnumProc = KRBool (*)(DMField *field, void *clientData);
 

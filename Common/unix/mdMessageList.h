@@ -417,5 +417,8 @@
     M(406, menuJsAutocalc, "&Calculate Fields Automatically") \
     M(407, actionFileembedButtonText, "Select File...") \
     M(408, websearchUnknownWidget, "The plug-in required by this '%s' field is unavailable.") \
-    M(409, menuEditDelete, "&Delete")
+    M(409, menuEditDelete, "&Delete") \
+    M(410, warnNameless, "an entry of the form's fields that has no name is passed over") \
+    M(411, warnUnplaced, "the field finds no place among the others and stays where it is") \
+    M(412, warnTwoTypes, "fields of different types have this name; each keeps its own value")
 // clang-format on

@@ -16,6 +16,7 @@
 #include "ScreenViewHFT.h"
 #include "cli/Blocks.h"
 #include "cli/Field.h"
+#include "cli/FormWarnings.h"
 #include "cli/Input.h"
 #include "cli/Printable.h"
 
@@ -110,6 +111,7 @@ OpenDocument::OpenDocument(const InputOptions &input)
         CopyInputTo(scratch->Descriptor());
         place_ = scratch->Path();
     }
+    HearFormWarnings();
     const KRErrorCode code = Protect([&] {
         const HostPath hostPath(place_);
         view_ = SCDocOpenFromFileWithParams(hostPath.Get(), KRGetDefaultFileSys(), &params);
@@ -176,6 +178,7 @@ void OpenDocument::RequireFilling() const {
 }
 
 void LeaveProcess(int code) {
+    WarnOfUnheard();
     std::string failure;
     try {
         FlushLines();

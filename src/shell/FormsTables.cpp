@@ -23,6 +23,7 @@
 #include "objects/NameTree.h"
 #include "objects/PageForm.h"
 #include "objects/Tessella.h"
+#include "services/Warnings.h"
 #include "widgets/DMWidget.h"
 
 namespace {
@@ -176,6 +177,8 @@ KRHFT CreateAuthoringHFT(KRHFTServer server) {
     Fill<&TSEnumNameTree>(t, Forms::TSEnumNameTree);
     Fill<&TSRegenerateNameTree>(t, Forms::TSRegenerateNameTree);
     Fill<&TSDMWidgetValidateName>(t, Forms::TSDMWidgetValidateName);
+    Fill<&TSFormWarningsObserve>(t, Forms::TSFormWarningsObserve);
+    Fill<&TSFormWarningsIgnore>(t, Forms::TSFormWarningsIgnore);
     return t;
 }
 

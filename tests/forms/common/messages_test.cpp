@@ -58,7 +58,7 @@ TEST_F(MessagesTest, EveryNumberHasItsKeyAndText) {
     }
     EXPECT_STREQ(mdGetStringKey(409), "menuEditDelete");
     EXPECT_STREQ(mdGetStringKey(68), "jswarningCancelscriptexecution");
-    EXPECT_STREQ(mdGetStringPtr(410), "Bad String ID");
+    EXPECT_STREQ(mdGetStringPtr(Msg::Count), "Bad String ID");
     EXPECT_STREQ(mdGetStringPtr(-1), "Bad String ID");
     EXPECT_STREQ(mdGetStringPtr(Msg::pnfcsSymbolPound), "\xC2\xA3");
 }
