@@ -303,6 +303,50 @@ TEST(Save, LosesNothingWhenWritingFails) {
     EXPECT_EQ(RunProgram({"sh", "-c", TEST_JACKDAW " fields " + file + " > /dev/full"}).exit, 2);
 }
 
+TEST(Save, TellsOfDamageAndRefusesItWhenStrict) {
+    const std::string whole = ReadAll(SmallForm());
+    // Without its end the file has lost an appearance and the table of its objects.
+    const std::string damaged = TempFile("damaged.pdf", whole.substr(0, whole.find("14 0 obj")));
+    const std::string out = NewName();
+    for (const std::vector<std::string> &command : std::vector<std::vector<std::string>>{
+             {"fields", damaged},
+             {"fill", damaged, "--set", "given=new", "-o", out},
+             {"reset", damaged, "given", "-o", out},
+             {"render", damaged, "-o", out},
+         }) {
+        SCOPED_TRACE(command[0]);
+        const Ran told = Jackdaw(command);
+        EXPECT_EQ(told.exit, 3) << told;
+        EXPECT_TRUE(Has(told.err, "Attempting to reconstruct")) << told.err;
+        EXPECT_TRUE(Has(told.err, "(object 14 0): is missing")) << told.err;
+        std::filesystem::remove(out);
+        std::vector<std::string> strict = command;
+        strict.emplace_back("--strict");
+        const Ran refused = Jackdaw(strict);
+        EXPECT_EQ(refused.exit, 2) << refused;
+        EXPECT_EQ(refused.out, "");
+        EXPECT_TRUE(Has(refused.err, "--strict")) << refused.err;
+        EXPECT_FALSE(std::filesystem::exists(out));
+    }
+    EXPECT_EQ(Jackdaw({"fill", SmallForm(), "--strict", "--set", "given=new", "-o", out}).exit, 0);
+}
+
+TEST(Save, WhatComesOfAPrivateFormIsPrivate) {
+    using std::filesystem::perms;
+    const std::string form = TempFile("private.pdf", ReadAll(SmallForm())), out = NewName();
+    std::filesystem::permissions(form, perms::owner_read | perms::owner_write);
+    for (const std::vector<std::string> &command : std::vector<std::vector<std::string>>{
+             {TEST_JACKDAW, "fill", form, "--set", "given=new", "-o", out},
+             {TEST_JACKDAW, "render", form, "-o", out},
+             {"sh", "-c", TEST_JACKDAW " fill - --set given=new -o \"$1\" <\"$0\"", form, out},
+         }) {
+        std::filesystem::remove(out);
+        const Ran ran = RunProgram(command);
+        EXPECT_EQ(ran.exit, 0) << ran;
+        EXPECT_EQ(std::filesystem::status(out).permissions(), perms::owner_read | perms::owner_write);
+    }
+}
+
 TEST(Fields, TableForPeople) {
     const Ran ran = Jackdaw({"fields", SmallForm()});
     ASSERT_EQ(ran.exit, 0) << ran;

@@ -122,6 +122,22 @@ TEST_F(PlugIns, UnloadInReverseWhoeverReachedItsInit) {
     EXPECT_EQ(PlugInIDs().size(), 0u);
 }
 
+TEST(PlugInFolders, CodeThatAnyoneMayWriteIsNotRun) {
+    const fs::path file = TempFile("open.so", "Not even read.\n");
+    const auto errorsOf = [&](const fs::path &open) {
+        fs::permissions(open, fs::perms::others_write, fs::perm_options::add);
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(LoadPlugIns(file.parent_path()), 0);
+        fs::permissions(open, fs::perms::others_write, fs::perm_options::remove);
+        return testing::internal::GetCapturedStderr();
+    };
+    const std::string ofFile = errorsOf(file), ofFolder = errorsOf(file.parent_path());
+    EXPECT_NE(ofFile.find("plug-in " + file.string() + " is left out: anyone may write to it\n"), std::string::npos);
+    EXPECT_NE(ofFolder.find("folder of plug-ins " + file.parent_path().string() + " is left out: anyone may write"),
+              std::string::npos);
+    EXPECT_EQ(linesOf(ofFolder).size(), 1u);
+}
+
 TEST(PlugInFolders, MissingOneHasNoPlugIns) {
     testing::internal::CaptureStderr();
     EXPECT_EQ(LoadPlugIns("/nowhere/plug-ins"), 0);
