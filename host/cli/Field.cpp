@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "CoreHFT.h"
 #include "DocModelHFT.h"
@@ -113,13 +114,12 @@ std::vector<Option> ChoiceOptions(LexObj opt) {
 // `Opt` of a button names its widgets in their order.
 std::vector<Option> ButtonOptions(LexObj dict) {
     std::vector<Option> options;
+    std::unordered_set<std::string> known;
     const std::vector<Option> texts = ChoiceOptions(InheritedValue(dict, AtomOf("Opt")));
     const std::vector<LexObj> widgets = WidgetsOf(dict);
     for (std::size_t i = 0; i < widgets.size(); ++i) {
         const std::string state = OnStateOf(widgets[i]);
-        const bool known =
-            std::any_of(options.begin(), options.end(), [&](const Option &o) { return o.exported == state; });
-        if (state.empty() || known) continue;
+        if (state.empty() || !known.insert(state).second) continue;
         options.push_back({state, i < texts.size() ? texts[i].display : state, LexNullObj});
     }
     return options;

@@ -161,6 +161,10 @@ OnePagePtr KeptAppearance(LexObj stream, LexObj optionalContent) {
                   [&](SnapshotForm form) { return AppearanceSnapshot(stream, optionalContent, form); });
 }
 
+OnePagePtr KeptAnnots(DMPage page, std::span<const LexObj> annots) {
+    return keptOr(annots.front(), annots.back(), [&](SnapshotForm form) { return AnnotsSnapshot(page, annots, form); });
+}
+
 double OnePageWidth(const OnePage &page) {
     return page.width;
 }

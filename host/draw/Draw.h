@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <span>
 
 #include "KRTypes.h"
 
@@ -26,6 +27,10 @@ OnePagePtr KeptPage(DMPage page);
 /** The appearance, its box in the middle (Snapshot.h); null when there is nothing to draw or it cannot be opened.
  * `optionalContent` as for the snapshot. */
 OnePagePtr KeptAppearance(LexObj stream, LexObj optionalContent);
+
+/** Annotations of the page that have no appearance, as the drawing library shows them, over a page without content.
+ * Null when they cannot be opened. */
+OnePagePtr KeptAnnots(DMPage page, std::span<const LexObj> annots);
 
 /** Size in points, as it is looked at (page rotation done). Never 0. */
 double OnePageWidth(const OnePage &page);

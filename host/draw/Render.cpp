@@ -7,10 +7,13 @@
 #include <cerrno>
 #include <cmath>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "doc/Annots.h"
 #include "doc/Document.h"
 #include "doc/Pages.h"
+#include "kernel/Apart.h"
 #include "kernel/AtomicFile.h"
 #include "kernel/Atoms.h"
 #include "kernel/Files.h"
@@ -25,6 +28,8 @@ namespace {
 
 /** The longest side that a cairo image has. */
 constexpr double s_maxSide = 32767;
+
+constexpr ApartBounds s_drawBounds{/*seconds*/ 10, /*bytes*/ std::int64_t{512} << 20};
 
 /** What the format defines: flag "invisible" speaks only of others. */
 bool isStandardSubtype(std::string_view name) {
@@ -76,8 +81,22 @@ bool isDrawable(const cairo_matrix_t &m) {
     return std::isfinite(det) && std::fabs(det) > 1e-9;
 }
 
-void drawAnnot(cairo_t *context, const PageGeometry &geometry, DMAnnot annot) {
-    const LexObj dict = AnnotLex(annot);
+/** Without any appearance, so that the drawing library chooses one. A widget's is the form's to make. */
+bool isBare(LexObj annot) {
+    if (!AnnotIsShown(annot) || lex::HasKeys(lex::DictGet(annot, AtomFromText("AP")))) return false;
+    return lex::NameOrNone(lex::DictGet(annot, AtomFromText("Subtype"))) != AtomFromText("Widget");
+}
+
+void drawBareAnnots(cairo_t *context, DMPage page, double scale, std::span<const LexObj> annots) {
+    if (annots.empty()) return;
+    const OnePagePtr drawn = KeptAnnots(page, annots);
+    if (!drawn) return;
+    const SavedState state(context);
+    cairo_scale(context, scale, scale);
+    DrawOnePage(*drawn, context);
+}
+
+void drawAnnot(cairo_t *context, const PageGeometry &geometry, LexObj dict) {
     KRFixedRect rect;
     if (!AnnotIsShown(dict) || !ReadRect(lex::DictGet(dict, AtomFromText("Rect")), &rect)) return;
     if (rect.right <= rect.left || rect.top <= rect.bottom) return;
@@ -102,6 +121,7 @@ cairo_status_t appendToString(void *closure, const unsigned char *data, unsigned
     }
 }
 
+/** An image whose pixels child processes share. */
 SurfacePtr newImage(const PageGeometry &geometry) {
     // A page of 612.0000001 points is 612 pixels wide.
     const double width = std::max(1.0, std::ceil(geometry.width - 1e-4));
@@ -110,9 +130,16 @@ SurfacePtr newImage(const PageGeometry &geometry) {
         throw HostError{KRErrBadParam, "The image would be " + std::to_string(std::llround(width)) + " by " +
                                            std::to_string(std::llround(height)) +
                                            " pixels, which is more than the limit allows."};
-    SurfacePtr surface(
-        cairo_image_surface_create(CAIRO_FORMAT_RGB24, static_cast<int>(width), static_cast<int>(height)));
+    const int columns = static_cast<int>(width), rows = static_cast<int>(height);
+    const int stride = cairo_format_stride_for_width(CAIRO_FORMAT_RGB24, columns);
+    auto pixels = std::make_unique<SharedBlock>(static_cast<std::size_t>(stride) * static_cast<std::size_t>(rows));
+    SurfacePtr surface(cairo_image_surface_create_for_data(static_cast<unsigned char *>(pixels->data()),
+                                                           CAIRO_FORMAT_RGB24, columns, rows, stride));
     checkStatus(cairo_surface_status(surface.get()));
+    static const cairo_user_data_key_t s_owner{};
+    checkStatus(cairo_surface_set_user_data(surface.get(), &s_owner, pixels.get(),
+                                            [](void *block) { delete static_cast<SharedBlock *>(block); }));
+    (void)pixels.release();
     return surface;
 }
 
@@ -121,6 +148,16 @@ struct ContextFree {
         cairo_destroy(context);
     }
 };
+
+void paintPage(cairo_surface_t *surface, DMPage page, double scale) {
+    const std::unique_ptr<cairo_t, ContextFree> context(cairo_create(surface));
+    cairo_set_source_rgb(context.get(), 1, 1, 1);
+    cairo_paint(context.get());
+    DrawPageContent(context.get(), page, scale);
+    DrawPageAnnots(context.get(), page, scale);
+    checkStatus(cairo_status(context.get()));
+    cairo_surface_flush(surface);
+}
 
 } // namespace
 
@@ -179,8 +216,19 @@ void DrawPageAnnots(cairo_t *context, DMPage page, double scale) {
     const SavedState state(context);
     cairo_rectangle(context, 0, 0, geometry.width, geometry.height);
     cairo_clip(context);
+    // Those that are bare and follow each other are drawn together, so that a thousand links are opened once.
+    std::vector<LexObj> bare;
     const std::int32_t count = NumAnnots(page);
-    for (std::int32_t i = 0; i < count; ++i) drawAnnot(context, geometry, PageAnnot(page, i));
+    for (std::int32_t i = 0; i < count; ++i) {
+        const LexObj annot = AnnotLex(PageAnnot(page, i));
+        if (isBare(annot)) {
+            bare.push_back(annot);
+            continue;
+        }
+        drawBareAnnots(context, page, scale, std::exchange(bare, {}));
+        drawAnnot(context, geometry, annot);
+    }
+    drawBareAnnots(context, page, scale, bare);
 }
 
 SurfacePtr RenderPage(DMDoc doc, std::int32_t page, std::int32_t dpi) {
@@ -188,13 +236,10 @@ SurfacePtr RenderPage(DMDoc doc, std::int32_t page, std::int32_t dpi) {
     const PageRef shown(AcquirePage(doc, page));
     const double scale = dpi / 72.0;
     SurfacePtr surface = newImage(GeometryOfPage(shown.get(), scale));
-    const std::unique_ptr<cairo_t, ContextFree> context(cairo_create(surface.get()));
-    cairo_set_source_rgb(context.get(), 1, 1, 1);
-    cairo_paint(context.get());
-    DrawPageContent(context.get(), shown.get(), scale);
-    DrawPageAnnots(context.get(), shown.get(), scale);
-    checkStatus(cairo_status(context.get()));
     cairo_surface_flush(surface.get());
+    const std::string what = "Page " + std::to_string(page + 1) + " cannot be drawn: it";
+    RunApart(what, s_drawBounds, [&] { paintPage(surface.get(), shown.get(), scale); });
+    cairo_surface_mark_dirty(surface.get());
     return surface;
 }
 

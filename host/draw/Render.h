@@ -1,8 +1,9 @@
 // Whole pages to pixels: content, then the normal appearance of each annotation in the order of `Annots`.
 //
 // An annotation is left out when it is hidden (flag 2), not for viewing (32), invisible (1) while its subtype is none
-// that the format defines, a Popup, without an appearance for its state, or when its rectangle or box is empty. What
-// reaches over the page's edge is cut.
+// that the format defines, a Popup, without an appearance for its state, or when its rectangle or box is empty. One
+// that has no appearances at all is drawn as the drawing library sees fit, which gives notes a symbol, links a border
+// and markup its lines; a widget has only what the form gave it. What reaches over the page's edge is cut.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -42,7 +43,8 @@ void DrawPageAnnots(cairo_t *context, DMPage page, double scale);
 
 /**
  * A page on white paper as an RGB image. `page` counts from 0. Raises KRErrBadParam for a page that is not there, a
- * `dpi` below 1 and an image above MaxRenderPixels, KRErrBadPDF for a page that cannot be opened.
+ * `dpi` below 1 and an image above MaxRenderPixels, KRErrBadPDF for a page that cannot be opened, KRErrNoMemory for one
+ * that takes more time or memory than drawing may: it is drawn apart (Apart.h).
  */
 SurfacePtr RenderPage(DMDoc doc, std::int32_t page, std::int32_t dpi);
 std::string PngOf(cairo_surface_t *surface);

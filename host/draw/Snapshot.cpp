@@ -78,6 +78,11 @@ public:
         out_ += ' ';
         put(value, 0);
     }
+    /** `value ` */
+    void element(const QPDFObjectHandle &value) {
+        put(value, 0);
+        out_ += ' ';
+    }
     /** The number under which a stream is copied, as a form XObject. */
     int copyForm(const QPDFObjectHandle &stream) {
         appearance_ = stream.getObjGen();
@@ -273,17 +278,22 @@ std::optional<Box> transformedBox(QPDFObjectHandle dict) {
     return result;
 }
 
-} // namespace
-
-std::string PageSnapshot(DMPage page, SnapshotForm form) {
-    const LexObj dict = PageLex(page);
+/** Catalog and tree, and of the page what tells its size and its place. */
+void beginPage(SnapshotWriter &w, DMPage page) {
     const KRFixedRect crop = PageCropBox(page);
-    SnapshotWriter w(form);
     writeCatalog(w, DocLex(PageDoc(page)));
     w.begin(s_pageNumberInFile);
     w.text("<< /Type /Page /Parent 2 0 R /MediaBox ");
     w.text(box(crop.left / 65536.0, crop.bottom / 65536.0, crop.right / 65536.0, crop.top / 65536.0));
     w.text(" /Rotate " + std::to_string(PageRotate(page)));
+}
+
+} // namespace
+
+std::string PageSnapshot(DMPage page, SnapshotForm form) {
+    const LexObj dict = PageLex(page);
+    SnapshotWriter w(form);
+    beginPage(w, page);
     // Of another type the library would refuse the page for it, and with it the annotations.
     const LexObj resources = InheritedPageValue(dict, AtomFromText("Resources"));
     if (lex::IsDict(resources)) w.entry("/Resources", handleOf(resources));
@@ -292,6 +302,16 @@ std::string PageSnapshot(DMPage page, SnapshotForm form) {
     const LexObj group = lex::DictGet(dict, AtomFromText("Group"));
     if (lex::IsDict(group)) w.entry("/Group", handleOf(group));
     w.text(" >>");
+    w.end();
+    return w.finish();
+}
+
+std::string AnnotsSnapshot(DMPage page, std::span<const LexObj> annots, SnapshotForm form) {
+    SnapshotWriter w(form);
+    beginPage(w, page);
+    w.text(" /Annots [");
+    for (const LexObj annot : annots) w.element(handleOf(annot));
+    w.text("] >>");
     w.end();
     return w.finish();
 }

@@ -5,6 +5,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <span>
 #include <string>
 
 #include "KRTypes.h"
@@ -30,5 +31,11 @@ std::string PageSnapshot(DMPage page, SnapshotForm form = SnapshotForm::File);
  * null. Empty text when there is nothing to draw: no stream, no box, an empty box.
  */
 std::string AppearanceSnapshot(LexObj stream, LexObj optionalContent, SnapshotForm form = SnapshotForm::File);
+
+/**
+ * Annotations of the page, on a page of its size without content, as they are: the drawing library gives those that
+ * have no appearance one of its own.
+ */
+std::string AnnotsSnapshot(DMPage page, std::span<const LexObj> annots, SnapshotForm form = SnapshotForm::File);
 
 } // namespace jackdaw

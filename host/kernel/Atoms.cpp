@@ -61,14 +61,23 @@ std::string_view withoutSlash(std::string_view key) {
     return !key.empty() && key.front() == '/' ? key.substr(1) : key;
 }
 
+bool s_refused = false;
+
 } // namespace
+
+bool AtomsWereRefused() {
+    return s_refused;
+}
 
 KRAtom AtomFromText(std::string_view text) {
     AtomTable &atoms = table();
     const std::uint32_t hash = hashOf(text);
     std::size_t place = placeOf(atoms, text, hash);
     if (atoms.buckets[place] != KRAtomNull) return atoms.buckets[place];
-    if (atoms.keys.size() >= AtomLimit) throw HostError{KRErrNoMemory, "All atoms are given out."};
+    if (atoms.keys.size() >= AtomLimit) {
+        s_refused = true;
+        throw HostError{KRErrNoMemory, AtomsExhausted};
+    }
     if ((atoms.keys.size() + 1) * 2 > atoms.buckets.size()) {
         grow(atoms);
         place = placeOf(atoms, text, hash);

@@ -16,8 +16,15 @@ namespace jackdaw {
 /** 0 to 0xFFFE. */
 inline constexpr std::size_t AtomLimit = 0xFFFF;
 
+inline constexpr const char *AtomsExhausted =
+    "There are more than 65,535 different names and keys, which is more than can be told apart.";
+
 /** Throws HostError (KRErrNoMemory) when all atoms are given out. */
 KRAtom AtomFromText(std::string_view text);
+
+/** Names were met for which no atom was left. Whoever asked may have gone on as if they were not there: nothing that
+ * was learned or made since is to be trusted. */
+bool AtomsWereRefused();
 
 /** KRAtomNull for a text not yet interned. */
 KRAtom ExistingAtom(std::string_view text);

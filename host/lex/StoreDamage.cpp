@@ -10,6 +10,7 @@
 #include <qpdf/QPDFExc.hh>
 #include <qpdf/QPDFXRefEntry.hh>
 
+#include "kernel/Atoms.h"
 #include "kernel/HostError.h"
 #include "kernel/Memory.h"
 #include "lex/FileSource.h"
@@ -85,6 +86,7 @@ void AssessOpened(LexDocRec &doc) {
 
 void RequireWhole(LexDocRec &doc) {
     CollectWarnings(doc);
+    if (AtomsWereRefused()) throw HostError{KRErrNoMemory, AtomsExhausted};
     if (doc.lacksMemory || FailedAllocations() != doc.failedAllocations) throw HostError{KRErrNoMemory};
     if (doc.source) doc.source->requireWhole();
 }

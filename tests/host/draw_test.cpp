@@ -183,6 +183,19 @@ TEST_P(DrawLikeLibrary, CroppedPageWhoseCornerIsNotTheOrigin) {
 INSTANTIATE_TEST_SUITE_P(Rotations, DrawLikeLibrary,
                          testing::Combine(testing::Values(0, 90, 180, 270), testing::Values(72, 108)));
 
+TEST_P(DrawLikeLibrary, AnnotationsWithoutAppearance) {
+    const auto [rotate, dpi] = GetParam();
+    PageFile file = mixedPage("/Rotate " + std::to_string(rotate));
+    for (const char *entries : {"/Text /Rect [200 20 220 40] /Contents (note) /C [1 1 0]",
+                                "/Link /Rect [40 110 110 130] /Border [0 0 2] /C [0 0 1] /A << /S /URI /URI (x) >>",
+                                "/Square /Rect [140 20 180 50] /C [1 0 0] /BS << /W 2 >>"}) {
+        file.objects.push_back(std::string("<< /Type /Annot /P 3 0 R /Subtype ") + entries + " >>");
+        file.annots += std::to_string(file.objects.size()) + " 0 R ";
+    }
+    file.add("/Subtype /Stamp /Rect [160 30 200 60]", form("/BBox [0 0 100 40]", picture));
+    expectLikeReference(file.finished(), dpi);
+}
+
 TEST(Draw, FlagsAndKindsThatAreLeftOut) {
     EXPECT_TRUE(squareShows("/Subtype /Stamp"));
     EXPECT_TRUE(squareShows("/Subtype /Stamp /F 4"));

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <csetjmp>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -13,6 +14,7 @@
 #include "CoreHFT.h"
 #include "KernelSupportHFT.h"
 #include "PIFrame.h"
+#include "kernel/Apart.h"
 #include "kernel/Atoms.h"
 #include "kernel/Callbacks.h"
 #include "kernel/Ending.h"
@@ -333,3 +335,47 @@ TEST(Memory, FaultsAreInjected) {
     EXPECT_NE(same, nullptr);
     KRfree(same);
 }
+
+struct HostileWork {
+    const char *name;
+    void (*work)();
+    KRErrorCode code;
+    const char *sentence;
+};
+
+class Apart : public testing::TestWithParam<HostileWork> {};
+
+TEST_P(Apart, EndsWithASentenceAndTheProcessGoesOn) {
+    const HostileWork &row = GetParam();
+    EXPECT_EQ(thrownBy([&] { RunApart("It", {/*seconds*/ 1, /*bytes*/ 64 << 20}, row.work); }), row.code);
+    if (row.code != KRErrNone) {
+        EXPECT_EQ(ErrorSentence(row.code), row.sentence);
+    }
+}
+
+volatile std::uintptr_t s_sink;
+
+INSTANTIATE_TEST_SUITE_P(Works, Apart,
+                         testing::Values(HostileWork{"Calm", [] {}, KRErrNone, ""},
+                                         HostileWork{"Raises",
+                                                     [] {
+                                                         throw HostError{KRErrBadPDF, "Why."};
+                                                     },
+                                                     KRErrBadPDF, "Why."},
+                                         HostileWork{"RunsOn",
+                                                     [] {
+                                                         for (;;) s_sink = s_sink + 1;
+                                                     },
+                                                     KRErrNoMemory, "It takes longer than 1 s"},
+                                         HostileWork{"Grows",
+                                                     [] {
+                                                         for (;;)
+                                                             s_sink =
+                                                                 reinterpret_cast<std::uintptr_t>(new char[1 << 20]);
+                                                     },
+                                                     KRErrNoMemory, "It takes more memory than 64 MB"},
+                                         HostileWork{"Aborts", [] { std::raise(SIGABRT); }, KRErrNoMemory,
+                                                     "It takes more memory than 64 MB"},
+                                         HostileWork{"Overflows", [] { std::raise(SIGSEGV); }, KRErrBadPDF,
+                                                     "It is more than the stack holds"}),
+                         [](const auto &row) { return row.param.name; });
