@@ -39,6 +39,8 @@ struct Channels {
     Redirect(channels.in, O_RDONLY, STDIN_FILENO);
     Redirect(channels.out, O_WRONLY | O_TRUNC, STDOUT_FILENO);
     Redirect(channels.err, O_WRONLY | O_TRUNC, STDERR_FILENO);
+    // A shell that runs the tests in the background has signals ignored.
+    for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) std::signal(number, SIG_DFL);
     if (options.fileLimit > 0) LimitFiles(options.fileLimit);
     alarm(options.seconds);
     execvp(arguments[0], arguments.data());
