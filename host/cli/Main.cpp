@@ -1,13 +1,18 @@
 // The program jackdaw: parses the command line, starts the host with its plug-ins, runs the command.
 // SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <exception>
+#include <filesystem>
+#include <string>
 
 #include "PIFrame.h"
 #include "app/Startup.h"
 #include "cli/Options.h"
 #include "cli/Session.h"
+#include "kernel/Apart.h"
 #include "kernel/Ending.h"
 #include "kernel/HostError.h"
 #include "kernel/Memory.h"
@@ -17,11 +22,22 @@ namespace {
 using namespace jackdaw;
 using namespace jackdaw::cli;
 
+/** A picture of one page is not worth the machine: what a file may take to be read grows with it from a small start. */
+void BoundReading(const std::string &path) {
+    std::error_code error;
+    const std::uintmax_t size = std::filesystem::file_size(path, error);
+    const std::int64_t bytes = error ? 0 : static_cast<std::int64_t>(std::min(size, std::uintmax_t{1} << 34));
+    BoundProcess({/*seconds*/ 10, (std::int64_t{512} << 20) + 64 * bytes});
+}
+
 int RunCommand(const CLI::App &app, const Options &options) {
     if (app.got_subcommand("fields")) RunFields(options.fields);
     if (app.got_subcommand("fill")) RunFill(options.fill);
     if (app.got_subcommand("reset")) RunReset(options.reset);
-    if (app.got_subcommand("render")) RunRender(options.render);
+    if (app.got_subcommand("render")) {
+        BoundReading(options.render.input.file);
+        RunRender(options.render);
+    }
     return AnyWarnings() ? ExitWarnings : ExitDone;
 }
 

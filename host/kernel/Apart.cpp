@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "kernel/Apart.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -14,6 +15,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "kernel/Ending.h"
 #include "kernel/HostError.h"
 
 namespace jackdaw {
@@ -27,11 +29,11 @@ struct Outcome {
     volatile bool done;
 };
 
+/** The soft bound: the signal comes, and a child can still have more. Never above what the process was started with. */
 void setBound(int resource, rlim_t value) {
     struct rlimit bound {};
     if (getrlimit(static_cast<__rlimit_resource_t>(resource), &bound) != 0) return;
-    // Never above what the process was started with.
-    bound.rlim_cur = bound.rlim_max = std::min(bound.rlim_max, value);
+    bound.rlim_cur = std::min(bound.rlim_max, value);
     setrlimit(static_cast<__rlimit_resource_t>(resource), &bound);
 }
 
@@ -47,12 +49,17 @@ std::int64_t privateBytes() {
     return kilobytes * 1024;
 }
 
+void endLate(int) {
+    EndWithFailure("the document takes longer to read than is allowed");
+}
+
 void enterBounds(const ApartBounds &bounds, pid_t parent) {
     // Nobody waits for the picture of a program that was killed.
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (getppid() != parent) _exit(1);
     const int nothing = open("/dev/null", O_WRONLY | O_CLOEXEC);
     if (nothing >= 0) dup2(nothing, STDERR_FILENO);
+    std::signal(SIGXCPU, SIG_DFL);
     setBound(RLIMIT_CORE, 0);
     setBound(RLIMIT_CPU, static_cast<rlim_t>(bounds.seconds));
     setBound(RLIMIT_DATA, static_cast<rlim_t>(privateBytes() + bounds.bytes));
@@ -118,6 +125,12 @@ void RunApart(const std::string &what, const ApartBounds &bounds, const std::fun
     const int status = waitFor(child);
     if (!outcome.done || (outcome.code == KRErrNoMemory && !outcome.what[0])) throwPassed(what, bounds, status);
     if (outcome.code != KRErrNone) throw HostError{outcome.code, outcome.what};
+}
+
+void BoundProcess(const ApartBounds &bounds) {
+    std::signal(SIGXCPU, &endLate);
+    setBound(RLIMIT_CPU, static_cast<rlim_t>(bounds.seconds));
+    setBound(RLIMIT_DATA, static_cast<rlim_t>(privateBytes() + bounds.bytes));
 }
 
 } // namespace jackdaw

@@ -42,4 +42,7 @@ struct ApartBounds {
  */
 void RunApart(const std::string &what, const ApartBounds &bounds, const std::function<void()> &work);
 
+/** From now on the process itself has bounds: lack of memory is raised as usual, lack of time ends it with one line. */
+void BoundProcess(const ApartBounds &bounds);
+
 } // namespace jackdaw

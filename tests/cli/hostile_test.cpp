@@ -315,6 +315,63 @@ TEST(Hostile, ManyOfAKind) {
                     "/FT /Tx /Ff 4096 /DA (/Helv 0 Tf 0 g) /V (" + std::string(100000, 'w') + ")"});
 }
 
+/** Documents that a small file makes large, and how each is turned down. */
+struct Exploding {
+    const char *name;
+    Strings (*objects)();
+    Strings command;
+    const char *line;
+};
+
+class Explodes : public testing::TestWithParam<Exploding> {};
+
+TEST_P(Explodes, InOneLineWithNothingDone) {
+    const std::string out = NewName();
+    Strings command = GetParam().command;
+    command.insert(command.begin() + 1, TempFile("small.pdf", PdfText(GetParam().objects())));
+    if (command.front() != "fields") command.insert(command.end(), {"-o", out});
+    const Ran ran = Jackdaw(command, {"", /*fileLimit*/ 0, /*seconds*/ 300});
+    EXPECT_EQ(ran.exit, 2) << ran;
+    EXPECT_EQ(ran.out, "");
+    EXPECT_EQ(CountLines(ran.err), 1u) << ran;
+    EXPECT_TRUE(Has(ran.err, GetParam().line)) << ran;
+    EXPECT_FALSE(std::filesystem::exists(out));
+}
+
+/** Forty forms, each of which draws the next ten times. */
+Strings FormsWithinForms() {
+    const std::string start = "/Type /XObject /Subtype /Form /BBox [0 0 9 9] /Resources << /XObject << /X ";
+    Strings more = {StreamObject("", "/X Do")};
+    std::string ten;
+    for (int i = 0; i < 10; ++i) ten += "/X Do ";
+    for (int i = 0; i < 40; ++i) more.push_back(StreamObject(start + std::to_string(i + 6) + " 0 R >> >>", ten));
+    more.push_back(StreamObject("/Type /XObject /Subtype /Form /BBox [0 0 9 9]", "0 0 9 9 re f"));
+    Strings objects = PageObjects("", more);
+    objects[2] =
+        "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 99 99] /Contents 4 0 R /Resources << /XObject << /X 5 0 R "
+        ">> >> >>";
+    return objects;
+}
+
+/** A radio group of more states than there are atoms. */
+Strings StatesWithoutEnd() {
+    constexpr int count = 66000;
+    std::string kids;
+    Strings more = {""};
+    for (int i = 0; i < count; ++i) {
+        kids += std::to_string(i + 5) + " 0 R ";
+        more.push_back("<< /Parent 4 0 R /Type /Annot /Subtype /Widget /Rect [0 0 9 9] /AP << /N << /s" +
+                       std::to_string(i) + " 2 0 R >> >> >>");
+    }
+    more.front() = "<< /T (r) /FT /Btn /Ff 32768 /Kids [" + kids + "] >>";
+    return PageObjects("/AcroForm << /Fields [4 0 R] >>", more);
+}
+
+INSTANTIATE_TEST_SUITE_P(Small, Explodes,
+                         testing::Values(Exploding{"Forms", &FormsWithinForms, {"render"}, "takes longer than 10 s"},
+                                         Exploding{"States", &StatesWithoutEnd, {"fill", "--set", "r=s5"}, "65,535"}),
+                         [](const auto &row) { return row.param.name; });
+
 TEST(Hostile, BrokenFiles) {
     const std::string whole = PdfText(FormObjects({s_good, "/T (b) /FT /Ch /Opt [(x) (y)]"}, s_resources));
     for (std::size_t length = 0; length < whole.size(); length += whole.size() / 16)
