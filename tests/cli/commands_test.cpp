@@ -292,7 +292,6 @@ TEST(Save, LosesNothingWhenWritingFails) {
         EXPECT_EQ(ReadAll(file), ReadAll(SmallForm()));
         EXPECT_EQ(entries(), 1);
     }
-    ExpectNothingDone(fillTo("/dev/full", {}), "full");
     ExpectNothingDone(fillTo(file + "/x.pdf", {}), "x.pdf");
     const std::string folder = file + ".folder";
     std::filesystem::create_directory(folder);
@@ -300,7 +299,10 @@ TEST(Save, LosesNothingWhenWritingFails) {
     ExpectNothingDone(fillTo(folder + "/none/x.pdf", {}), "x.pdf");
     EXPECT_EQ(entries(), 2);
     EXPECT_TRUE(std::filesystem::is_empty(folder));
-    EXPECT_EQ(RunProgram({"sh", "-c", TEST_JACKDAW " fields " + file + " > /dev/full"}).exit, 2);
+    if (const std::string full = FullDevice(); !full.empty()) {
+        ExpectNothingDone(fillTo(full, {}), "full");
+        EXPECT_EQ(RunProgram({"sh", "-c", TEST_JACKDAW " fields " + file + " > " + full}).exit, 2);
+    }
 }
 
 TEST(Save, TellsOfDamageAndRefusesItWhenStrict) {

@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/cli/PdfObjects.h"
 #include "tests/cli/Run.h"
+#include "tests/support/PdfObjects.h"
 #include "tests/support/PdfText.h"
 
 namespace {

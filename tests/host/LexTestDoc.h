@@ -3,49 +3,24 @@
 #pragma once
 
 #include <initializer_list>
-#include <sstream>
 #include <string>
 
-#include "kernel/Atoms.h"
 #include "kernel/HostError.h"
 #include "lex/LexObjects.h"
 #include "lex/Store.h"
 #include "tests/support/HostFixture.h"
+#include "tests/support/Objects.h"
 
 namespace lextest {
 
 namespace lex = jackdaw::lex;
 
-inline KRAtom atom(const char *text) {
-    return jackdaw::AtomFromText(text);
-}
-
 /** In braces the bodies of objects 1, 2, ...; in parentheses the bytes of a file or a document already opened. */
-class Doc {
+class Doc : public TestDoc {
 public:
     Doc(std::initializer_list<std::string> objects) : Doc(PdfText(objects)) {}
-    explicit Doc(const std::string &bytes) : Doc(lex::OpenPdfBytes("test.pdf", bytes, nullptr)) {}
-    explicit Doc(LexDoc opened) : doc(opened) {}
-    ~Doc() {
-        lex::CloseStore(doc);
-    }
-    Doc(const Doc &) = delete;
-    Doc &operator=(const Doc &) = delete;
-    operator LexDoc() const {
-        return doc;
-    }
-
-    /** What a path such as "A/0/X" leads to from the root. */
-    LexObj at(const std::string &path) const {
-        LexObj obj = lex::RootOf(doc);
-        std::istringstream parts(path);
-        for (std::string part; std::getline(parts, part, '/');)
-            obj = lex::TypeOf(obj) == LexArray ? lex::ArrayGet(obj, std::stoi(part))
-                                               : lex::DictGet(obj, atom(part.c_str()));
-        return obj;
-    }
-
-    LexDoc doc;
+    explicit Doc(const std::string &bytes) : TestDoc(lex::OpenPdfBytes("test.pdf", bytes, nullptr)) {}
+    explicit Doc(LexDoc opened) : TestDoc(opened) {}
 };
 
 /** The code that `body` throws; 0 for none. */

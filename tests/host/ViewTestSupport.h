@@ -13,12 +13,9 @@
 #include "PIFrame.h"
 #include "ScreenViewHFT.h"
 #include "tests/support/HostFixture.h"
+#include "tests/support/Objects.h"
 
 namespace viewtest {
-
-inline KRAtom atom(const char *text) {
-    return KRAtomFromString(text);
-}
 
 /** `count` pages, page i being 100 + 10 i points high; `extra` are entries of all pages, `catalog` of the catalog. */
 inline std::vector<std::string> pages(int count, const std::string &extra = "", const std::string &catalog = "") {

@@ -15,6 +15,7 @@
 #include "doc/Notify.h"
 #include "kernel/HostError.h"
 #include "tests/support/HostFixture.h"
+#include "tests/support/Objects.h"
 
 namespace {
 
@@ -54,12 +55,12 @@ DMDoc open(const std::string &path) {
 }
 
 std::int32_t mark(DMDoc doc) {
-    return LexIntegerValue(LexDictGet(LexDocGetRoot(DMDocGetLexDoc(doc)), KRAtomFromString("Mark")));
+    return LexIntegerValue(At(LexDocGetRoot(DMDocGetLexDoc(doc)), "Mark"));
 }
 
 void change(DMDoc doc) {
     const LexDoc lex = DMDocGetLexDoc(doc);
-    LexDictPut(LexDocGetRoot(lex), KRAtomFromString("Mark"), LexNewInteger(lex, 0, mark(doc) + 1));
+    LexDictPut(LexDocGetRoot(lex), Atom("Mark"), LexNewInteger(lex, 0, mark(doc) + 1));
 }
 
 class DocTest : public testing::Test {
@@ -228,7 +229,7 @@ TEST_F(DocTest, InfoIsBytes) {
     EXPECT_EQ(DMDocGetInfo(doc, "Title", buffer, sizeof buffer), 0);
     EXPECT_STREQ(buffer, "");
     DMDocSetInfo(doc, "Title", nullptr, 0);
-    EXPECT_EQ(LexObjGetType(LexDictGet(LexDocGetTrailer(DMDocGetLexDoc(doc)), KRAtomFromString("Info"))), LexNull);
+    EXPECT_EQ(LexObjGetType(LexDictGet(LexDocGetTrailer(DMDocGetLexDoc(doc)), Atom("Info"))), LexNull);
     const std::string wide("\xFE\xFF\0T\0i\0t\0l\0e", 12);
     DMDocSetInfo(doc, "Title", wide.data(), static_cast<std::int32_t>(wide.size()));
     EXPECT_EQ(DMDocGetInfo(doc, "Title", buffer, sizeof buffer), 12);
@@ -275,7 +276,7 @@ protected:
         DMDocClose(doc);
     }
     DMFileSpec spec(std::int32_t index) const {
-        const LexObj specs = LexDictGet(LexDocGetRoot(DMDocGetLexDoc(doc)), KRAtomFromString("Specs"));
+        const LexObj specs = LexDictGet(LexDocGetRoot(DMDocGetLexDoc(doc)), Atom("Specs"));
         return DMFileSpecFromLexObj(LexArrayGet(specs, index));
     }
     static std::string diPath(DMFileSpec spec, KRPathName base) {

@@ -21,6 +21,7 @@
 #include "lex/LexApi.h"
 #include "lex/LexStreams.h"
 #include "tests/host/LexTestDoc.h"
+#include "tests/support/PdfObjects.h"
 
 using namespace jackdaw;
 using namespace lextest;
@@ -54,59 +55,6 @@ std::string Encrypted(const std::string &user, const std::string &owner, bool fi
     });
 }
 
-/** Where two documents differ, as a path; "" when they hold the same. References are compared by what they lead to. */
-class Comparison {
-public:
-    std::string run(LexObj a, LexObj b) {
-        waiting_ = {{a, b, ""}};
-        while (!waiting_.empty()) {
-            const Pair pair = waiting_.back();
-            waiting_.pop_back();
-            if (seen_.insert({pair.a.node, pair.b.node}).second && !alike(pair)) return pair.path + "!";
-        }
-        return "";
-    }
-
-private:
-    struct Pair {
-        LexObj a, b;
-        std::string path;
-    };
-
-    bool alike(const Pair &pair) {
-        if (lex::TypeOf(pair.a) != lex::TypeOf(pair.b)) return false;
-        switch (lex::TypeOf(pair.a)) {
-        case LexNull:
-            return true;
-        case LexStream:
-            return lex::RawData(pair.a) == lex::RawData(pair.b) && entriesAlike(pair);
-        case LexDict:
-            return entriesAlike(pair);
-        case LexArray:
-            for (std::int32_t i = 0; i < lex::ArrayLength(pair.a); ++i)
-                waiting_.push_back(
-                    {lex::ArrayGet(pair.a, i), lex::ArrayGet(pair.b, i), pair.path + "/" + std::to_string(i)});
-            return lex::ArrayLength(pair.a) == lex::ArrayLength(pair.b);
-        default:
-            return lex::LibraryHandle(pair.a).unparseResolved() == lex::LibraryHandle(pair.b).unparseResolved();
-        }
-    }
-
-    bool entriesAlike(const Pair &pair) {
-        const auto entries = lex::DictEntries(pair.a), others = lex::DictEntries(pair.b);
-        for (const auto &[key, value] : entries) {
-            const LexObj other = lex::DictGet(pair.b, key);
-            // A stream's length is written anew, and directly.
-            if (key == atom("Length") && lex::TypeOf(pair.a) == LexStream) continue;
-            waiting_.push_back({value, other, pair.path + "/" + AtomText(key)});
-        }
-        return entries.size() == others.size();
-    }
-
-    std::vector<Pair> waiting_;
-    std::set<std::pair<KRWord, KRWord>> seen_;
-};
-
 std::string OpenedAndSaved(const std::string &bytes) {
     Doc doc(bytes);
     return lex::SaveStoreToString(doc);
@@ -128,8 +76,9 @@ TEST(StoreSave, KeepsEveryObjectAndEveryStreamsBytes) {
     }
     for (const std::string &source : sources) {
         Doc before(lex::OpenPdfFile(source, nullptr));
-        Doc after(lex::SaveStoreToString(before));
-        EXPECT_EQ(Comparison().run(lex::RootOf(before), lex::RootOf(after)), "") << source;
+        const std::string saved = TempFile("saved.pdf", lex::SaveStoreToString(before));
+        for (const std::string &difference : CompareObjects(source, saved)) ADD_FAILURE() << source << difference;
+        Doc after(lex::OpenPdfFile(saved, nullptr));
         EXPECT_TRUE(lex::DamageOf(after).empty()) << source << ": " << lex::DamageOf(after)[0];
         EXPECT_FALSE(lex::FactsOf(after).repaired) << source;
         EXPECT_EQ(lex::FactsOf(after).encrypted, lex::FactsOf(before).encrypted) << source;
@@ -145,11 +94,11 @@ TEST(StoreSave, ADocumentWithoutSizeOrWithADirectCatalogComesOutWhole) {
                                 "trailer\n<< /Root << /A 2 0 R /AcroForm << >> >> >>\n"}) {
         Doc doc(body + trailer);
         EXPECT_TRUE(lex::FactsOf(doc).repaired);
-        EXPECT_EQ(lex::TypeOf(doc.at("Tessella")), LexDict);
+        EXPECT_EQ(lex::TypeOf(doc.At("Tessella")), LexDict);
         Doc again(lex::SaveStoreToString(doc));
         EXPECT_TRUE(lex::DamageOf(again).empty()) << lex::DamageOf(again)[0];
-        EXPECT_EQ(lex::StringValue(again.at("A/X")), "x");
-        EXPECT_EQ(lex::TypeOf(again.at("Tessella")), LexDict);
+        EXPECT_EQ(lex::StringValue(again.At("A/X")), "x");
+        EXPECT_EQ(lex::TypeOf(again.At("Tessella")), LexDict);
     }
 }
 
@@ -158,12 +107,14 @@ TEST(StoreSave, OverItsOwnFileTwiceAndNeverLosingItOnFailure) {
     LexDoc opened = lex::OpenPdfFile(path, nullptr);
     Doc doc(opened);
     for (const char *value : {"first", "second"}) {
-        lex::DictPut(doc.at("Tessella/Fields/0"), atom("V"), lex::NewString(doc, false, value));
+        lex::DictPut(doc.At("Tessella/Fields/0"), Atom("V"), lex::NewString(doc, false, value));
         lex::SaveStore(doc, path);
         Doc again(ReadAll(path));
-        EXPECT_EQ(lex::StringValue(again.at("Tessella/Fields/0/V")), value);
+        EXPECT_EQ(lex::StringValue(again.At("Tessella/Fields/0/V")), value);
     }
-    EXPECT_EQ(codeOf([&] { lex::SaveStore(doc, "/dev/full"); }), KRErrDiskFull);
+    if (const std::string full = FullDevice(); !full.empty()) {
+        EXPECT_EQ(codeOf([&] { lex::SaveStore(doc, full); }), KRErrDiskFull);
+    }
     EXPECT_NE(codeOf([&] { lex::SaveStore(doc, path + "/no/folder"); }), KRErrNone);
     lex::DestroyObj(lex::RootOf(doc));
     const std::string former = ReadAll(path);
@@ -246,8 +197,8 @@ TEST(StoreSave, ACryptFilterNeedsNoParameters) {
     bytes.replace(subtype, 13, "/Subt    /XML");
     Doc doc(bytes);
     Doc saved(lex::SaveStoreToString(doc));
-    EXPECT_EQ(lex::RawData(saved.at("Metadata")), text);
-    EXPECT_EQ(lex::StringValue(saved.at("Tessella/Fields/0/V")), "value");
+    EXPECT_EQ(lex::RawData(saved.At("Metadata")), text);
+    EXPECT_EQ(lex::StringValue(saved.At("Tessella/Fields/0/V")), "value");
     EXPECT_EQ(lex::DamageOf(saved), std::vector<std::string>());
 }
 
@@ -271,7 +222,7 @@ TEST(StoreOpen, EncryptionAsksForAPasswordAndGivesTheRightsOfWhoOpened) {
     EXPECT_EQ(codeOf([&] { Doc doc(saved); }), KRErrPassword);
     for (const char *password : {"user", "owner"}) {
         Doc again(lex::OpenPdfBytes("saved.pdf", saved, password));
-        EXPECT_EQ(lex::StringValue(again.at("Tessella/Fields/0/V")), "value") << password;
+        EXPECT_EQ(lex::StringValue(again.At("Tessella/Fields/0/V")), "value") << password;
     }
     const std::size_t trailer = bytes.find("trailer");
     EXPECT_FALSE(opens(bytes.substr(0, trailer))) << "without its key the file would read as rubbish";
@@ -281,18 +232,18 @@ TEST(StoreOpen, CutFilesComeBackAndRubbishIsRefused) {
     std::string classic = PdfText(s_form);
     Doc cut(lex::OpenPdfFile(TempFile("cut.pdf", classic.substr(0, classic.find("xref\n"))), nullptr));
     EXPECT_TRUE(lex::FactsOf(cut).repaired);
-    EXPECT_EQ(lex::StringValue(cut.at("Tessella/Fields/0/V")), "value");
+    EXPECT_EQ(lex::StringValue(cut.At("Tessella/Fields/0/V")), "value");
     for (const std::size_t percent : {10, 30, 50, 70, 90, 99}) {
         const std::string part = classic.substr(0, classic.size() * percent / 100);
         if (part.find("endobj") == std::string::npos) continue;
         Doc doc(part);
-        EXPECT_EQ(lex::TypeOf(doc.at("Tessella")), LexDict) << percent;
+        EXPECT_EQ(lex::TypeOf(doc.At("Tessella")), LexDict) << percent;
         EXPECT_FALSE(lex::SaveStoreToString(doc).empty());
     }
     std::string packed = Rewritten(classic, [](QPDFWriter &writer) { writer.setObjectStreamMode(qpdf_o_generate); });
     packed.resize(packed.rfind("startxref"));
     Doc doc(packed);
-    EXPECT_EQ(lex::StringValue(doc.at("Tessella/Fields/0/V")), "value");
+    EXPECT_EQ(lex::StringValue(doc.At("Tessella/Fields/0/V")), "value");
 
     for (const char *rubbish : {"", "%PDF-1.4\n", "just text", "%PDF-1.4\ntrailer << /Root 9 0 R >>\n",
                                 "%PDF-1.4\n1 0 obj\n[ /Type /Catalog ]\nendobj\n", "/Type /Catalog 1 0 obj /XRef obj"})
@@ -322,14 +273,14 @@ TEST(StoreOpen, ALargeFileIsReadRightInWhateverOrder) {
     Doc doc(lex::OpenPdfFile(TempFile("large.pdf", bytes), nullptr));
     for (int step = 0; step < 58; ++step) {
         const int i = step * 23 % 58;
-        const std::string data = lex::RawData(lex::ArrayGet(doc.at("L"), i));
+        const std::string data = lex::RawData(lex::ArrayGet(doc.At("L"), i));
         EXPECT_EQ(data, std::string(static_cast<std::size_t>(i + 2) * 397, static_cast<char>('A' + (i + 2) % 26)));
     }
     EXPECT_TRUE(lex::DamageOf(doc).empty());
     const std::string broken = bytes.substr(0, bytes.rfind("startxref")) + "startxref\n99999999999999\n%%EOF\n";
     Doc repaired(lex::OpenPdfFile(TempFile("broken.pdf", broken), nullptr));
     EXPECT_TRUE(lex::FactsOf(repaired).repaired);
-    EXPECT_EQ(lex::StreamLength(repaired.at("L/57")), 59 * 397);
+    EXPECT_EQ(lex::StreamLength(repaired.At("L/57")), 59 * 397);
 }
 
 TEST(StoreOpen, DeepAndLoopedFilesAreReadWithoutHarm) {
@@ -337,13 +288,13 @@ TEST(StoreOpen, DeepAndLoopedFilesAreReadWithoutHarm) {
                              std::string(300, '[') + std::string(300, ']') + " >>";
     Doc nested{"<< /A 2 0 R /B 3 0 R >>", deep, "[ 3 0 R 3 0 R << /Kids [ 3 0 R ] /Parent 3 0 R >> ]"};
     EXPECT_FALSE(lex::SaveStoreToString(nested).empty());
-    LexObj level = nested.at("B");
+    LexObj level = nested.At("B");
     for (int i = 0; i < 10000; ++i) level = lex::ArrayGet(level, 0);
     EXPECT_EQ(lex::ArrayLength(level), 3);
 
     Doc odd{"<< /A 2 0 R /B 3 0 R /C 4 0 R >>", "3 0 R", "2 0 R", "<< 1 2 /X#00Y 1 (k) /V >>"};
-    lex::TypeOf(odd.at("A"));
-    for (const auto &[key, value] : lex::DictEntries(odd.at("C"))) EXPECT_NE(key, KRAtomNull);
+    lex::TypeOf(odd.At("A"));
+    for (const auto &[key, value] : lex::DictEntries(odd.At("C"))) EXPECT_NE(key, KRAtomNull);
     EXPECT_FALSE(lex::DamageOf(odd).empty());
 }
 
@@ -351,11 +302,11 @@ TEST(StoreFdf, IsBuiltSavedUnderItsHeaderAndReadAgain) {
     const std::string path = TempFile("made.fdf", "");
     const LexDoc made = LexDocCreate();
     const LexObj fdf = LexNewDict(made, 0, 1);
-    LexDictPut(LexDocGetRoot(made), atom("FDF"), fdf);
-    LexDictPut(fdf, atom("Kids"), lex::NewArray(made, false));
-    LexArrayInsert(LexDictGet(fdf, atom("Kids")), 0, LexNewDict(made, 0, 0));
-    LexDictPut(LexDocGetRoot(made), atom("AcroForm"), LexNewString(made, 0, "own name", 8));
-    EXPECT_TRUE(lex::IsNull(lex::DictGet(lex::RootOf(made), atom("Tessella")))) << "no translation in an FDF";
+    LexDictPut(LexDocGetRoot(made), Atom("FDF"), fdf);
+    LexDictPut(fdf, Atom("Kids"), lex::NewArray(made, false));
+    LexArrayInsert(LexDictGet(fdf, Atom("Kids")), 0, LexNewDict(made, 0, 0));
+    LexDictPut(LexDocGetRoot(made), Atom("AcroForm"), LexNewString(made, 0, "own name", 8));
+    EXPECT_TRUE(lex::IsNull(lex::DictGet(lex::RootOf(made), Atom("Tessella")))) << "no translation in an FDF";
     KRPathName name = KRPathFromPlatformPath(path.c_str());
     LexDocSaveToFile(made, KRGetDefaultFileSys(), name);
     LexDocClose(made);
@@ -365,7 +316,7 @@ TEST(StoreFdf, IsBuiltSavedUnderItsHeaderAndReadAgain) {
     EXPECT_TRUE(lex::DamageOf(opened).empty());
     EXPECT_FALSE(lex::FactsOf(opened).repaired);
     std::filesystem::remove(path);
-    LexObj kids = LexDictGet(LexDictGet(LexDocGetRoot(opened), atom("FDF")), atom("Kids"));
+    LexObj kids = LexDictGet(LexDictGet(LexDocGetRoot(opened), Atom("FDF")), Atom("Kids"));
     EXPECT_EQ(LexObjGetType(LexArrayGet(kids, 0)), LexDict);
     EXPECT_FALSE(LexObjIsIndirect(LexArrayGet(kids, 0))) << "an FDF's fields stay direct";
     EXPECT_EQ(lex::SaveStoreToString(opened).substr(0, 9), "%FDF-1.2\n");
@@ -383,10 +334,10 @@ TEST(StoreFdf, OpensWhatOthersWriteAndRefusesWhatIsNoFdf) {
           std::string("%FDF-1.2\ntrailer << /Root << /FDF << /Fields [ << /T (a) >> ] >> >> >>\n"),
           "%FDF-1.2\n" + object + "trailer\n<< /Root 1 0 R >>\nstartxref\n0\n%%EOF"}) {
         Doc doc(lex::OpenFdfBytes("in.fdf", text));
-        EXPECT_EQ(lex::StringValue(doc.at("FDF/Fields/0/T")), "a") << text;
+        EXPECT_EQ(lex::StringValue(doc.At("FDF/Fields/0/T")), "a") << text;
         Doc again(lex::OpenFdfBytes("out.fdf", lex::SaveStoreToString(doc)));
         EXPECT_TRUE(lex::DamageOf(again).empty()) << lex::DamageOf(again)[0];
-        EXPECT_EQ(lex::StringValue(again.at("FDF/Fields/0/T")), "a");
+        EXPECT_EQ(lex::StringValue(again.At("FDF/Fields/0/T")), "a");
     }
     for (const std::string &text : {PdfText(s_form), std::string(), std::string(1024, ' ') + "%FDF-1.2\n" + object}) {
         try {

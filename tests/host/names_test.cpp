@@ -13,18 +13,9 @@
 #include "PIFrame.h"
 #include "doc/Document.h"
 #include "tests/support/HostFixture.h"
+#include "tests/support/Objects.h"
 
 namespace {
-
-KRAtom atom(const char *text) {
-    return KRAtomFromString(text);
-}
-
-std::string bytesOf(LexObj string) {
-    std::int32_t length = 0;
-    const char *const bytes = LexStringValue(string, &length);
-    return {bytes, static_cast<std::size_t>(length)};
-}
 
 class NameTreeTest : public testing::Test {
 protected:
@@ -35,7 +26,7 @@ protected:
         std::vector<std::string> objects = {"<< /Type /Catalog " + catalogEntries + " >>"};
         objects.insert(objects.end(), more.begin(), more.end());
         doc = jackdaw::OpenDocFromBytes(PdfText(objects), nullptr);
-        tree = DMDocGetNameTree(doc, atom("Icons"));
+        tree = DMDocGetNameTree(doc, Atom("Icons"));
     }
     void put(const std::string &key, std::int32_t value) {
         DMNameTreePut(tree, key.data(), static_cast<std::int32_t>(key.size()),
@@ -53,7 +44,7 @@ protected:
     std::vector<std::string> names() const {
         std::vector<std::string> all;
         const auto collect = [](LexObj key, LexObj, void *data) -> KRBool {
-            static_cast<std::vector<std::string> *>(data)->push_back(bytesOf(key));
+            static_cast<std::vector<std::string> *>(data)->push_back(Text(key));
             return 1;
         };
         EXPECT_TRUE(DMNameTreeEnum(tree, collect, &all));
@@ -75,7 +66,7 @@ struct Range {
 /** Checks sizes and limits of a node and of all below it. */
 Range checkNode(LexObj node, bool isRoot) {
     Range range{"", "", 1};
-    const LexObj kids = LexDictGet(node, atom("Kids"));
+    const LexObj kids = LexDictGet(node, Atom("Kids"));
     if (LexObjGetType(kids) == LexArray) {
         const std::int32_t count = LexArrayLength(kids);
         EXPECT_LE(count, 64);
@@ -86,18 +77,18 @@ Range checkNode(LexObj node, bool isRoot) {
             range.depth = std::max(range.depth, kid.depth + 1);
         }
     } else {
-        const LexObj names = LexDictGet(node, atom("Names"));
+        const LexObj names = LexDictGet(node, Atom("Names"));
         const std::int32_t length = LexArrayLength(names);
         EXPECT_LE(length, 2 * 64);
         EXPECT_GE(length, 2);
-        range.low = bytesOf(LexArrayGet(names, 0));
-        range.high = bytesOf(LexArrayGet(names, length - 2));
+        range.low = Text(LexArrayGet(names, 0));
+        range.high = Text(LexArrayGet(names, length - 2));
     }
-    const LexObj limits = LexDictGet(node, atom("Limits"));
+    const LexObj limits = LexDictGet(node, Atom("Limits"));
     EXPECT_EQ(LexObjGetType(limits), isRoot ? LexNull : LexArray);
     if (!isRoot) {
-        EXPECT_EQ(bytesOf(LexArrayGet(limits, 0)), range.low);
-        EXPECT_EQ(bytesOf(LexArrayGet(limits, 1)), range.high);
+        EXPECT_EQ(Text(LexArrayGet(limits, 0)), range.low);
+        EXPECT_EQ(Text(LexArrayGet(limits, 1)), range.high);
     }
     return range;
 }
@@ -106,7 +97,7 @@ TEST_F(NameTreeTest, ManyNamesStaySortedAndBalanced) {
     openWith("");
     EXPECT_FALSE(DMNameTreeIsValid(tree));
     EXPECT_TRUE(names().empty()) << "a tree that is absent counts as done";
-    tree = DMDocCreateNameTree(doc, atom("Icons"));
+    tree = DMDocCreateNameTree(doc, Atom("Icons"));
     std::map<std::string, std::int32_t> expected;
     std::uint32_t random = 7;
     for (int i = 0; i < 5000; ++i) {
@@ -129,8 +120,8 @@ TEST_F(NameTreeTest, ManyNamesStaySortedAndBalanced) {
     checkNode(root(), /*isRoot*/ true);
     for (std::size_t i = 0; i < sorted.size(); i += 3) remove(sorted[i]);
     remove("never there");
-    EXPECT_EQ(LexObjGetType(LexDictGet(root(), atom("Kids"))), LexNull);
-    EXPECT_EQ(LexArrayLength(LexDictGet(root(), atom("Names"))), 0);
+    EXPECT_EQ(LexObjGetType(LexDictGet(root(), Atom("Kids"))), LexNull);
+    EXPECT_EQ(LexArrayLength(LexDictGet(root(), Atom("Names"))), 0);
     put("again", 1);
     EXPECT_EQ(get("again"), 1);
 }
@@ -174,7 +165,7 @@ TEST_F(NameTreeTest, OneGreatForeignLeafIsSplitAsItGrows) {
     EXPECT_EQ(names().size(), 201u);
     EXPECT_EQ(get("1100"), 1100);
     EXPECT_EQ(get("1199"), 1199);
-    EXPECT_EQ(LexArrayLength(LexDictGet(root(), atom("Kids"))), 2);
+    EXPECT_EQ(LexArrayLength(LexDictGet(root(), Atom("Kids"))), 2);
 }
 
 TEST_F(NameTreeTest, LoopsAndDepthEnd) {
@@ -195,7 +186,7 @@ TEST_F(NameTreeTest, LoopsAndDepthEnd) {
 TEST_F(NameTreeTest, EnumerationSurvivesChangesAndPassesRaisesOn) {
     openWith("/Names << /Icons << /Names [(a) 1 (b) 9 0 R (c) 3] >> >>");
     const auto removeAll = [](LexObj key, LexObj, void *data) -> KRBool {
-        const std::string name = bytesOf(key);
+        const std::string name = Text(key);
         DMNameTreeRemove(*static_cast<DMNameTree *>(data), name.data(), static_cast<std::int32_t>(name.size()));
         return 1;
     };

@@ -1,7 +1,6 @@
 // Pages: the page list over broken trees, geometry, annotations, insertion and deletion.
 // SPDX-License-Identifier: MIT
 #include <map>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -14,12 +13,9 @@
 #include "doc/Notify.h"
 #include "doc/Pages.h"
 #include "tests/support/HostFixture.h"
+#include "tests/support/Objects.h"
 
 namespace {
-
-KRAtom atom(const std::string &text) {
-    return KRAtomFromString(text.c_str());
-}
 
 std::vector<std::string> s_heard;
 
@@ -31,54 +27,8 @@ KRProc procOf(auto *proc) {
     return reinterpret_cast<KRProc>(proc);
 }
 
-/** A document made of text, closed with the object. */
-class Doc {
-public:
-    explicit Doc(const std::vector<std::string> &objects) : doc(jackdaw::OpenDocFromBytes(PdfText(objects), nullptr)) {}
-    ~Doc() {
-        DMDocClose(doc);
-    }
-    Doc(const Doc &) = delete;
-    Doc &operator=(const Doc &) = delete;
-    operator DMDoc() const {
-        return doc;
-    }
-    LexDoc lex() const {
-        return DMDocGetLexDoc(doc);
-    }
-    LexObj catalog() const {
-        return LexDocGetRoot(lex());
-    }
-
-    DMDoc doc;
-};
-
-/** What a path such as "Annots/0/Parent/T" leads to from `obj`. */
-LexObj at(LexObj obj, const std::string &path) {
-    std::istringstream parts(path);
-    for (std::string part; std::getline(parts, part, '/');) {
-        const std::int32_t type = LexObjGetType(obj);
-        if (type == LexArray)
-            obj = LexArrayGet(obj, std::stoi(part));
-        else if (type == LexDict || type == LexStream)
-            obj = LexDictGet(obj, atom(part));
-        else
-            return LexNullObj;
-    }
-    return obj;
-}
-
-std::string text(LexObj obj) {
-    switch (LexObjGetType(obj)) {
-    case LexString:
-        return LexStringValue(obj, nullptr);
-    case LexInteger:
-        return std::to_string(LexIntegerValue(obj));
-    case LexNull:
-        return "null";
-    default:
-        return "?";
-    }
+DMDoc open(const std::vector<std::string> &objects) {
+    return jackdaw::OpenDocFromBytes(PdfText(objects), nullptr);
 }
 
 /** The marks `N` of all pages in order. */
@@ -87,7 +37,7 @@ std::string marks(DMDoc doc) {
     for (std::int32_t i = 0; i < DMDocGetNumPages(doc); ++i) {
         const jackdaw::PageRef page(DMDocAcquirePage(doc, i));
         EXPECT_EQ(DMPageGetNumber(page.get()), i);
-        all += text(at(DMPageGetLexObj(page.get()), "N")) + " ";
+        all += Text(At(DMPageGetLexObj(page.get()), "N")) + " ";
     }
     return all;
 }
@@ -107,24 +57,24 @@ protected:
 };
 
 TEST_F(PagesTest, TheTreeIsWalkedAsItIs) {
-    const Doc doc(
-        {"<< /Type /Catalog /Pages 2 0 R >>",
-         "<< /Type /Pages /Count -7 /Kids [3 0 R 4 0 R 3 0 R null 5 (x) 99 0 R 2 0 R << /N 9 >> 5 0 R 1 0 R] >>",
-         "<< /Type /Page /Parent 6 0 R /N 1 >>", "<< /Count 1000000000 /Kids [<< /Kids [6 0 R 3 0 R] >> 2 0 R] >>",
-         "<< /Type /Pages /Kids /None >>", "<< /N 2 /Parent (none) >>"});
+    const TestDoc doc(
+        open({"<< /Type /Catalog /Pages 2 0 R >>",
+              "<< /Type /Pages /Count -7 /Kids [3 0 R 4 0 R 3 0 R null 5 (x) 99 0 R 2 0 R << /N 9 >> 5 0 R 1 0 R] >>",
+              "<< /Type /Page /Parent 6 0 R /N 1 >>", "<< /Count 1000000000 /Kids [<< /Kids [6 0 R 3 0 R] >> 2 0 R] >>",
+              "<< /Type /Pages /Kids /None >>", "<< /N 2 /Parent (none) >>"}));
     EXPECT_EQ(marks(doc), "1 2 9 ");
     EXPECT_EQ(Protect([&] { DMDocAcquirePage(doc, 3); }), KRErrBadParam);
     EXPECT_EQ(Protect([&] { DMDocAcquirePage(doc, -1); }), KRErrBadParam);
-    EXPECT_EQ(Protect([&] { DMPageFromLexObj(doc.catalog()); }), KRErrBadParam);
+    EXPECT_EQ(Protect([&] { DMPageFromLexObj(doc.At("")); }), KRErrBadParam);
     for (const char *pages : {"", "/Pages 7", "/Pages 1 0 R", "/Pages []"}) {
-        EXPECT_EQ(DMDocGetNumPages(Doc({std::string("<< /Type /Catalog ") + pages + " >>"})), 0) << pages;
+        EXPECT_EQ(DMDocGetNumPages(TestDoc(open({std::string("<< /Type /Catalog ") + pages + " >>"}))), 0) << pages;
     }
 }
 
 TEST_F(PagesTest, OneHandleAPageWhileItsDocumentIsOpen) {
     DMPage page;
     {
-        const Doc doc({"<< /Pages 2 0 R >>", "<< /Kids [3 0 R] >>", "<< /N 1 >>"});
+        const TestDoc doc(open({"<< /Pages 2 0 R >>", "<< /Kids [3 0 R] >>", "<< /N 1 >>"}));
         page = DMDocAcquirePage(doc, 0);
         EXPECT_EQ(DMPageFromLexObj(DMPageGetLexObj(page)), page);
         EXPECT_EQ(DMPageAcquireAgain(page), page);
@@ -157,8 +107,8 @@ TEST_F(PagesTest, BoxesAndRotationAreInheritedAndTamed) {
         {"/Rotate 2147483647", "/MediaBox [-99999 0 99999 9]", {-32768, 0, 32767, 9}, {-32768, 0, 32767, 9}, 90},
     };
     for (const Case &c : cases) {
-        const Doc doc({"<< /Pages 2 0 R >>", std::string("<< /Kids [3 0 R] /Parent 3 0 R ") + c.node + " >>",
-                       std::string("<< /Parent 2 0 R ") + c.page + " >>"});
+        const TestDoc doc(open({"<< /Pages 2 0 R >>", std::string("<< /Kids [3 0 R] /Parent 3 0 R ") + c.node + " >>",
+                                std::string("<< /Parent 2 0 R ") + c.page + " >>"}));
         const jackdaw::PageRef page(DMDocAcquirePage(doc, 0));
         KRFixedRect box;
         DMPageGetMediaBox(page.get(), &box);
@@ -176,8 +126,8 @@ TEST_F(PagesTest, TheDefaultMatrixSetsThePageUpright) {
     };
     for (const Case &c :
          {Case{0, 10, 20, 110, 220}, {90, 110, 20, 10, 220}, {180, 110, 220, 10, 20}, {270, 10, 220, 110, 20}}) {
-        const Doc doc({"<< /Pages 2 0 R >>", "<< /Kids [3 0 R] >>",
-                       "<< /MediaBox [10 20 110 220] /Rotate " + std::to_string(c.rotate) + " >>"});
+        const TestDoc doc(open({"<< /Pages 2 0 R >>", "<< /Kids [3 0 R] >>",
+                                "<< /MediaBox [10 20 110 220] /Rotate " + std::to_string(c.rotate) + " >>"}));
         const jackdaw::PageRef page(DMDocAcquirePage(doc, 0));
         KRFixedMatrix m;
         DMPageGetDefaultMatrix(page.get(), &m);
@@ -216,22 +166,22 @@ protected:
         std::string all;
         for (std::int32_t i = 0; i < DMPageGetNumAnnots(page); ++i) {
             const DMAnnot annot = DMPageGetAnnot(page, i);
-            all += text(at(DMAnnotGetLexObj(annot), "N")) + " ";
+            all += Text(At(DMAnnotGetLexObj(annot), "N")) + " ";
             EXPECT_EQ(DMPageGetAnnotIndex(page, annot), LexObjGetType(DMAnnotGetLexObj(annot)) == LexNull ? -1 : i);
         }
         return all;
     }
     static DMAnnot make(DMPage page, std::int32_t name) {
         const KRFixedRect rect{0, 0, 0, 0};
-        const DMAnnot annot = DMPageCreateAnnot(page, atom("Text"), &rect);
+        const DMAnnot annot = DMPageCreateAnnot(page, Atom("Text"), &rect);
         const LexObj dict = DMAnnotGetLexObj(annot);
-        LexDictPut(dict, atom("N"), LexNewInteger(LexObjGetDoc(dict), 0, name));
+        LexDictPut(dict, Atom("N"), LexNewInteger(LexObjGetDoc(dict), 0, name));
         return annot;
     }
 };
 
 TEST_F(AnnotsTest, PlacesAndNotificationsOfAddingAndRemoving) {
-    const Doc doc({"<< /Pages 2 0 R >>", "<< /Kids [3 0 R 4 0 R] >>", "<< /Annots 7 >>", "<< >>"});
+    const TestDoc doc(open({"<< /Pages 2 0 R >>", "<< /Kids [3 0 R 4 0 R] >>", "<< /Annots 7 >>", "<< >>"}));
     const jackdaw::PageRef page(DMDocAcquirePage(doc, 0));
     EXPECT_EQ(DMPageGetNumAnnots(page.get()), 0);
     const DMAnnot one = make(page.get(), 1);
@@ -240,7 +190,7 @@ TEST_F(AnnotsTest, PlacesAndNotificationsOfAddingAndRemoving) {
     DMPageAddAnnot(page.get(), 0, make(page.get(), 3));
     DMPageAddAnnot(page.get(), DMAnnotLast, make(page.get(), 4));
     EXPECT_EQ(names(page.get()), "2 3 1 4 ");
-    EXPECT_TRUE(LexObjEqual(at(DMAnnotGetLexObj(one), "P"), DMPageGetLexObj(page.get())));
+    EXPECT_TRUE(LexObjEqual(At(DMAnnotGetLexObj(one), "P"), DMPageGetLexObj(page.get())));
     EXPECT_EQ(s_heard, (std::vector<std::string>{"38 -1", "39 0", "38 -1", "39 0", "38 -1", "39 1", "38 -1", "39 3"}));
     s_heard.clear();
     DMPageRemoveAnnot(page.get(), 2);
@@ -248,7 +198,7 @@ TEST_F(AnnotsTest, PlacesAndNotificationsOfAddingAndRemoving) {
     EXPECT_EQ(DMPageGetAnnotIndex(page.get(), one), -1);
     EXPECT_EQ(s_heard, (std::vector<std::string>{"37 2", "42 2"}));
     s_heard.clear();
-    const Doc other({"<< /Pages 2 0 R >>", "<< /Kids [3 0 R] >>", "<< >>"});
+    const TestDoc other(open({"<< /Pages 2 0 R >>", "<< /Kids [3 0 R] >>", "<< >>"}));
     const jackdaw::PageRef foreign(DMDocAcquirePage(other, 0));
     EXPECT_EQ(Protect([&] { DMPageAddAnnot(foreign.get(), DMAnnotLast, one); }), KRErrBadParam);
     EXPECT_EQ(Protect([&] { DMPageAddAnnot(page.get(), 3, one); }), KRErrBadParam);
@@ -258,9 +208,9 @@ TEST_F(AnnotsTest, PlacesAndNotificationsOfAddingAndRemoving) {
 }
 
 TEST_F(AnnotsTest, OddArraysAndDirectAnnotations) {
-    const Doc doc({"<< /Pages 2 0 R >>", "<< /Kids [3 0 R] >>",
-                   "<< /Annots [<< /Subtype /Link /N 1 >> null 5 4 0 R 4 0 R << /N 6 >> 99 0 R] >>",
-                   "<< /Subtype /Widget /N 2 /Rect [9 (a) 3 4] /F 4.0 >>"});
+    const TestDoc doc(open({"<< /Pages 2 0 R >>", "<< /Kids [3 0 R] >>",
+                            "<< /Annots [<< /Subtype /Link /N 1 >> null 5 4 0 R 4 0 R << /N 6 >> 99 0 R] >>",
+                            "<< /Subtype /Widget /N 2 /Rect [9 (a) 3 4] /F 4.0 >>"}));
     const jackdaw::PageRef page(DMDocAcquirePage(doc, 0));
     ASSERT_EQ(DMPageGetNumAnnots(page.get()), 7);
     const DMAnnot direct = DMPageGetAnnot(page.get(), 0);
@@ -281,7 +231,7 @@ TEST_F(AnnotsTest, OddArraysAndDirectAnnotations) {
 }
 
 TEST_F(AnnotsTest, SettersTellBeforeAndAfter) {
-    const Doc doc({"<< /Pages 2 0 R >>", "<< /Kids [3 0 R] >>", "<< >>"});
+    const TestDoc doc(open({"<< /Pages 2 0 R >>", "<< /Kids [3 0 R] >>", "<< >>"}));
     const jackdaw::PageRef page(DMDocAcquirePage(doc, 0));
     const DMAnnot annot = make(page.get(), 1);
     DMAnnotSetFlags(annot, DMAnnotHidden | DMAnnotPrint);
@@ -340,16 +290,13 @@ protected:
         std::FILE *const file = std::fopen(path.c_str(), "wb");
         jackdaw::SaveDocToStream(doc, file);
         std::fclose(file);
-        const DMDoc again = jackdaw::OpenDocFromBytes(ReadAll(path), nullptr);
-        const std::string result = marks(again);
-        DMDocClose(again);
-        return result;
+        return marks(TestDoc(jackdaw::OpenDocFromBytes(ReadAll(path), nullptr)));
     }
 };
 
 TEST_F(PageEditTest, DeletionEmptiesNodesFixesCountsAndForgetsThePage) {
-    const Doc doc(s_threePages);
-    const LexObj root = at(doc.catalog(), "Pages");
+    const TestDoc doc(open(s_threePages));
+    const LexObj root = doc.At("Pages");
     EXPECT_EQ(Protect([&] { DMDocDeletePages(doc, 0, 2); }), KRErrBadParam);
     EXPECT_EQ(Protect([&] { DMDocDeletePages(doc, 2, 1); }), KRErrBadParam);
     EXPECT_TRUE(s_heard.empty());
@@ -357,10 +304,10 @@ TEST_F(PageEditTest, DeletionEmptiesNodesFixesCountsAndForgetsThePage) {
     DMDocDeletePages(doc, 1, 2);
     EXPECT_EQ(s_heard, (std::vector<std::string>{"21 1 2 3 ", "22 1 2 1 0 "}));
     EXPECT_EQ(marks(doc), "1 ");
-    EXPECT_EQ(text(at(root, "Count")), "1");
-    EXPECT_EQ(LexArrayLength(at(root, "Kids")), 1);
-    EXPECT_EQ(text(at(root, "Kids/0/Count")), "1");
-    EXPECT_EQ(LexObjGetType(at(doc.catalog(), "Dest/0")), LexNull);
+    EXPECT_EQ(Text(At(root, "Count")), "1");
+    EXPECT_EQ(LexArrayLength(At(root, "Kids")), 1);
+    EXPECT_EQ(Text(At(root, "Kids/0/Count")), "1");
+    EXPECT_EQ(LexObjGetType(doc.At("Dest/0")), LexNull);
     EXPECT_EQ(DMPageGetNumber(held), -1);
     EXPECT_EQ(DMPageGetRotate(held), 0);
     DMPageRelease(held);
@@ -369,12 +316,13 @@ TEST_F(PageEditTest, DeletionEmptiesNodesFixesCountsAndForgetsThePage) {
 }
 
 TEST_F(PageEditTest, InsertionPutsWhatIsInheritedOnThePageAndShieldsItFromTheNewTree) {
-    const Doc source({"<< /Pages 2 0 R >>",
-                      "<< /Kids [3 0 R 4 0 R] /MediaBox [0 0 300 400] /Resources << /F 5 0 R /Same 5 0 R >> >>",
-                      "<< /Parent 2 0 R /N 7 /Contents 5 0 R /B [4 0 R] /StructParents 1 /Next 4 0 R >>",
-                      "<< /Parent 2 0 R /N 8 /Own 6 0 R >>", "<< /Length 3 >>\nstream\nq Q\nendstream",
-                      "<< /Self 6 0 R /Root 1 0 R >>"});
-    const Doc doc(s_threePages);
+    const TestDoc source(
+        open({"<< /Pages 2 0 R >>",
+              "<< /Kids [3 0 R 4 0 R] /MediaBox [0 0 300 400] /Resources << /F 5 0 R /Same 5 0 R >> >>",
+              "<< /Parent 2 0 R /N 7 /Contents 5 0 R /B [4 0 R] /StructParents 1 /Next 4 0 R >>",
+              "<< /Parent 2 0 R /N 8 /Own 6 0 R >>", "<< /Length 3 >>\nstream\nq Q\nendstream",
+              "<< /Self 6 0 R /Root 1 0 R >>"}));
+    const TestDoc doc(open(s_threePages));
     DMDocInsertPages(doc, 0, source, 0, 0);
     DMDocInsertPages(doc, -1, source, 1, 1);
     EXPECT_EQ(marks(doc), "8 1 7 2 3 ");
@@ -382,51 +330,51 @@ TEST_F(PageEditTest, InsertionPutsWhatIsInheritedOnThePageAndShieldsItFromTheNew
     EXPECT_EQ(marks(source), "7 8 ");
     EXPECT_EQ(s_heard.front(), "15 0 0 0 3 ");
     EXPECT_EQ(s_heard[1], "16 0 0 0 4 0 ");
-    EXPECT_EQ(text(at(doc.catalog(), "Pages/Count")), "5");
-    EXPECT_EQ(text(at(doc.catalog(), "Pages/Kids/0/Count")), "4");
+    EXPECT_EQ(Text(doc.At("Pages/Count")), "5");
+    EXPECT_EQ(Text(doc.At("Pages/Kids/0/Count")), "4");
     const jackdaw::PageRef page(DMDocAcquirePage(doc, 2));
     const LexObj dict = DMPageGetLexObj(page.get());
     KRFixedRect box;
     DMPageGetBBox(page.get(), &box);
     EXPECT_EQ(boxOf(box), (Box{0, 0, 300, 400}));
     EXPECT_EQ(DMPageGetRotate(page.get()), 0);
-    EXPECT_TRUE(LexObjEqual(at(dict, "Resources/F"), at(dict, "Contents"))) << "shared stays shared";
-    EXPECT_EQ(LexStreamLength(at(dict, "Contents")), 3);
+    EXPECT_TRUE(LexObjEqual(At(dict, "Resources/F"), At(dict, "Contents"))) << "shared stays shared";
+    EXPECT_EQ(LexStreamLength(At(dict, "Contents")), 3);
     for (const char *dropped : {"B", "StructParents", "Next"})
-        EXPECT_FALSE(LexDictKnown(dict, atom(dropped))) << dropped;
+        EXPECT_FALSE(LexDictKnown(dict, Atom(dropped))) << dropped;
     const jackdaw::PageRef first(DMDocAcquirePage(doc, 0));
-    const LexObj own = at(DMPageGetLexObj(first.get()), "Own");
-    EXPECT_TRUE(LexObjEqual(at(own, "Self"), own)) << "a cycle stays whole";
-    EXPECT_FALSE(LexDictKnown(own, atom("Root")));
+    const LexObj own = At(DMPageGetLexObj(first.get()), "Own");
+    EXPECT_TRUE(LexObjEqual(At(own, "Self"), own)) << "a cycle stays whole";
+    EXPECT_FALSE(LexDictKnown(own, Atom("Root")));
 }
 
 TEST_F(PageEditTest, WidgetsBringTheAncestorsOfTheirFieldsButNoOtherKids) {
-    const Doc source(
+    const TestDoc source(open(
         {"<< /Pages 2 0 R /AcroForm << /Fields [5 0 R] >> >>", "<< /Kids [3 0 R 4 0 R] >>",
          "<< /Parent 2 0 R /N 1 /Annots [7 0 R 8 0 R << /Subtype /Link /Dest [4 0 R /Fit] >>] >>",
          "<< /Parent 2 0 R /N 2 /Annots [9 0 R] >>", "<< /T (group) /V (all) /Kids [6 0 R 9 0 R] /Loop 5 0 R >>",
          "<< /T (inner) /FT /Tx /Parent 5 0 R /Kids [7 0 R 10 0 R 8 0 R] >>",
          "<< /Subtype /Widget /Parent 6 0 R /P 4 0 R /N 1 /A << /T [7 0 R 9 0 R] >> >>",
          "<< /Subtype /Widget /Parent 6 0 R /P 3 0 R /N 2 /Popup 7 0 R >>",
-         "<< /Subtype /Widget /T (elsewhere) /Parent 5 0 R /P 4 0 R >>", "<< /Subtype /Widget /Parent 6 0 R /N 3 >>"});
-    const Doc doc(s_threePages);
+         "<< /Subtype /Widget /T (elsewhere) /Parent 5 0 R /P 4 0 R >>", "<< /Subtype /Widget /Parent 6 0 R /N 3 >>"}));
+    const TestDoc doc(open(s_threePages));
     DMDocInsertPages(doc, 2, source, 0, 0);
     const jackdaw::PageRef page(DMDocAcquirePage(doc, 3));
     const LexObj dict = DMPageGetLexObj(page.get());
-    const LexObj widget = at(dict, "Annots/0");
+    const LexObj widget = At(dict, "Annots/0");
     EXPECT_EQ(DMPageGetNumAnnots(page.get()), 3);
-    EXPECT_TRUE(LexObjEqual(at(widget, "P"), dict));
-    EXPECT_EQ(text(at(widget, "Parent/T")), "inner");
-    EXPECT_EQ(text(at(widget, "Parent/Parent/V")), "all");
-    EXPECT_EQ(LexArrayLength(at(widget, "Parent/Kids")), 2);
-    EXPECT_TRUE(LexObjEqual(at(widget, "Parent/Kids/0"), widget));
-    EXPECT_TRUE(LexObjEqual(at(widget, "Parent/Kids/1"), at(dict, "Annots/1")));
-    EXPECT_EQ(LexArrayLength(at(widget, "Parent/Parent/Kids")), 1);
-    EXPECT_TRUE(LexObjEqual(at(widget, "Parent/Parent/Loop"), at(widget, "Parent/Parent")));
-    EXPECT_TRUE(LexObjEqual(at(widget, "A/T/0"), widget));
-    EXPECT_EQ(LexObjGetType(at(widget, "A/T/1")), LexNull) << "a field that stays behind";
-    EXPECT_EQ(LexObjGetType(at(dict, "Annots/2/Dest/0")), LexNull) << "a page that stays behind";
-    EXPECT_EQ(LexObjGetType(at(doc.catalog(), "Tessella")), LexNull) << "the form is the plug-in's";
+    EXPECT_TRUE(LexObjEqual(At(widget, "P"), dict));
+    EXPECT_EQ(Text(At(widget, "Parent/T")), "inner");
+    EXPECT_EQ(Text(At(widget, "Parent/Parent/V")), "all");
+    EXPECT_EQ(LexArrayLength(At(widget, "Parent/Kids")), 2);
+    EXPECT_TRUE(LexObjEqual(At(widget, "Parent/Kids/0"), widget));
+    EXPECT_TRUE(LexObjEqual(At(widget, "Parent/Kids/1"), At(dict, "Annots/1")));
+    EXPECT_EQ(LexArrayLength(At(widget, "Parent/Parent/Kids")), 1);
+    EXPECT_TRUE(LexObjEqual(At(widget, "Parent/Parent/Loop"), At(widget, "Parent/Parent")));
+    EXPECT_TRUE(LexObjEqual(At(widget, "A/T/0"), widget));
+    EXPECT_EQ(LexObjGetType(At(widget, "A/T/1")), LexNull) << "a field that stays behind";
+    EXPECT_EQ(LexObjGetType(At(dict, "Annots/2/Dest/0")), LexNull) << "a page that stays behind";
+    EXPECT_EQ(LexObjGetType(doc.At("Tessella")), LexNull) << "the form is the plug-in's";
 }
 
 TEST_F(PageEditTest, WithinOneDocumentPagesShareContentsButNotWidgets) {
@@ -435,28 +383,28 @@ TEST_F(PageEditTest, WithinOneDocumentPagesShareContentsButNotWidgets) {
     objects.push_back("<< /Length 1 >>\nstream\nq\nendstream");
     objects.push_back("<< /Subtype /Widget /T (f) /FT /Tx /AP << /N 10 0 R >> /Goto 4 0 R >>");
     objects.push_back("<< /Length 1 >>\nstream\nQ\nendstream");
-    const Doc doc(objects);
+    const TestDoc doc(open(objects));
     DMDocInsertPages(doc, 2, doc, 2, 2);
     EXPECT_EQ(marks(doc), "1 2 3 3 ");
     const jackdaw::PageRef old(DMDocAcquirePage(doc, 2));
     const jackdaw::PageRef copy(DMDocAcquirePage(doc, 3));
     const LexObj from = DMPageGetLexObj(old.get());
     const LexObj to = DMPageGetLexObj(copy.get());
-    const auto sameAt = [&](const char *path) { return LexObjEqual(at(from, path), at(to, path)) != 0; };
+    const auto sameAt = [&](const char *path) { return LexObjEqual(At(from, path), At(to, path)) != 0; };
     EXPECT_TRUE(sameAt("Contents"));
     EXPECT_TRUE(sameAt("Next"));
     EXPECT_TRUE(sameAt("Annots/0/Goto"));
     EXPECT_FALSE(sameAt("Annots/0"));
     EXPECT_FALSE(sameAt("Annots/0/AP/N"));
-    EXPECT_EQ(text(at(to, "Annots/0/T")), "f");
+    EXPECT_EQ(Text(At(to, "Annots/0/T")), "f");
 }
 
 TEST_F(PageEditTest, BadTreesAndFailuresLeaveADocumentThatStands) {
-    const Doc source(s_threePages);
-    const Doc lone({"<< /Pages 2 0 R >>", "<< /Type /Page /N 1 >>"});
+    const TestDoc source(open(s_threePages));
+    const TestDoc lone(open({"<< /Pages 2 0 R >>", "<< /Type /Page /N 1 >>"}));
     DMDocInsertPages(lone, 0, source, 0, 1);
     EXPECT_EQ(marksAfterSave(lone), "1 1 2 ");
-    const Doc none({"<< /Type /Catalog >>"});
+    const TestDoc none(open({"<< /Type /Catalog >>"}));
     DMDocInsertPages(none, -1, source, 2, 2);
     EXPECT_EQ(marksAfterSave(none), "3 ");
     s_heard.clear();
@@ -477,18 +425,18 @@ TEST_F(PageEditTest, LongChainsOfReferencesAreCopiedWithoutRecursion) {
     std::vector<std::string> objects = {"<< /Pages 2 0 R >>", "<< /Kids [3 0 R] >>", "<< /N 1 /Next 4 0 R >>"};
     for (int i = 5; i < 20000; ++i) objects.push_back("<< /Next " + std::to_string(i) + " 0 R >>");
     objects.push_back("<< /End 1 >>");
-    const Doc source(objects);
-    const Doc doc(s_threePages);
+    const TestDoc source(open(objects));
+    const TestDoc doc(open(s_threePages));
     DMDocInsertPages(doc, 2, source, 0, 0);
     const jackdaw::PageRef page(DMDocAcquirePage(doc, 3));
     LexObj link = DMPageGetLexObj(page.get());
     int links = 0;
-    while (LexObjGetType(at(link, "Next")) == LexDict) {
-        link = at(link, "Next");
+    while (LexObjGetType(At(link, "Next")) == LexDict) {
+        link = At(link, "Next");
         ++links;
     }
     EXPECT_EQ(links, 19996);
-    EXPECT_EQ(text(at(link, "End")), "1");
+    EXPECT_EQ(Text(At(link, "End")), "1");
 }
 
 } // namespace

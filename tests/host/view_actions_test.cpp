@@ -15,7 +15,7 @@ std::string performed;
 std::function<void(const std::string &name, SCDoc doc)> onPerform;
 
 std::string nameOf(DMAction action) {
-    return KRAtomGetString(LexNameValue(LexDictGet(DMActionGetLexObj(action), KRAtomFromString("Name"))));
+    return KRAtomGetString(LexNameValue(LexDictGet(DMActionGetLexObj(action), Atom("Name"))));
 }
 
 SCActionHandlerProcs logProcs() {
@@ -95,7 +95,7 @@ TEST_F(ActionTest, CopiesFollowNextAndCirclesEnd) {
     const DMAction copy = SCDocCopyAction(target.doc, start(source), source.view);
     ASSERT_TRUE(DMActionIsValid(copy));
     EXPECT_EQ(LexObjGetDoc(DMActionGetLexObj(copy)), target.lex);
-    const LexObj next = LexDictGet(DMActionGetLexObj(copy), atom("Next"));
+    const LexObj next = LexDictGet(DMActionGetLexObj(copy), Atom("Next"));
     ASSERT_EQ(LexObjGetType(next), LexArray);
     EXPECT_EQ(LexArrayLength(next), 2) << "what has no copy procedure is left out";
     const DMAction unknown = DMActionFromLexObj(source.At("Start/Next/1"));
@@ -107,11 +107,11 @@ TEST_F(ActionTest, RecordsOfProceduresAreCopiedWhole) {
     EXPECT_EQ(fresh->size, sizeof(SCActionHandlerProcs));
     EXPECT_EQ(fresh->perform, nullptr);
     KRfree(fresh);
-    SCActionHandlerProcs *copy = SCActionHandlerProcsNew(SCAppGetActionHandlerByType(atom("Log")));
+    SCActionHandlerProcs *copy = SCActionHandlerProcsNew(SCAppGetActionHandlerByType(Atom("Log")));
     EXPECT_NE(copy->perform, nullptr);
     EXPECT_NE(copy->copy, nullptr);
     KRfree(copy);
-    EXPECT_EQ(SCAppGetActionHandlerByType(atom("NoSuchAction")), nullptr);
+    EXPECT_EQ(SCAppGetActionHandlerByType(Atom("NoSuchAction")), nullptr);
 }
 
 TEST(Actions, WaysAboutADocument) {
@@ -160,7 +160,7 @@ TEST(Actions, ALinkFollowsThePageNumberIntoAnotherDocument) {
     const TestDoc shorter(pages(1));
     const auto dest = [&](const TestDoc &target) {
         const DMAction copy = SCDocCopyAction(target.doc, action, source.view);
-        return LexDictGet(DMActionGetLexObj(copy), atom("D"));
+        return LexDictGet(DMActionGetLexObj(copy), Atom("D"));
     };
     EXPECT_TRUE(LexObjEqual(LexArrayGet(dest(longer), 0), longer.At("Pages/Kids/2")));
     EXPECT_EQ(LexIntegerValue(LexArrayGet(dest(shorter), 0)), 2);
@@ -179,10 +179,10 @@ TEST(Annots, AnAnnotationIsCopiedWithWhatItNeeds) {
     const DMAnnot copy = SCDocCopyAnnot(target.doc, page, annot, source.view);
     const LexObj dict = DMAnnotGetLexObj(copy);
     EXPECT_EQ(LexObjGetDoc(dict), target.lex);
-    EXPECT_TRUE(LexObjEqual(LexDictGet(dict, atom("P")), DMPageGetLexObj(page)));
+    EXPECT_TRUE(LexObjEqual(LexDictGet(dict, Atom("P")), DMPageGetLexObj(page)));
     EXPECT_EQ(DMPageGetAnnotIndex(page, copy), -1);
-    for (const char *key : {"Parent", "Popup", "Where"}) EXPECT_FALSE(LexDictKnown(dict, atom(key))) << key;
-    const LexObj stream = LexDictGet(LexDictGet(dict, atom("AP")), atom("N"));
+    for (const char *key : {"Parent", "Popup", "Where"}) EXPECT_FALSE(LexDictKnown(dict, Atom(key))) << key;
+    const LexObj stream = LexDictGet(LexDictGet(dict, Atom("AP")), Atom("N"));
     EXPECT_EQ(LexStreamLength(stream), 5);
     DMPageAddAnnot(page, DMAnnotLast, copy);
     EXPECT_NE(target.Saved().find("0.333333333"), std::string::npos);

@@ -30,17 +30,13 @@ TEST_P(Rotated, DeviceAndPageAgree) {
     SCPageViewGetAnnotRect(view, annot, &device);
     const SCRect expected[] = {{10, 70, 50, 80}, {20, 10, 30, 50}, {150, 20, 190, 30}, {70, 150, 80, 190}};
     const SCRect &at1 = expected[rotate / 90];
-    EXPECT_EQ(device.left, at1.left * scale);
-    EXPECT_EQ(device.top, at1.top * scale);
-    EXPECT_EQ(device.right, at1.right * scale);
-    EXPECT_EQ(device.bottom, at1.bottom * scale);
+    EXPECT_TRUE(device.left == at1.left * scale && device.top == at1.top * scale);
+    EXPECT_TRUE(device.right == at1.right * scale && device.bottom == at1.bottom * scale);
 
     KRFixedRect page;
     SCPageViewDeviceRectToPage(view, &device, &page);
-    EXPECT_EQ(page.left, KRFixedFromInt(20));
-    EXPECT_EQ(page.bottom, KRFixedFromInt(40));
-    EXPECT_EQ(page.right, KRFixedFromInt(60));
-    EXPECT_EQ(page.top, KRFixedFromInt(50));
+    EXPECT_TRUE(page.left == KRFixedFromInt(20) && page.bottom == KRFixedFromInt(40));
+    EXPECT_TRUE(page.right == KRFixedFromInt(60) && page.top == KRFixedFromInt(50));
     const auto middleX = static_cast<std::int16_t>((device.left + device.right) / 2);
     const auto middleY = static_cast<std::int16_t>((device.top + device.bottom) / 2);
     KRFixedPoint point;

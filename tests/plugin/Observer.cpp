@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <sstream>
 #include <utility>
 
 namespace observer {
@@ -19,37 +18,23 @@ struct Case {
 const Case s_cases[] = {
     {"tables", &Tables},
     {"absences", &Absences},
+    {"fields", &Fields},
+    {"field-tree", &FieldTree},
+    {"looks", &Looks},
+    {"name-trees", &NameTrees},
+    {"handlers", &Handlers},
+    {"widget-records", &WidgetRecords},
     {"registration", &Registration},
     {"vetoes", &Vetoes},
     {"rewriting", &Rewriting},
     {"failures", &Failures},
     {"form-life", &FormLife},
-    {"defining", &Defining},
-    {"defining-refused", &DefiningRefused},
-    {"groups", &Groups},
-    {"renaming", &Renaming},
-    {"removing", &Removing},
-    {"copying", &Copying},
-    {"values", &Values},
-    {"other-values", &OtherValues},
-    {"no-fields", &NoFields},
-    {"choices", &Choices},
-    {"flags-and-types", &FlagsAndTypes},
-    {"looks", &Looks},
-    {"unreadable-looks", &UnreadableLooks},
-    {"widget-faces", &WidgetFaces},
-    {"layouts", &Layouts},
-    {"icons", &Icons},
-    {"handlers", &Handlers},
-    {"widget-records", &WidgetRecords},
-    {"name-trees", &NameTrees},
     {"upheavals", &Upheavals},
     {"upheavals-in-walks", &UpheavalsInWalks},
     {"saving", &Saving},
     {"second-document", &SecondDocument},
     {"odd-objects", &OddObjects},
     {"odd-handles", &OddHandles},
-    {"odd-numbers", &OddNumbers},
     {"watch", &Watch},
 };
 
@@ -88,6 +73,14 @@ KRBool Init() {
     return 1;
 }
 
+void Note(TSServer server, const TSFieldNotifyRec &told) {
+    s_heard += (s_heard.empty() ? "" : ", ") + std::to_string(server);
+    if (told.doc != doc) s_heard += " of another document";
+    if (told.field) s_heard += std::string(" ") + Forms::TSDMFieldGetName(told.field);
+    if (told.value) s_heard += "=" + Text(told.value);
+    if (told.entries) s_heard += " #" + std::to_string(told.entries);
+}
+
 } // namespace
 
 void ReportFailure(const char *file, int line, const std::string &what) {
@@ -104,66 +97,12 @@ LexObj Name(const char *text) {
     return LexNewName(lex, /*indirect*/ false, Atom(text));
 }
 
-std::string Text(LexObj obj) {
-    std::int32_t length = 0;
-    switch (LexObjGetType(obj)) {
-    case LexNull:
-        return "null";
-    case LexInteger:
-        return std::to_string(LexIntegerValue(obj));
-    case LexFixed: {
-        char text[32];
-        KRFixedToCString(LexFixedValue(obj), text, sizeof text, /*precision*/ 4);
-        return text;
-    }
-    case LexName:
-        return std::string("/") + KRAtomGetString(LexNameValue(obj));
-    case LexString: {
-        const char *const bytes = LexStringValue(obj, &length);
-        return {bytes, static_cast<std::size_t>(length)};
-    }
-    case LexArray: {
-        std::string text;
-        for (std::int32_t i = 0; i < LexArrayLength(obj); ++i) text += (i ? " " : "[") + Text(LexArrayGet(obj, i));
-        return text.empty() ? "[]" : text + "]";
-    }
-    default:
-        return "type " + std::to_string(LexObjGetType(obj));
-    }
-}
-
 std::string Text(const EStr *text) {
     return {text->bytes, text->length};
 }
 
-LexObj At(LexObj from, const std::string &path) {
-    std::istringstream parts(path);
-    for (std::string part; std::getline(parts, part, '/');) {
-        const std::int32_t type = LexObjGetType(from);
-        if (type == LexStream) from = LexStreamDict(from);
-        if (type == LexArray)
-            from = LexArrayGet(from, std::atoi(part.c_str()));
-        else if (type == LexDict || type == LexStream)
-            from = LexDictGet(from, Atom(part.c_str()));
-        else
-            return LexNullObj;
-    }
-    return from;
-}
-
 LexObj At(const std::string &path) {
     return At(LexDocGetRoot(lex), path);
-}
-
-std::string Data(LexObj stream) {
-    if (LexObjGetType(stream) != LexStream) return {};
-    const KRStm in = LexStreamOpenStm(stream, LexStreamDecoded);
-    std::string data;
-    char block[512];
-    for (std::int32_t got; (got = KRStmRead(block, 1, sizeof block, in)) > 0;)
-        data.append(block, static_cast<std::size_t>(got));
-    KRStmClose(in);
-    return data;
 }
 
 void PutText(EStr *text, std::int32_t encoding, const std::string &bytes) {
@@ -176,12 +115,24 @@ void PutText(EStr *text, std::int32_t encoding, const std::string &bytes) {
     text->capacity = static_cast<std::uint16_t>(capacity);
 }
 
+bool Has(const std::string &text, const std::string &part) {
+    return text.find(part) != std::string::npos;
+}
+
 DMField *FieldOf(const char *name) {
     return Forms::TSDMDocGetDMFieldFromName(doc, name);
 }
 
+LexObj DictOf(const char *name) {
+    return Forms::TSDMFieldGetLexObj(FieldOf(name));
+}
+
 std::string ValueOf(const char *name) {
     return Text(Forms::TSDMFieldGetValue(FieldOf(name)));
+}
+
+bool Set(const char *name, const std::string &value) {
+    return Forms::TSDMFieldSetValue(FieldOf(name), Str(value));
 }
 
 std::string FaceOf(DMField *field) {
@@ -201,29 +152,18 @@ DMAnnot NewWidget(const char *type) {
     return annot;
 }
 
+DMField *Define(const char *type, const char *name) {
+    return Forms::TSDMAnnotDefineField(NewWidget(type), name);
+}
+
 Listener::Listener(TSServer server, Reaction reaction)
-    : server(server), reaction(std::move(reaction)),
-      id(Forms::TessellaRegisterObserver(server, PICallback(gExtensionID, &Told), PICallback(gExtensionID, &Failed),
-                                         this)) {}
-
-Listener::~Listener() {
-    Forms::TessellaUnregisterObserver(server, id);
-}
-
-void Listener::Told(void *record, void *clientData) {
-    const auto *self = static_cast<Listener *>(clientData);
-    auto &told = *static_cast<TSFieldNotifyRec *>(record);
-    s_heard += (s_heard.empty() ? "" : ", ") + std::to_string(self->server);
-    if (told.doc != doc) s_heard += " of another document";
-    if (told.field) s_heard += std::string(" ") + Forms::TSDMFieldGetName(told.field);
-    if (told.value) s_heard += "=" + Text(told.value);
-    if (told.entries) s_heard += " #" + std::to_string(told.entries);
-    if (self->reaction) self->reaction(told);
-}
-
-void Listener::Failed(KRErrorCode, void *, void *clientData) {
-    s_heard += ", !" + std::to_string(static_cast<Listener *>(clientData)->server);
-}
+    : ServerListener(
+          server,
+          [server, reaction](TSFieldNotifyRec &record) {
+              Note(server, record);
+              if (reaction) reaction(record);
+          },
+          [server](TSFieldNotifyRec &) { s_heard += ", !" + std::to_string(server); }) {}
 
 std::string Heard() {
     return std::exchange(s_heard, {});

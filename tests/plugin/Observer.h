@@ -1,11 +1,12 @@
-// What the cases of the observing plug-in share: the document under test, checks, and readers and makers of objects.
+// What the cases of the observing plug-in share: the document under test, checks, and short ways to its fields.
 //
 // The plug-in knows include/ alone. The case that OBSERVER_CASE names runs once, when the first document is open in its
-// view. A check that fails prints a line, and the case goes on.
+// view. A check that fails prints a line, and the case goes on. What an operation makes of a document is tested where
+// the operation stands; here each slot is called once for what it alone does, and what lies between two plug-ins is
+// tried: notifications, raises, handlers, a form that is pulled down in use.
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <functional>
 #include <string>
 #include <type_traits>
 
@@ -18,6 +19,8 @@
 #include "PIFrame.h"
 #include "PIMain.h"
 #include "ScreenViewHFT.h"
+#include "tests/support/Listener.h"
+#include "tests/support/Objects.h"
 
 namespace observer {
 
@@ -60,26 +63,22 @@ void CheckSame(const char *file, int line, const char *text, const A &actual, co
 #define CHECK_RAISES(code, statement)                                                                                  \
     observer::CheckSame(__FILE__, __LINE__, "code of " #statement, Protect([&] { statement; }), code)
 
-inline KRAtom Atom(const char *text) {
-    return KRAtomFromString(text);
-}
 LexObj Str(const std::string &text);
 LexObj Name(const char *text);
-/** Bytes of a string, a name with its slash, an integer, "[a b]", "null", "type 6" for what has no short text. */
-std::string Text(LexObj obj);
+using ::Text;
 std::string Text(const EStr *text);
-/** What a path such as "Tessella/Fields/0/V" leads to from `from`. */
-LexObj At(LexObj from, const std::string &path);
-/** The same from the catalog. */
+using ::At;
+/** From the catalog. */
 LexObj At(const std::string &path);
-/** Decoded data of a stream; empty for what is none. */
-std::string Data(LexObj stream);
 /** Puts other text into a record's, as include/FormsTypes.h asks. */
 void PutText(EStr *text, std::int32_t encoding, const std::string &bytes);
+bool Has(const std::string &text, const std::string &part);
 
 DMField *FieldOf(const char *name);
+LexObj DictOf(const char *name);
 /** `V` of a field, as Text. */
 std::string ValueOf(const char *name);
+bool Set(const char *name, const std::string &value);
 /** Decoded normal appearance of the field's widget. */
 std::string FaceOf(DMField *field);
 DMAnnot AnnotOf(DMField *field);
@@ -96,26 +95,12 @@ struct Page {
 };
 /** A widget on the first page, with a field type unless that is null, and no field yet. */
 DMAnnot NewWidget(const char *type);
+DMField *Define(const char *type, const char *name);
 
-/**
- * Observes a server as long as it lives: notes what it hears and then does `reaction`, which may raise. Failures are
- * noted with the server's number negated by "!".
- */
-class Listener {
+/** Notes what it hears before it reacts, and with "!" which broadcasts failed. */
+class Listener : public ServerListener<Forms::TessellaRegisterObserver, Forms::TessellaUnregisterObserver> {
 public:
-    using Reaction = std::function<void(TSFieldNotifyRec &record)>;
     explicit Listener(TSServer server, Reaction reaction = {});
-    ~Listener();
-    Listener(const Listener &) = delete;
-    Listener &operator=(const Listener &) = delete;
-
-private:
-    static void Told(void *record, void *clientData);
-    static void Failed(KRErrorCode code, void *record, void *clientData);
-
-    TSServer server;
-    Reaction reaction;
-    std::int32_t id;
 };
 /** What was heard since the last call, such as "0 alpha=two, 1 alpha=two, 3 #4". */
 std::string Heard();
@@ -123,37 +108,23 @@ std::string Heard();
 // The cases.
 void Tables();
 void Absences();
+void Fields();
+void FieldTree();
+void Looks();
+void NameTrees();
+void Handlers();
+void WidgetRecords();
 void Registration();
 void Vetoes();
 void Rewriting();
 void Failures();
 void FormLife();
-void Defining();
-void DefiningRefused();
-void Groups();
-void Renaming();
-void Removing();
-void Copying();
-void Values();
-void OtherValues();
-void NoFields();
-void Choices();
-void FlagsAndTypes();
-void Looks();
-void UnreadableLooks();
-void WidgetFaces();
-void Layouts();
-void Icons();
-void Handlers();
-void WidgetRecords();
-void NameTrees();
 void Upheavals();
 void UpheavalsInWalks();
 void Saving();
 void SecondDocument();
 void OddObjects();
 void OddHandles();
-void OddNumbers();
 
 /** Leaves observers behind that judge what others do to the form. */
 void Watch();

@@ -1,4 +1,4 @@
-// Cases on single fields: values by type, choices and defaults, flags and types, enumeration.
+// Cases on fields and their tree: one call of each slot for what it alone does.
 // SPDX-License-Identifier: MIT
 #include "tests/plugin/Observer.h"
 
@@ -6,167 +6,121 @@ namespace observer {
 
 namespace {
 
-LexObj DictOf(const char *name) {
-    return Forms::TSDMFieldGetLexObj(FieldOf(name));
-}
-
 KRAtom TypeOf(const char *name) {
     return Forms::TSDMWidgetGetSubType(AnnotOf(FieldOf(name)));
 }
 
-} // namespace
-
-void Values() {
-    const Listener will(TSValueWillChange), did(TSValueDidChange), display(TSFieldWillDisplay);
-    CHECK_EQ(TypeOf("agree"), Atom("CheckBox"));
-    CHECK_EQ(Forms::WButtonGetOnKey(AnnotOf(FieldOf("agree"))), Atom("Yes"));
-    CHECK_EQ(ValueOf("agree"), "/Off");
-    CHECK(!Forms::TSDMFieldSetValue(FieldOf("agree"), Name("Nope")));
-    CHECK_EQ(Heard(), "");
-    CHECK(Forms::TSDMFieldSetValue(FieldOf("agree"), Name("Yes")));
-    // Both faces are there: the state is all that changes.
-    CHECK_EQ(Heard(), "0 agree=Yes, 1 agree=Yes");
-    CHECK_EQ(ValueOf("agree") + Text(At(DictOf("agree"), "AS")), "/Yes/Yes");
-    CHECK(Forms::TSDMFieldSetValue(FieldOf("agree"), Name("Off")));
-    CHECK_EQ(ValueOf("agree") + Text(At(DictOf("agree"), "AS")), "/Off/Off");
-    CHECK(!LexDictKnown(DictOf("agree"), Atom("V")));
-    Heard();
-
-    CHECK_EQ(TypeOf("push"), Atom("Button"));
-    CHECK(Forms::TSDMFieldSetValue(FieldOf("push"), Str("nothing")));
-    CHECK_EQ(Heard(), "");
-    CHECK_EQ(ValueOf("push"), "null");
-    CHECK_EQ(Forms::TSDMFieldSetDefaultValue(FieldOf("push"), Str("x")), 1);
-
-    // A default is a copy of what was given; resetting brings it back, or takes the value away.
-    CHECK(Forms::TSDMFieldReset(FieldOf("alpha")));
-    CHECK_EQ(ValueOf("alpha"), "start");
-    CHECK_EQ(Forms::TSDMFieldSetDefaultValue(FieldOf("alpha"), LexNullObj), 0);
-    CHECK(!LexDictKnown(DictOf("alpha"), Atom("DV")));
-    CHECK(Forms::TSDMFieldReset(FieldOf("alpha")));
-    CHECK_EQ(ValueOf("alpha"), "null");
-    CHECK_EQ(Forms::TSDMFieldSetDefaultValue(FieldOf("agree"), Name("Yes")), 0);
-    CHECK(Forms::TSDMFieldReset(FieldOf("agree")));
-    CHECK_EQ(ValueOf("agree"), "/Yes");
-    CHECK_EQ(Forms::TSDMFieldSetDefaultValue(FieldOf("agree"), Name("Off")), 0);
-    CHECK(!LexDictKnown(DictOf("agree"), Atom("DV")));
+std::string NameOf(DMField *field) {
+    return field ? Forms::TSDMFieldGetName(field) : "no field";
 }
 
-void OtherValues() {
-    const Listener display(TSFieldWillDisplay);
-    CHECK(Forms::TSDMFieldSetValue(FieldOf("alpha"), Str("told")));
-    Heard();
-    Forms::TSDMFieldValueChanged(doc, FieldOf("alpha"));
-    CHECK_EQ(Heard(), "10 alpha=told");
-    Forms::TSDMFieldValueChanged(doc, nullptr);
-    Forms::TSDMFieldValueChanged(nullptr, FieldOf("alpha"));
-    CHECK_EQ(Heard(), "");
-
-    // A password is shown in stars and listed as what no file may hold.
-    CHECK(Forms::TSDMFieldSetValue(FieldOf("secret"), Str("pass")));
-    CHECK_EQ(FaceOf(FieldOf("secret")).find("pass"), std::string::npos);
-    CHECK(LexObjEqual(At("Tessella/$Vo/0"), DictOf("secret")));
-}
-
-void NoFields() {
-    // What is no field answers so.
-    CHECK(!Forms::TSDMFieldIsValid(nullptr) && !Forms::TSDMFieldIsTerminal(nullptr));
-    CHECK(!Forms::TSDMFieldSetValue(nullptr, Str("x")) && !Forms::TSDMFieldReset(nullptr));
-    CHECK(!Forms::TSDMFieldGetName(nullptr));
-    CHECK_EQ(Text(Forms::TSDMFieldGetLexObj(nullptr)), "null");
-    CHECK_EQ(Forms::TSDMFieldGetType(nullptr), KRAtomNull);
-    CHECK(!FieldOf("nobody"));
-    CHECK(!Forms::TSDMFieldFromLexObj(At("")) && !Forms::TSDMFieldFromLexObj(LexNullObj));
-
+void CheckWalks() {
     const TSFieldEnumProc stop = [](DMField *, void *clientData) -> KRBool {
         return ++*static_cast<int *>(clientData) < 3;
     };
     const TSFieldEnumProc raise = [](DMField *, void *) -> KRBool { KRRaise(KRErrBadField); };
     int calls = 0;
+    Forms::TSDMDocLoadDMFields(doc);
     Forms::TSDMDocEnumDMFields(doc, /*terminalOnly*/ true, /*firstOfNameOnly*/ true, stop, &calls);
     CHECK_EQ(calls, 3);
     CHECK_RAISES(KRErrBadField, Forms::TSDMDocEnumDMFields(doc, true, true, raise, nullptr));
-    CHECK(FieldOf("alpha") != nullptr);
 }
 
-void Choices() {
-    const Listener display(TSFieldWillDisplay);
+void CheckChoices() {
     DMField *pick = FieldOf("pick");
     KRAtom atom = 0;
     LexObj exported = LexNullObj;
-    CHECK_EQ(TypeOf("pick"), Atom("ComboBox"));
     CHECK_EQ(Forms::TSDMFieldGetOptionIndex(pick, &atom, &exported), 1);
-    CHECK_EQ(atom, KRAtomNull);
     CHECK_EQ(Text(exported), "b");
-    // Past the end means the first; the text shown is not the value exported.
-    CHECK(Forms::TSDMFieldSetToOptionIndex(pick, 9));
-    CHECK_EQ(ValueOf("pick"), "a");
-    CHECK_EQ(Heard(), "10 pick=Apple");
-    CHECK(Forms::TSDMFieldSetToOptionIndex(pick, -1));
-    CHECK_EQ(ValueOf("pick"), "a");
-    CHECK(Forms::TSDMFieldSetValue(pick, Str("typed in")));
-    CHECK_EQ(Forms::TSDMFieldGetOptionIndex(pick, &atom, &exported), -1);
-    CHECK_EQ(Text(exported), "null");
-
-    CHECK_EQ(Forms::TSDMFieldSetDefaultValue(pick, Str("no choice")), 1);
-    CHECK(!LexDictKnown(DictOf("pick"), Atom("DV")));
-    CHECK(Forms::TSDMFieldReset(pick));
-    CHECK_EQ(ValueOf("pick"), "a");
-    CHECK_EQ(Forms::TSDMFieldSetDefaultValue(pick, Str("c")), 0);
-    CHECK(Forms::TSDMFieldReset(pick));
+    CHECK(Forms::TSDMFieldSetToOptionIndex(pick, 2));
     CHECK_EQ(ValueOf("pick"), "c");
-
-    const LexObj options = LexNewArray(lex, /*indirect*/ false, 2);
-    for (const char *choice : {"x", "x"}) LexArrayInsert(options, 9, Str(choice));
+    const LexObj options = LexNewArray(lex, /*indirect*/ false, 1);
+    LexArrayInsert(options, 0, Str("x"));
     CHECK_EQ(Forms::TSDMFieldSetOptions(pick, options), 0);
-    CHECK_EQ(Text(At(DictOf("pick"), "Opt")), "[x x]");
-    CHECK(Forms::TSDMFieldSetToOptionIndex(pick, 0));
-    CHECK_EQ(Forms::TSDMFieldGetOptionIndex(pick, &atom, &exported), 1);
-    CHECK_EQ(Forms::TSDMFieldSetOptions(pick, LexNullObj), 0);
-    CHECK(!LexDictKnown(DictOf("pick"), Atom("Opt")));
-    CHECK_EQ(Forms::TSDMFieldGetOptionIndex(pick, &atom, &exported), -1);
-    CHECK_EQ(Forms::TSDMFieldSetOptions(nullptr, options), 1);
+    CHECK_EQ(Text(At(DictOf("pick"), "Opt")), "[(x)]");
+    CHECK_EQ(Forms::TSDMFieldSetDefaultValue(pick, Str("no choice")), 1);
 }
 
-void FlagsAndTypes() {
+} // namespace
+
+void Fields() {
+    CHECK(Forms::IsDMDocTessella(doc));
     DMField *alpha = FieldOf("alpha");
-    const LexObj dict = DictOf("alpha");
+    CHECK(alpha && alpha == Forms::TSDMFieldFromLexObj(At("Tessella/Fields/0")) && !FieldOf("nobody"));
+    CHECK(Forms::TSDMFieldIsValid(alpha) && Forms::TSDMFieldIsTerminal(alpha) && Forms::TSDMFieldIsAnnot(alpha));
+    CHECK_EQ(NameOf(alpha), "alpha");
+    CHECK_EQ(Forms::TSDMFieldGetType(alpha), Atom("Tx"));
+    CHECK_EQ(TypeOf("agree"), Atom("CheckBox"));
+    CHECK_EQ(Forms::WButtonGetOnKey(AnnotOf(FieldOf("agree"))), Atom("Yes"));
+    CheckWalks();
+    CheckChoices();
+
+    const Listener will(TSValueWillChange), did(TSValueDidChange), display(TSFieldWillDisplay);
+    CHECK(!Forms::TSDMFieldSetValue(FieldOf("agree"), Name("Nope")));
+    CHECK(Forms::TSDMFieldSetValue(FieldOf("agree"), Name("Yes")));
+    // Both faces are there: the state is all that changes.
+    CHECK_EQ(Heard(), "0 agree=Yes, 1 agree=Yes");
+    CHECK(Forms::TSDMFieldReset(alpha));
+    CHECK_EQ(Heard(), "0 alpha=start, 1 alpha=start, 10 alpha=start");
+    Forms::TSDMFieldValueChanged(doc, alpha);
+    CHECK_EQ(Heard(), "10 alpha=start");
+    // A password is shown in stars and listed as what no file may hold.
+    CHECK(Set("secret", "pass"));
+    CHECK(!Has(FaceOf(FieldOf("secret")), "pass"));
+    CHECK(LexObjEqual(At("Tessella/$Vo/0"), DictOf("secret")));
+
     Forms::TSDMFieldSetFlags(alpha, TSFieldWord, TSFieldMultiLine | TSFieldReadOnly);
     CHECK_EQ(Forms::TSDMFieldGetFlags(alpha, TSFieldWord), TSFieldMultiLine | TSFieldReadOnly);
-    CHECK_EQ(Text(At(dict, "Ff")), "4097");
-    Forms::TSDMFieldSetFlags(alpha, /*which*/ 2, 7);
-    CHECK_EQ(Forms::TSDMFieldGetFlags(alpha, 2), 0);
-    // Read-only is the caller's affair.
-    CHECK(Forms::TSDMFieldSetValue(alpha, Str("two")));
-    CHECK(!FaceOf(alpha).empty());
     Forms::TSDMFieldSetFlags(alpha, TSAnnotWord, DMAnnotPrint | DMAnnotHidden);
-    CHECK(Forms::TSDMFieldSetValue(alpha, Str("unseen")));
-    CHECK(!LexDictKnown(dict, Atom("AP")));
+    CHECK(Set("alpha", "unseen") && !LexDictKnown(DictOf("alpha"), Atom("AP")));
     Forms::TSDMFieldSetFlags(alpha, TSAnnotWord, DMAnnotPrint);
-    CHECK(FaceOf(alpha).find("(unseen) Tj") != std::string::npos);
+    CHECK(Has(FaceOf(alpha), "(unseen) Tj"));
     // The host's own way of setting the flags is heard.
     DMAnnotSetFlags(AnnotOf(alpha), DMAnnotPrint | DMAnnotNoView);
     CHECK_EQ(Forms::TSDMFieldGetFlags(alpha, TSAnnotWord), DMAnnotPrint | DMAnnotNoView);
-
-    CHECK_EQ(Forms::TSDMFieldSetType(alpha, Atom("Tx")), 0);
-    CHECK_EQ(Forms::TSDMFieldGetFlags(alpha, TSFieldWord), TSFieldMultiLine | TSFieldReadOnly);
     CHECK_EQ(Forms::TSDMFieldSetType(alpha, Atom("Ch")), 0);
-    CHECK_EQ(Forms::TSDMFieldGetType(alpha), Atom("Ch"));
     CHECK_EQ(TypeOf("alpha"), Atom("ListBox"));
-    CHECK_EQ(Forms::TSDMFieldGetFlags(alpha, TSFieldWord), TSFieldReadOnly);
-    CHECK_EQ(Text(At(dict, "FT")) + Text(At(dict, "Ff")), "/Ch1");
-    Forms::TSDMFieldSetFlags(alpha, TSFieldWord, 0);
-    CHECK(!LexDictKnown(dict, Atom("Ff")));
-    CHECK_EQ(Forms::TSDMFieldSetType(nullptr, Atom("Tx")), 1);
+}
 
-    // A word that is inherited is written where it differs and nowhere else.
-    DMField *leaf = Forms::TSDMAnnotDefineField(NewWidget("Tx"), "n.leaf");
-    Forms::TSDMFieldSetFlags(FieldOf("n"), TSFieldWord, TSFieldReadOnly | TSFieldRequired);
-    CHECK_EQ(Forms::TSDMFieldGetFlags(leaf, TSFieldWord), TSFieldReadOnly | TSFieldRequired);
-    Forms::TSDMFieldSetFlags(leaf, TSFieldWord, 0);
-    CHECK_EQ(Text(At(DictOf("n.leaf"), "Ff")), "0");
-    Forms::TSDMFieldSetFlags(leaf, TSFieldWord, TSFieldReadOnly | TSFieldRequired);
-    CHECK(!LexDictKnown(DictOf("n.leaf"), Atom("Ff")));
+void FieldTree() {
+    const Listener split(TSFieldDidSplit), joined(TSFieldDidJoin);
+    DMField *leaf = Define("Tx", "a.b.c");
+    CHECK_EQ(NameOf(leaf), "a.b.c");
+    CHECK(FieldOf("a.b") && !Forms::TSDMFieldIsTerminal(FieldOf("a.b")) && !Forms::TSDMFieldIsAnnot(FieldOf("a.b")));
+    const LexObj plain = LexNewDict(lex, /*indirect*/ true, 3);
+    LexDictPut(plain, Atom("FT"), Name("Tx"));
+    CHECK(!Forms::TSDMFieldIsAnnot(Forms::TSLexDictDefineField(plain, "plain")));
+    CHECK(Set("plain", "kept"));
+
+    // The second widget makes a group; one value for all, and each shows it.
+    Define("Tx", "alpha");
+    CHECK_EQ(Heard(), "5 alpha");
+    CHECK_EQ(LexArrayLength(At(DictOf("alpha"), "Kids")), 2);
+    CHECK(Set("alpha", "both"));
+    for (const char *kid : {"Kids/0", "Kids/1"})
+        CHECK(Has(Data(At(DictOf("alpha"), std::string(kid) + "/AP/N")), "(both) Tj"));
+    CHECK(Forms::TSDMFieldIsValidCheckType(FieldOf("alpha")));
+    CHECK_RAISES(KRErrBadParam, Forms::TSDMFieldRename(FieldOf("alpha"), ""));
+    CHECK_EQ(NameOf(Forms::TSDMFieldRename(leaf, "elsewhere")), "elsewhere");
+    CHECK(!FieldOf("a.b.c"));
+    for (const auto &[name, answer] : {std::pair{"", 1}, {"pick", 2}, {"plain.x", 4}, {"a.fresh", 0}})
+        CHECK_EQ(Forms::TSDMWidgetValidateName(doc, AnnotOf(FieldOf("elsewhere")), Atom("Text"), name), answer);
+
+    DMField *copy = Forms::TSLexDictCopyField(DMAnnotGetLexObj(NewWidget(nullptr)), FieldOf("secret"), "copy",
+                                              /*fresh*/ true, /*noActions*/ false);
+    CHECK_EQ(NameOf(copy) + " " + std::to_string(Forms::TSDMFieldGetFlags(copy, TSFieldWord)), "copy 8192");
+    const Page page;
+    Forms::TSDMAnnotLockField(AnnotOf(copy), /*lock*/ true);
+    Forms::TSDMAnnotRemoveField(AnnotOf(copy), page.page, 0, /*keepValue*/ false);
+    CHECK(FieldOf("copy") != nullptr);
+    Forms::TSDMAnnotLockField(AnnotOf(copy), /*lock*/ false);
+    Heard();
+    // Two roots of one name, as other writers leave them.
+    Forms::TSDMAnnotRemoveField(AnnotOf(FieldOf("twin")), page.page, 0, /*keepValue*/ false);
+    CHECK_EQ(Heard(), "6 twin");
+    // A page that loses the widget loses the field.
+    DMPageRemoveAnnot(page.page, DMPageGetAnnotIndex(page.page, AnnotOf(FieldOf("pick"))));
+    CHECK(FieldOf("twin") && !FieldOf("pick"));
 }
 
 } // namespace observer

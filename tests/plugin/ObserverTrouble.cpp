@@ -52,7 +52,7 @@ void DestroyForm(TSFieldNotifyRec &) {
 }
 /** Another widget joins the field, which becomes a group. */
 void SplitField(TSFieldNotifyRec &record) {
-    if (record.field) Forms::TSDMAnnotDefineField(NewWidget("Tx"), Forms::TSDMFieldGetName(record.field));
+    if (record.field) Define("Tx", Forms::TSDMFieldGetName(record.field));
 }
 
 using Upheaval = void (*)(TSFieldNotifyRec &record);
@@ -76,18 +76,17 @@ void Upheavals() {
         for (const Upheaval upheaval : {&RemoveField, &RenameField, &SplitField, &DestroyForm}) {
             for (const int widgets : {1, 2}) {
                 const std::string name = "field" + std::to_string(++number);
-                for (int i = 0; i < widgets; ++i) Forms::TSDMAnnotDefineField(NewWidget("Tx"), name.c_str());
+                for (int i = 0; i < widgets; ++i) Define("Tx", name.c_str());
                 SetInUpheaval(server, upheaval, FieldOf(name.c_str()));
                 // Whatever is left is whole.
-                Forms::TSDMAnnotDefineField(NewWidget("Tx"), "after.all");
-                CHECK(Forms::TSDMFieldSetValue(FieldOf("after.all"), Str("value")));
+                Define("Tx", "after.all");
+                CHECK(Set("after.all", "value"));
             }
         }
     }
     for (const Upheaval upheaval : {&RemoveField, &DestroyForm}) {
         const Listener split(TSFieldDidSplit, upheaval), joined(TSFieldDidJoin, upheaval);
-        for (int widgets = 0; widgets < 3; ++widgets)
-            (void)Protect([] { Forms::TSDMAnnotDefineField(NewWidget("Tx"), "torn"); });
+        for (int widgets = 0; widgets < 3; ++widgets) (void)Protect([] { Define("Tx", "torn"); });
     }
 }
 
@@ -103,16 +102,16 @@ void UpheavalsInWalks() {
         return true;
     };
     for (const TSFieldEnumProc proc : {removeEach, destroyAll}) {
-        for (const char *name : {"w.a", "w.b", "w.b", "v"}) Forms::TSDMAnnotDefineField(NewWidget("Tx"), name);
+        for (const char *name : {"w.a", "w.b", "w.b", "v"}) Define("Tx", name);
         Forms::TSDMDocEnumDMFields(doc, /*terminalOnly*/ true, /*firstOfNameOnly*/ false, proc, nullptr);
         for (const char *name : {"w.a", "w.b", "v"}) CHECK(!FieldOf(name));
     }
     Forms::TSDMDocCreateForm(doc);
     // What raises while something is taken down does not leave it half down.
-    Forms::TSDMAnnotDefineField(NewWidget("Tx"), "pair");
-    Forms::TSDMAnnotDefineField(NewWidget("Tx"), "pair");
+    Define("Tx", "pair");
+    Define("Tx", "pair");
     const Listener raiser(TSFieldDidJoin, [](TSFieldNotifyRec &) { KRRaise(KRErrBadResource); });
-    const LexObj group = Forms::TSDMFieldGetLexObj(FieldOf("pair"));
+    const LexObj group = DictOf("pair");
     const DMAnnot kids[] = {DMAnnotFromLexObj(At(group, "Kids/0")), DMAnnotFromLexObj(At(group, "Kids/1"))};
     const Page page;
     Forms::TSDMAnnotRemoveField(kids[0], page.page, 0, /*keepValue*/ false);
@@ -126,8 +125,8 @@ void UpheavalsInWalks() {
 void Saving() {
     Subscribe(DMDocWillSave, reinterpret_cast<KRProc>(PICallback(gExtensionID, &NoteInSave)));
     Subscribe(DMDocDidSave, reinterpret_cast<KRProc>(PICallback(gExtensionID, &NoteAfterSave)));
-    CHECK(Forms::TSDMFieldSetValue(FieldOf("secret"), Str("pass")));
-    CHECK(Forms::TSDMFieldSetValue(FieldOf("alpha"), Str("kept")));
+    CHECK(Set("secret", "pass"));
+    CHECK(Set("alpha", "kept"));
     SaveCopy();
     CHECK_EQ(s_seenInSave, "no field, then a field");
     CHECK_EQ(ValueOf("alpha") + ValueOf("secret"), "keptnull");
@@ -136,9 +135,9 @@ void Saving() {
 }
 
 void SecondDocument() {
-    CHECK(Forms::TSDMFieldSetValue(FieldOf("alpha"), Str("first")));
+    CHECK(Set("alpha", "first"));
     SaveCopy();
-    CHECK(Forms::TSDMFieldSetValue(FieldOf("alpha"), Str("changed")));
+    CHECK(Set("alpha", "changed"));
     const GivenPath given;
     // A document in no view has a form all the same.
     const DMDoc other = DMDocOpen(KRGetDefaultFileSys(), given.path, /*password*/ nullptr);
@@ -155,7 +154,7 @@ void SecondDocument() {
     const LexObj foreign = LexNewArray(otherLex, /*indirect*/ true, 1);
     LexArrayPut(foreign, 0, LexNewString(otherLex, /*indirect*/ false, "x", 1));
     CHECK_RAISES(KRErrBadParam, Forms::TSDMFieldSetOptions(FieldOf("pick"), foreign));
-    CHECK(LexArrayLength(At(Forms::TSDMFieldGetLexObj(FieldOf("pick")), "Opt")) == 3);
+    CHECK_EQ(LexArrayLength(At(DictOf("pick"), "Opt")), 3);
 
     // A copy brings along what its source inherits, and pages become forms in another document.
     LexDictPut(DMAnnotGetLexObj(AnnotOf(source)), Atom("MK"), LexNewDict(otherLex, /*indirect*/ true, 1));
@@ -218,30 +217,6 @@ void OddHandles() {
         (void)Protect([&] { Forms::TSDMAnnotRemoveField(annot, nullptr, 0, 0); });
         CHECK(!Forms::TSDMAnnotDefineField(annot, "none"));
     }
-}
-
-void OddNumbers() {
-    const DMAnnot agree = AnnotOf(FieldOf("agree"));
-    const LexObj noIcon = LexNewDict(lex, true, 1);
-    for (const std::int32_t width : {-1, 0, 0x7FFF, 0x7FFFFFFF}) {
-        const TSBorder border{width % 7, width, 400, {width}};
-        const DMColorValue color{width, {width, -width, KRFixedOne, 0}};
-        const KRFixedRect rect{width, -width, 0, width};
-        TextAppearance look;
-        Forms::TSDMFieldGetDefaultTextAppearance(FieldOf("alpha"), &look);
-        look.size = width < 0 ? 0 : width;
-        (void)Protect([&] { Forms::TSDMWidgetSetBorder(agree, &border); });
-        (void)Protect([&] { Forms::TSDMWidgetSetAreaColors(agree, &color, &color); });
-        (void)Protect([&] { Forms::TSDMFieldUpdateAppearance(FieldOf("agree")); });
-        std::string text(500, 'w');
-        CStore *store = Forms::TSLayoutNew(&rect, static_cast<std::uint16_t>(width));
-        (void)Protect([&] { Forms::TSLayoutBorder(store, &border, &color, &color, /*down*/ true); });
-        (void)Protect([&] { Forms::TSLayoutTextEx(store, true, true, &border, &look, text.data(), width, -width); });
-        (void)Protect([&] { Forms::TSLayoutIconText(store, width, noIcon, &border, &look, text.data()); });
-        (void)Protect([&] { Forms::TSLayoutCreateStream(lex, store); });
-        Forms::TSLayoutDelete(store);
-    }
-    CHECK(Forms::IsDMDocTessella(doc));
 }
 
 } // namespace observer

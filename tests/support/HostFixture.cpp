@@ -10,6 +10,8 @@
 #include "LexHFT.h"
 #include "ScreenViewHFT.h"
 #include "app/Startup.h"
+#include "doc/Document.h"
+#include "lex/Store.h"
 #include "tests/support/Objects.h"
 
 namespace {
@@ -46,8 +48,17 @@ TestDoc::TestDoc(const char *path) {
     lex = DMDocGetLexDoc(doc);
 }
 
+TestDoc::TestDoc(DMDoc opened) : doc(opened), lex(DMDocGetLexDoc(opened)) {}
+
+TestDoc::TestDoc(LexDoc opened) : lex(opened) {}
+
 TestDoc::~TestDoc() {
-    if (view) SCDocClose(view, /*noDirtyCheck*/ true);
+    if (view)
+        SCDocClose(view, /*noDirtyCheck*/ true);
+    else if (!doc)
+        jackdaw::lex::CloseStore(lex);
+    else if (jackdaw::IsOpenDoc(doc))
+        DMDocClose(doc);
 }
 
 std::string TestDoc::Saved() const {

@@ -7,6 +7,8 @@
 #include <fstream>
 #include <sstream>
 
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 namespace {
@@ -86,6 +88,13 @@ std::string TempFile(const std::string &name, const std::string &bytes) {
     const auto path = folder / name;
     std::ofstream(path, std::ios::binary) << bytes;
     return path.string();
+}
+
+std::string FullDevice() {
+    if (geteuid() != 0) return std::filesystem::exists("/dev/full") ? "/dev/full" : "";
+    const std::string node = TempFile("none", "") + ".full";
+    const bool made = mknod(node.c_str(), S_IFCHR | 0600, makedev(1, 7)) == 0;
+    return made && std::ofstream(node) ? node : "";
 }
 
 std::string ReadAll(const std::string &path) {

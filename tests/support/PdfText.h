@@ -29,4 +29,7 @@ inline bool Has(const std::string &text, const std::string &part) {
 
 /** A file in a fresh folder that goes away with the process. */
 std::string TempFile(const std::string &name, const std::string &bytes);
+/** A device that is always full; empty where there is none. Root gets a node of its own: a faulty writer may replace
+ * it. */
+std::string FullDevice();
 std::string ReadAll(const std::string &path);

@@ -86,24 +86,6 @@ TEST_F(CStoreTest, LiteralStringsAreQuoted) {
 }
 
 TEST_F(CStoreTest, DrawingOperationsPrintTheirOperators) {
-    const struct {
-        DMColorValue color;
-        const char *fill, *stroke;
-    } colors[] = {
-        {{0, {Pt(0.5)}}, "0.5 g", "0.5 G"},
-        {{1, {Pt(0.5), Pt(0.5), Pt(0.5)}}, "0.5 g", "0.5 G"},
-        {{1, {KRFixedOne, 0, 0}}, "1 0 0 rg", "1 0 0 RG"},
-        {{2, {0, 0, 0, KRFixedOne}}, "0 0 0 1 k", "0 0 0 1 K"},
-        {{-1, {}}, "", ""},
-        {{3, {}}, "", ""},
-    };
-    for (const auto &c : colors) {
-        for (const bool fill : {true, false}) {
-            const StorePtr store = NewStore(100, 20);
-            CStoreSetColor(store.get(), &c.color, fill);
-            EXPECT_EQ(TextOf(store.get()), fill ? c.fill : c.stroke);
-        }
-    }
     const KRFixedRect clip = Box(1, 2, 99, 18);
     for (const std::uint16_t rotation : {0, 90}) {
         const StorePtr store = NewStore(100, 20, rotation);
@@ -115,26 +97,14 @@ TEST_F(CStoreTest, DrawingOperationsPrintTheirOperators) {
                   rotation == 0 ? "/Tx BMC q 1 2 98 16 re W n Q EMC" : "/Tx BMC q 2 1 16 98 re W n Q EMC");
     }
     const StorePtr store = NewStore(100, 20);
+    const DMColorValue unknown{3, {}}, gray{1, {Pt(0.5), Pt(0.5), Pt(0.5)}};
+    CStoreSetColor(store.get(), &unknown, /*fill*/ true);
+    CStoreSetColor(store.get(), &gray, /*fill*/ false);
+    EXPECT_EQ(TextOf(store.get()), "0.5 G");
+    CStoreClear(store.get());
     CStoreCircle(store.get(), Pt(50), Pt(10), Pt(10), 'f');
     EXPECT_EQ(TextOf(store.get()), "q 1 0 0 1 50 10 cm 10 0 m 10 5.5231 5.5231 10 0 10 c -5.5231 10 -10 5.5231 -10 0 c "
                                    "-10 -5.5231 -5.5231 -10 0 -10 c 5.5231 -10 10 -5.5231 10 0 c f Q");
-}
-
-TEST_F(CStoreTest, OneStoreTakesOverAnother) {
-    const TestDoc doc(FormObjects({}));
-    const StorePtr store = NewStore(100, 20), text = NewStore(100, 20), icon = NewStore(100, 20);
-    TextAppearance look = LookOf(12);
-    CStoreSimpleText(text.get(), 0, &look, "x");
-    icon->flags = CStoreUsesXObject;
-    icon->xobject = NewForm(doc, "f");
-    CStorePrintf(icon.get(), "/FRM Do");
-    CStoreAdd(store.get(), icon.get());
-    CStoreAdd(store.get(), text.get());
-    EXPECT_EQ(TextOf(store.get()), "/FRM Do " + TextOf(text.get()));
-    EXPECT_EQ(store->flags, CStoreUsesFont | CStoreUsesXObject);
-    EXPECT_TRUE(LexObjEqual(store->xobject, icon->xobject));
-    EXPECT_EQ(store->metrics.font, Helvetica_K);
-    EXPECT_EQ(TSLayoutCreateStream(doc.lex, nullptr).node, LexNullObj.node);
 }
 
 TEST_F(CStoreTest, ASavedStoreNamesWhatItUses) {

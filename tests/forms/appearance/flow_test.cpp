@@ -47,18 +47,6 @@ double FittedSize(const std::string &text, double width, double height, bool mul
            65536.0;
 }
 
-TEST_F(FlowTest, MetricsScaleWithTheSize) {
-    const CStoreMetrics helvetica = MetricsOf(Helvetica_K, 10);
-    EXPECT_NEAR(helvetica.height, Pt(11.56), 20);
-    EXPECT_NEAR(helvetica.descent, Pt(-2.07), 20);
-    EXPECT_NEAR(helvetica.widths['W'], Pt(9.44), 20);
-    const CStoreMetrics kanji = MetricsOf(KanjiMincho_K, 10);
-    EXPECT_TRUE(kanji.isKanji);
-    EXPECT_EQ(kanji.font, KanjiMincho_K);
-    EXPECT_EQ(kanji.height, helvetica.height);
-    EXPECT_EQ(MetricsOf(Atom("NoSuchFont"), 10).height, 0);
-}
-
 TEST_F(FlowTest, WidthsOfTexts) {
     const CStoreMetrics helvetica = MetricsOf(Helvetica_K, 10), gothic = MetricsOf(KanjiGothic_K, 10);
     EXPECT_EQ(CStoreStringWidth(&helvetica, nullptr), 0);

@@ -19,27 +19,14 @@
 
 namespace {
 
-TEST(Atoms, TheWholeSetIsInterned) {
-    TessellaKRAtoms();
-    int count = 0;
-#define EXPECT_ATOM(variable, text)                                                                                    \
-    EXPECT_STREQ(KRAtomGetString(variable), text);                                                                     \
-    ++count;
-    TESSELLA_ATOMS(EXPECT_ATOM)
-#undef EXPECT_ATOM
-    EXPECT_EQ(count, 264);
-    EXPECT_EQ(Align_K, A_K);
-    EXPECT_EQ(Kids_K, children_K);
-    EXPECT_STREQ(KRAtomGetString(docID_K), "NeedAppearances");
-}
-
 TEST(Atoms, EntriesAndNames) {
     TessellaKRAtoms();
+    EXPECT_EQ(Align_K, A_K);
+    EXPECT_STREQ(KRAtomGetString(docID_K), "NeedAppearances");
     for (std::uint32_t mask = TSEntryVT; mask != 0; mask >>= 1) EXPECT_EQ(Name_to_Entry(Entry_to_Name(mask)), mask);
     for (const std::uint32_t mask : {0u, 3u, 65u, 128u, ~0u}) EXPECT_EQ(Entry_to_Name(mask), KRAtomNull);
-    EXPECT_EQ(Name_to_Entry(A_K), 0u);
-    EXPECT_EQ(Name_to_Entry(Validate_K), TSEntryV);
-    EXPECT_EQ(Name_to_Entry(KRAtomNull), 0u);
+    for (const auto &[name, entry] : {std::pair{A_K, 0u}, {Validate_K, std::uint32_t{TSEntryV}}, {KRAtomNull, 0u}})
+        EXPECT_EQ(Name_to_Entry(name), entry);
 }
 
 /** What was called: observer number, negative for a failure. */
@@ -113,44 +100,31 @@ TEST(Notification, LimitsAndIds) {
     EXPECT_EQ(s_calls, std::vector<int>{2});
 }
 
-TEST(Containers, ArrayCapacities) {
-    CFArray array(4);
+TEST(Containers, ObjectsInTheirOrder) {
     int values[7];
-    for (int i = 0; i < 5; ++i) array.AppendObject(&values[i]);
-    EXPECT_EQ(array.GetCapacity(), 10);
-    array.AppendObject(&values[5]);
-    EXPECT_EQ(array.GetCapacity(), 12);
+    CFArray array(4);
+    for (int i = 0; i < 6; ++i) array.AppendObject(&values[i]);
     array.InsertObject(&values[6], -5);
-    EXPECT_EQ(array.IndexOfObject(&values[6]), 0);
     array.InsertObject(nullptr, 99);
+    EXPECT_EQ(array.IndexOfObject(&values[6]), 0);
     EXPECT_EQ(array.GetNthObject(7), nullptr);
     while (array.GetNumObjects() > 4) array.RemoveObject(0);
-    EXPECT_EQ(array.GetCapacity(), 4);
     EXPECT_EQ(array.IndexOfObject(&values[5]), 2);
     EXPECT_EQ(Protect([&] { array.GetNthObject(4); }), KRErrBadParam);
     EXPECT_EQ(Protect([&] { array.SetObject(nullptr, -1); }), KRErrBadParam);
     EXPECT_EQ(Protect([&] { array.RemoveObject(4); }), KRErrBadParam);
-    EXPECT_EQ(CFArray(0).IndexOfObject(nullptr), -1);
-}
 
-TEST(Containers, ObjectList) {
     ObjList *list = ObjListNew();
-    int a, b;
-    ObjListAddObject(list, &a);
-    ObjListAddObject(list, &b);
+    for (int i = 0; i < 2; ++i) ObjListAddObject(list, &values[i]);
     ObjListEnumerator *walk = ObjListEnumeratorCreate(list);
     std::int32_t index;
     void *object;
-    EXPECT_TRUE(ObjListEnumeratorAdvance(walk, &index, &object) && index == 0 && object == &a);
-    EXPECT_TRUE(ObjListEnumeratorAdvance(walk, nullptr, &object) && object == &b);
+    for (int i = 0; i < 2; ++i)
+        EXPECT_TRUE(ObjListEnumeratorAdvance(walk, &index, &object) && index == i && object == &values[i]);
     EXPECT_FALSE(ObjListEnumeratorAdvance(walk, &index, &object) || object);
-    EXPECT_EQ(index, 2);
     ObjListEnumeratorDestroy(walk);
-    ObjListRemoveNth(list, 5);
     ObjListRemoveNth(list, 0);
-    EXPECT_EQ(ObjListIndexOfObject(list, &b), 0);
-    ObjListRemoveNth(list, 5);
-    EXPECT_EQ(list->count, 0);
+    EXPECT_EQ(ObjListIndexOfObject(list, &values[1]), 0);
     ObjListFree(list);
 }
 
@@ -169,25 +143,15 @@ TEST(Containers, Associations) {
 TEST(Containers, BufferGrowth) {
     BufControl buffer;
     ASSERT_EQ(BufControlAlloc(&buffer, 120), 0);
-    EXPECT_EQ(BufStrCat(&buffer, ""), 0);
-    BufStrCat(&buffer, std::string(119, 'x').c_str());
-    EXPECT_EQ(buffer.size, 120);
-    BufStrCat(&buffer, "y");
-    EXPECT_EQ(buffer.size, 255);
+    EXPECT_EQ(BufStrCat(&buffer, std::string(120, 'x').c_str()), 0);
     NameStr name;
     Str_to_NameStr(200, std::string(200, 'n').c_str(), &name);
     EXPECT_EQ(BufNmCat(&buffer, &name), 0);
-    NameStrFree(&name);
-    EXPECT_EQ(buffer.size, 510);
-    EXPECT_EQ(buffer.length, 320);
-    EXPECT_EQ(std::string(buffer.data).size(), 320u);
-    EXPECT_EQ(BufStrCat(&buffer, std::string(70000, 'z').c_str()), 1);
-    EXPECT_EQ(buffer.size, 65535);
-    EXPECT_EQ(BufStrCat(&buffer, "z"), 1);
-    Str_to_NameStr(1, "n", &name);
+    EXPECT_EQ(std::string(buffer.data), std::string(120, 'x') + std::string(200, 'n'));
+    EXPECT_EQ(BufStrCat(&buffer, std::string(70000, 'z').c_str()), 1) << "beyond 65535 bytes";
     EXPECT_EQ(BufNmCat(&buffer, &name), 1);
+    NameStrFree(&name);
     BufControlFree(&buffer);
-    EXPECT_EQ(buffer.size, 0);
 }
 
 TEST(Names, ShortLongAndWrapped) {

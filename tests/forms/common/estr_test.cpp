@@ -127,17 +127,6 @@ TEST_F(EStrTest, LongTextsAreCutAtACharacterAndNeverWrap) {
     EXPECT_EQ(number->length, EStrMaxLength);
 }
 
-TEST_F(EStrTest, BufferGrowsInStepsAndShrinksWhenHalfEmpty) {
-    const EStrPtr str(EStrNewImpl("", EStrHost));
-    EXPECT_EQ(str->capacity, 32);
-    EStrSetBytes(str.get(), std::string(100, 'x').c_str(), EStrHost);
-    EXPECT_EQ(str->capacity, 128);
-    EStrSetBytes(str.get(), std::string(70, 'x').c_str(), EStrHost);
-    EXPECT_EQ(str->capacity, 128);
-    EStrSetBytes(str.get(), "x", EStrHost);
-    EXPECT_EQ(str->capacity, 32);
-}
-
 TEST_F(EStrTest, Concatenates) {
     const EStrPtr host = Make("a", EStrHost), doc = Make("\xE9", EStrPDFDoc),
                   wide = Make(s_mark + s_nihonUCS, EStrUCS2);

@@ -133,10 +133,7 @@ TEST_F(MessagesTest, FontRecordsAgreeWithTheMetricsOfTheHost) {
     EXPECT_EQ(mdGetData(KRAtomNull, &size), nullptr);
 }
 
-TEST_F(MessagesTest, WithoutAWindowThereIsNoShellAndNoCursor) {
-    EXPECT_EQ(mdInitUtils(), nullptr);
-    EXPECT_EQ(mdGetCursor(0), nullptr);
-    EXPECT_EQ(mdGetCursor(1), nullptr);
+TEST_F(MessagesTest, TextsCompareWithoutRegardToCase) {
     EXPECT_EQ(mdStricmp("Cut", "cUT"), 0);
     EXPECT_EQ(mdStricmp("a", "B"), -1);
     EXPECT_EQ(mdStricmp("ab", "A"), 1);

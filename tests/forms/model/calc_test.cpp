@@ -109,28 +109,6 @@ TEST_F(CalcOrder, AFieldWithAnotherWidgetStaysListed) {
     EXPECT_EQ(Order(doc), "b ");
 }
 
-TEST_F(CalcOrder, InsertedFieldsFollowInTheOrderOfTheirSource) {
-    TestDoc source(
-        FormObjects({"/FT /Tx /T (x)" + s_calculates, "/FT /Tx /T (y)" + s_calculates, "/FT /Tx /T (z)" + s_calculates},
-                    "/CO [6 0 R 5 0 R 4 0 R]"));
-    TestDoc target(ThreeFields("/CO [5 0 R 4 0 R]"));
-    TSCalcArray *saved = TSCalcArrayCopy(TJSGetCalcArray(target.doc));
-    // "stray" calculates, but its source does not list it.
-    for (const char *name : {"x", "stray", "y", "z"}) {
-        const LexObj widget = NewWidget(target);
-        LexDictPut(widget, FT_K, Name(target, "Tx"));
-        TSLexDictDefineField(widget, name);
-        TSCalcArrayInsertEntry(TJSGetCalcArray(target.doc), TSCalcArrayEnd, FieldOf(target, name));
-    }
-    TSFixCalcOrderAfterSpawnOrInsert(source.doc, target.doc, saved);
-    EXPECT_EQ(Stored(target), "b a z y x ");
-    EXPECT_EQ(Order(target), "b a z y x ");
-    // Nothing came in: nothing is written.
-    LexDictRemove(target.At("Tessella"), CalcOrder_K);
-    TSFixCalcOrderAfterSpawnOrInsert(source.doc, target.doc, TSCalcArrayCopy(TJSGetCalcArray(target.doc)));
-    EXPECT_EQ(Stored(target), "none");
-}
-
 TEST_F(CalcOrder, ASaveThatRenumbersDropsTheListAndAsksForAReload) {
     TestDoc doc(ThreeFields("/CO [4 0 R]"));
     ASSERT_TRUE(TJSCalcFieldsListAdd(doc.doc, FieldOf(doc, "b")));

@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "model/NameHash.h"
 
-#include <set>
-
 #include "KRErrors.h"
 #include "base/Limits.h"
 #include "doc/Document.h"
@@ -264,16 +262,6 @@ TEST_F(NameHash, AHierarchyInsideAnotherRootComesApart) {
     TSLexDictRemoveHierarchy(root);
     EXPECT_EQ(Text(leaf), "<< /FT /Tx /Rect [0 0 10 10] /Subtype /Widget /T (r.n.l) /Type /Annot >>");
     EXPECT_FALSE(LexDictKnown(root, Kids_K));
-}
-
-TEST_F(NameHash, RealFormWithDottedRoots) {
-    const std::string path = std::string(TESSELLA_FORMS_DIR) + "/timesheet.pdf";
-    if (ReadAll(path).empty()) GTEST_SKIP() << "no sample forms here";
-    TestDoc doc(path.c_str());
-    EXPECT_NE(FieldOf(doc, "d1.pay"), nullptr);
-    const std::vector<std::string> names = Names(doc, true, /*firstOfNameOnly*/ true);
-    EXPECT_EQ(names.size(), 43u);
-    EXPECT_EQ(std::set<std::string>(names.begin(), names.end()).size(), names.size());
 }
 
 // Around opening and saving.

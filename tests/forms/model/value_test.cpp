@@ -382,30 +382,4 @@ TEST_F(Value, RotationStandsInTheMakerDictionary) {
     EXPECT_EQ(LexIntegerValue(doc.At("Tessella/Fields/1/MK/R")), 90);
 }
 
-TEST_F(Value, WrongTypesEverywhereDoNoHarm) {
-    TestDoc doc(FormObjects({"/FT /Tx /T (a) /V << /X 1 >> /Ff (x) /F [1] /Opt 3 /DV [1] /MK (m) /AP 5 /AA 6 /A 7",
-                             "/FT /Ch /T (b) /Opt [[] [[[(x)]]] 5 << >>] /V [(x)] /NeedAppearances true",
-                             "/FT /Btn /T (c) /AP << /N [1] >> /AS 3 /V 4", "/FT 12 /T (d) /V true"}));
-    for (const char *name : {"a", "b", "c", "d"}) {
-        DMField *field = FieldOf(doc, name);
-        ASSERT_NE(field, nullptr) << name;
-        const DMAnnot annot = TSDMFieldGetDMAnnot(field);
-        TSDMWidgetGetSubType(annot);
-        TSDMAnnotGetRotation(annot);
-        TSDMAnnotRemoveMakerDict(annot);
-        TSDMFieldGetOptionIndex(field, nullptr, nullptr);
-        TSDMFieldReset(field);
-        TSDMFieldSetValue(field, Str(doc, "x"));
-        TSDMFieldSetDefaultValue(field, Str(doc, "x"));
-        TSDMFieldSetFlags(field, TSAnnotWord, DMAnnotHidden | DMAnnotPrint);
-        TSDMFieldSetFlags(field, TSFieldWord, 0xFFFFFFFF);
-        TSDMFieldSetType(field, Tx_K);
-        TSDMFieldUpdateAppearance(field);
-    }
-    EXPECT_FALSE(LexDictKnown(doc.At("Tessella/Fields/1"), docID_K));
-    EXPECT_FALSE(TSDMFieldSetValue(nullptr, LexNullObj));
-    EXPECT_FALSE(TSDMFieldReset(nullptr));
-    TSDMFieldUpdateAppearance(nullptr);
-}
-
 } // namespace

@@ -474,44 +474,4 @@ TEST_F(Faces, AValueThatCannotBeReadEndsAnAcquireCleanly) {
     EXPECT_EQ(Protect([&] { WRadioButton_AcquireData(AnnotOf(doc, "c")); }), KRErrBadStream);
 }
 
-TEST_F(Faces, HandlersAreNamedAndHostileWidgetsAreDrawn) {
-    const struct {
-        KRAtom type;
-        const char *name;
-        std::uint16_t tracking;
-    } handlers[] = {{Text_K, "Text", 0},     {ComboBox_K, "Combo Box", 0},       {ListBox_K, "List Box", 0},
-                    {Button_K, "Button", 1}, {RadioButton_K, "Radio Button", 1}, {CheckBox_K, "Check Box", 1},
-                    {Sig_K, "Signature", 1}};
-    for (const auto &h : handlers) {
-        SCWidgetHandler *handler = TSSCAppGetWidgetHandlerByName(h.type);
-        char name[32];
-        handler->GetName(handler, name, sizeof name);
-        EXPECT_STREQ(name, h.name);
-        EXPECT_EQ(handler->usesTracking, h.tracking);
-        EXPECT_EQ(handler->size, sizeof(SCWidgetHandler));
-    }
-    // Every type with a frame and a font beyond all measure.
-    std::vector<std::string> fields;
-    const char *const types[] = {"/Tx",  "/Tx /Ff 4096",   "/Ch", "/Ch /Ff 131072", "/Btn /Ff 65536 /H /P",
-                                 "/Btn", "/Btn /Ff 32768", "/Sig"};
-    const char *const extras[] = {"/Rect [-32768 -32768 32767 32767] /BS << /W 99999 /S /B >>",
-                                  "/Rect [0 0 0 0]",
-                                  "/OH 1e-5",
-                                  "/BS << /W -99999 /S /I >>",
-                                  "/AP << /N [] >>",
-                                  "/MK [] /AP 5"};
-    for (const char *type : types) {
-        for (const char *extra : extras) {
-            for (const char *size : {"0", "99999999", "0.00002"})
-                fields.push_back(
-                    std::string("/FT ") + type + " /T (f" + std::to_string(fields.size()) + ") /DA (/Helv " + size +
-                    " Tf 0 g) /Opt [(a) (b)] /V (text) /MK << /R 270 /BC [1 0 0] /CA (ab) /TP 5 >> " + extra);
-        }
-    }
-    const TestDoc doc(Widgets(fields));
-    for (std::size_t i = 0; i < fields.size(); ++i)
-        TSDMFieldUpdateAppearance(FieldOf(doc, ("f" + std::to_string(i)).c_str()));
-    EXPECT_FALSE(doc.Saved().empty());
-}
-
 } // namespace

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-/** What filling in may change. */
+/** What filling in may change; nothing by default. */
 struct Allowed {
     /** The value, the faces and the font of the field of this full name. */
     std::function<bool(const std::string &name)> field;
@@ -18,7 +18,8 @@ struct Allowed {
  * Where two files differ in what their catalogs and information dictionaries lead to: values, structure, and the stored
  * bytes of streams. Object numbers may differ, as long as what was one object stays one. The form's resources may grow.
  */
-std::vector<std::string> CompareObjects(const std::string &before, const std::string &after, const Allowed &allowed);
+std::vector<std::string> CompareObjects(const std::string &before, const std::string &after,
+                                        const Allowed &allowed = {});
 
 /** The form asks for appearances to be made when it is opened. */
 bool NeedsAppearances(const std::string &pdf);
