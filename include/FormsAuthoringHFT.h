@@ -9,7 +9,7 @@
 inline KRHFT gFormsAuthoringHFT = nullptr;
 inline constexpr const char *FormsAuthoringHFTName = "FormsAuthoring";
 inline constexpr std::uint32_t FormsAuthoringHFTVersion = KRVersion(1, 0);
-inline constexpr int FormsAuthoringHFTCount = 29;
+inline constexpr int FormsAuthoringHFTCount = 30;
 
 namespace Forms {
 
@@ -90,5 +90,10 @@ inline constexpr Slot<&gFormsAuthoringHFT, 27, std::int32_t(DMDoc doc, DMAnnot a
 inline constexpr Slot<&gFormsAuthoringHFT, 28, std::int32_t(TSNotifyProc proc, void *clientData)> TSFormWarningsObserve;
 /** Ends it; not from inside `proc`. An unknown id is ignored. */
 inline constexpr Slot<&gFormsAuthoringHFT, 29, void(std::int32_t id)> TSFormWarningsIgnore;
+
+// For whoever is about to change and save a document.
+
+/** A sum of TSSeal. Loads the fields. */
+inline constexpr Slot<&gFormsAuthoringHFT, 30, std::uint32_t(DMDoc doc)> TSDMDocGetSeals;
 
 } // namespace Forms

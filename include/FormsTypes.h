@@ -171,6 +171,18 @@ struct TSFormWarning {
     const char *text;
 };
 
+/** What a document holds that does not outlive a change of the file. */
+enum TSSeal : std::uint32_t {
+    /** A signature that covers bytes of the file, or the form's word that there is one. */
+    TSSealSignature = 0x1,
+    /** The catalog's `Perms` `DocMDP`: the author's signature, which allows no changes or few. */
+    TSSealCertificate = 0x2,
+    /** `UR3` or `UR`: what some viewers let their users do with this very file. */
+    TSSealUsageRights = 0x4,
+    /** `XFA`: a second description of the form and its values, which this system does not follow. */
+    TSSealXFA = 0x8
+};
+
 /** Stops the enumeration by giving false. */
 using TSFieldEnumProc = KRBool (*)(DMField *field, void *clientData);
 

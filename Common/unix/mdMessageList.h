@@ -420,5 +420,8 @@
     M(409, menuEditDelete, "&Delete") \
     M(410, warnNameless, "an entry of the form's fields that has no name is passed over") \
     M(411, warnUnplaced, "the field finds no place among the others and stays where it is") \
-    M(412, warnTwoTypes, "fields of different types have this name; each keeps its own value")
+    M(412, warnTwoTypes, "fields of different types have this name; each keeps its own value") \
+    M(413, errorNoExchange, "This build of Forms cannot import or export form data") \
+    M(414, errorNoScripts, "This build of Forms has no script engine") \
+    M(415, errorNoDialogs, "This build of Forms has no dialogs")
 // clang-format on

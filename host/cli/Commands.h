@@ -27,6 +27,7 @@ struct FillOptions {
     /** A file: objects of names and values, or records of fields. */
     std::string json;
     std::string output;
+    bool breakSignatures = false;
 };
 
 struct ResetOptions {
@@ -34,6 +35,7 @@ struct ResetOptions {
     /** Empty: all fields. */
     std::vector<std::string> names;
     std::string output;
+    bool breakSignatures = false;
 };
 
 struct RenderOptions {

@@ -8,6 +8,7 @@
 
 #include "CoreHFT.h"
 #include "DocModelHFT.h"
+#include "FormsAuthoringHFT.h"
 #include "PIFrame.h"
 #include "cli/Text.h"
 
@@ -295,7 +296,8 @@ DMField *FindField(DMDoc doc, const std::string &name) {
 
 bool BindForms() {
     if (!gFormsHFT) gFormsHFT = KRGetHFT(AtomOf(FormsHFTName), FormsHFTVersion);
-    return gFormsHFT != nullptr;
+    if (!gFormsAuthoringHFT) gFormsAuthoringHFT = KRGetHFT(AtomOf(FormsAuthoringHFTName), FormsAuthoringHFTVersion);
+    return gFormsHFT && gFormsAuthoringHFT;
 }
 
 } // namespace jackdaw::cli

@@ -10,6 +10,7 @@
 #include "cli/FillData.h"
 #include "cli/LongNames.h"
 #include "cli/Scripts.h"
+#include "cli/Seals.h"
 #include "cli/Session.h"
 #include "cli/Text.h"
 #include "cli/UnknownNames.h"
@@ -194,6 +195,7 @@ void RunFill(const FillOptions &options) {
     OpenDocument document(options.input);
     document.RequireForm();
     document.RequireFilling();
+    RequireUnsealed(document, options.breakSignatures);
     Filling filling(document.Doc());
     const std::size_t filled = SetAll(filling, assignments);
     filling.unknown.WarnOfRest();

@@ -45,6 +45,11 @@ void AddOutput(CLI::App *command, std::string &output, const char *what) {
     command->add_option("-o,--output", output, what)->required()->check(CheckPath)->type_name("PATH");
 }
 
+void AddBreaking(CLI::App *command, bool &breakSignatures) {
+    command->add_flag("--break-signatures", breakSignatures,
+                      "Change a signed or certified document all the same: its signatures do not hold afterwards");
+}
+
 void DescribeFields(CLI::App &app, FieldsOptions &options) {
     CLI::App *command = app.add_subcommand("fields", "List the fields of a form");
     AddInput(command, options.input);
@@ -71,6 +76,7 @@ void DescribeFill(CLI::App &app, FillOptions &options) {
             "or in an array, with some values changed. Where a value is as it was, the field is left alone. - is "
             "standard input")
         ->type_name("DATA");
+    AddBreaking(command, options.breakSignatures);
     AddOutput(command, options.output, "The filled document; - is standard output");
 }
 
@@ -78,6 +84,7 @@ void DescribeReset(CLI::App &app, ResetOptions &options) {
     CLI::App *command = app.add_subcommand("reset", "Set fields back to their default values");
     AddInput(command, options.input);
     command->add_option("NAME", options.names, "Fields to reset; all of them when none is named")->type_name("");
+    AddBreaking(command, options.breakSignatures);
     AddOutput(command, options.output, "The reset document; - is standard output");
 }
 

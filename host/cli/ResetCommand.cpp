@@ -6,6 +6,7 @@
 #include "PIFrame.h"
 #include "cli/Field.h"
 #include "cli/Scripts.h"
+#include "cli/Seals.h"
 #include "cli/Session.h"
 #include "cli/Text.h"
 #include "cli/UnknownNames.h"
@@ -54,6 +55,7 @@ void RunReset(const ResetOptions &options) {
     OpenDocument document(options.input);
     document.RequireForm();
     document.RequireFilling();
+    RequireUnsealed(document, options.breakSignatures);
     std::vector<std::string> names = options.names;
     for (std::string &name : names) name = ArgumentText(name);
     if (names.empty()) names = FieldNames(document.Doc());

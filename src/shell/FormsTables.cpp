@@ -4,6 +4,7 @@
 
 #include <type_traits>
 
+#include "Common/unix/mdMessages.h"
 #include "CoreHFT.h"
 #include "FormsAuthoringHFT.h"
 #include "FormsHFT.h"
@@ -16,6 +17,7 @@
 #include "life/TessellaClean.h"
 #include "model/DMField.h"
 #include "model/DMFieldValue.h"
+#include "model/DocSeals.h"
 #include "model/LexField.h"
 #include "model/OnKey.h"
 #include "model/WidgetReg.h"
@@ -77,9 +79,9 @@ KRErrorCode s_noScripts;
 KRErrorCode s_noDialogs;
 
 void RegisterAbsences() {
-    s_noExchange = KRRegisterErrorString(KRSeverityError, "This build of Forms cannot import or export form data");
-    s_noScripts = KRRegisterErrorString(KRSeverityError, "This build of Forms has no script engine");
-    s_noDialogs = KRRegisterErrorString(KRSeverityError, "This build of Forms has no dialogs");
+    s_noExchange = KRRegisterErrorString(KRSeverityError, mdGetStringPtr(Msg::errorNoExchange));
+    s_noScripts = KRRegisterErrorString(KRSeverityError, mdGetStringPtr(Msg::errorNoScripts));
+    s_noDialogs = KRRegisterErrorString(KRSeverityError, mdGetStringPtr(Msg::errorNoDialogs));
 }
 
 void FillFields(KRHFT t) {
@@ -179,6 +181,7 @@ KRHFT CreateAuthoringHFT(KRHFTServer server) {
     Fill<&TSDMWidgetValidateName>(t, Forms::TSDMWidgetValidateName);
     Fill<&TSFormWarningsObserve>(t, Forms::TSFormWarningsObserve);
     Fill<&TSFormWarningsIgnore>(t, Forms::TSFormWarningsIgnore);
+    Fill<&TSDMDocGetSeals>(t, Forms::TSDMDocGetSeals);
     return t;
 }
 
