@@ -65,7 +65,7 @@ inline constexpr Slot<&gScreenViewHFT, 8, void(const char *text)> SCAlertNote;
 inline constexpr Slot<&gScreenViewHFT, 9, void(std::int16_t *major, std::int16_t *minor)> SCAppGetVersion;
 /** Three letters, such as "ENU"; the host's memory. */
 inline constexpr Slot<&gScreenViewHFT, 10, const char *()> SCAppGetLanguage;
-/** True when the user asked to stop. */
+/** True when the user asked to stop since it was last called: asking takes the request away. */
 using SCCancelProc = KRBool (*)(void *clientData);
 inline constexpr Slot<&gScreenViewHFT, 11, SCCancelProc(void **clientData)> SCAppGetCancelProc;
 /** The front document; null when none is open. */

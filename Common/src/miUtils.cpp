@@ -185,12 +185,22 @@ std::size_t miStrftime(char *target, std::size_t size, const char *format, const
     return length;
 }
 
-std::size_t miHostCharLength(const char *text, std::size_t size) {
+namespace {
+
+/** 0 for a character that is not valid or not whole. */
+std::size_t ValidCharLength(const char *text, std::size_t size) {
     if (size == 0) return 0;
     if (static_cast<unsigned char>(*text) < 0x80 || MB_CUR_MAX < 2) return 1;
     std::mbstate_t state{};
     const std::size_t length = std::mbrlen(text, size, &state);
-    return length == 0 || length > size ? 1 : length;
+    return length > size ? 0 : length;
+}
+
+} // namespace
+
+std::size_t miHostCharLength(const char *text, std::size_t size) {
+    const std::size_t length = ValidCharLength(text, size);
+    return length == 0 && size > 0 ? 1 : length;
 }
 
 std::size_t miHostCharCount(const char *text, std::size_t size) {
@@ -203,9 +213,8 @@ std::size_t miHostCutLength(const char *text, std::size_t size, std::size_t limi
     if (size <= limit) return size;
     if (MB_CUR_MAX < 2) return limit;
     std::size_t end = 0;
-    for (;;) {
-        const std::size_t next = end + miHostCharLength(text + end, size - end);
-        if (next > limit) return end;
-        end = next;
+    for (std::size_t length; (length = ValidCharLength(text + end, size - end)) != 0; end += length) {
+        if (end + length > limit) break;
     }
+    return end;
 }

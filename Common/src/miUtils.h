@@ -119,5 +119,8 @@ std::size_t miStrftime(char *target, std::size_t size, const char *format, const
  */
 std::size_t miHostCharLength(const char *text, std::size_t size);
 std::size_t miHostCharCount(const char *text, std::size_t size);
-/** The most bytes, not above `limit`, of a text of `size` bytes that end with a whole character. */
+/**
+ * `size` if it is not above `limit`; else the most bytes, not above `limit`, that end with a whole character. One that
+ * is not valid ends what is kept: nobody knows where the next begins.
+ */
 std::size_t miHostCutLength(const char *text, std::size_t size, std::size_t limit);

@@ -65,12 +65,8 @@ void RequestCancel() {
     s_cancelRequested = true;
 }
 
-void ClearCancel() {
-    s_cancelRequested = false;
-}
-
-bool CancelRequested() {
-    return s_cancelRequested;
+bool TakeCancelRequest() {
+    return s_cancelRequested.exchange(false);
 }
 
 bool BeginFullScreen(const DMColorValue *background) {

@@ -20,8 +20,8 @@ void SetPreference(std::int32_t number, KRWord value);
 
 /** Asks what is under way to stop; may be called from a signal handler. */
 void RequestCancel();
-void ClearCancel();
-bool CancelRequested();
+/** The user asked to stop; asking takes the request away. */
+bool TakeCancelRequest();
 
 bool BeginFullScreen(const DMColorValue *background);
 void EndFullScreen();

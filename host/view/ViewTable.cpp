@@ -66,7 +66,7 @@ const char *getLanguage() {
 }
 
 KRBool cancelProc(void *) {
-    return CancelRequested() ? 1 : 0;
+    return TakeCancelRequest() ? 1 : 0;
 }
 
 SCCancelProc getCancelProc(void **clientData) {

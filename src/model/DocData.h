@@ -45,8 +45,8 @@ struct TJSDocSeams {
     void (*forgetSubscriptions)(SCDoc view, TJSDocData *data);
     /** The record goes: unroot and drop `docObj`. */
     void (*dropEngineObjects)(TJSDocData *data);
-    /** A compiled script of the text, or null. */
-    void *(*compileScript)(DMDoc doc, EStr *text);
+    /** Compiles a text and keeps the result for the field's calculations; an empty one ends them. False: no script. */
+    bool (*compileCalculation)(DMDoc doc, DMField *field, EStr *text);
     /** The field has a compiled calculation script. */
     bool (*hasCalculateScript)(DMField *field);
     /** For form actions: a form came up in a view, after its scripts ran; a view closes, before its scripts go. */

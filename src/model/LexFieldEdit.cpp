@@ -125,11 +125,13 @@ void CopyEntries(const FieldCopy &copy) {
 
 void FinishLook(const FieldCopy &copy, DMField *field) {
     if (copy.fresh) PutMakerCopy(copy);
-    TSDMFieldUpdateAppearance(field);
+    // A widget with an appearance and no `MK` counts as another program's, and would be left as it is.
     RemoveHeldKey(copy.target, Appearance_K);
-    // The new appearance has the on-state; without one the note must stay.
-    const DMAnnot annot = DMAnnotFromLexObj(copy.target);
-    if (WButtonGetOnKeyEx(annot) != KRAtomNull) WButtonCleanUpKeys(annot);
+    TSDMFieldUpdateAppearance(field);
+    // A field that delays its appearances has nowhere else to keep the on-state.
+    if (!LexDictKnown(copy.target, TempOn_K) || WButtonHasUsableFaces(DMAnnotFromLexObj(copy.target))) return;
+    TSDMFieldAppearanceWasUpdated(field);
+    TSDMFieldProduceDisplayFromValue(field, TSDMFieldGetValue(field));
 }
 
 void StripAnnotKeys(LexObj dict) {
@@ -204,6 +206,8 @@ DMField *TSLexDictCopyField(LexObj target, DMField *source, const char *name, bo
     DMField *field = nullptr;
     KRErrorCode code = Protect([&] { field = CopyAndDefine(copy, fullName, isAnnot); });
     const KRErrorCode told = code == KRErrNone && !TSDMFieldIsValid(field) ? KRErrDefineFailed : code;
+    // The on-state was noted for the appearance; it does not go into a file.
+    if (isAnnot) WButtonCleanUpKeys(annot);
     if (isAnnot) DMAnnotNotifyDidChange(annot, Fields_K, told);
     RaiseIf(code);
     return field;

@@ -46,11 +46,14 @@ void TSSCWidgetHandlerFocus(SCWidgetHandler *handler, DMAnnot annot, SCPageView 
         handler->Focus(handler, annot, view);
         return;
     }
-    // The selection server owns the pair from here on.
+    const SCDoc doc = SCPageViewGetDoc(view);
+    // What is selected may insist, by raising or staying; the pair is made when the way is free.
+    if (!SCDocClearSelection(doc, /*highlight*/ true)) return;
     auto *selection = static_cast<DMAnnot *>(KRmalloc(sizeof(DMAnnot)));
     if (!selection) KRRaise(KRErrNoMemory);
     *selection = annot;
-    SCDocSetSelection(SCPageViewGetDoc(view), Annotation_K, selection, /*highlight*/ true);
+    // A selection that was made belongs to its server; one that was refused is still ours.
+    if (!SCDocSetSelection(doc, Annotation_K, selection, /*highlight*/ true)) KRfree(selection);
 }
 
 bool TSSCWidgetHandlerIsFocus(SCWidgetHandler *handler, DMAnnot annot, SCPageView view) {

@@ -177,11 +177,12 @@ LexObj TSDMWidgetWriteAppearance(DMAnnot annot, CStore *store);
 /** `state` KRAtomNull for a face without states; the null object removes. */
 void TSDMWidgetSetNormalFace(DMAnnot annot, KRAtom state, LexObj face);
 /**
- * The look to draw the widget's text with: the field's own, at the size it shows, in a font that the form can have. A
- * font outside the base fonts is replaced by the base font that is nearest by its name. The resource name is the one
- * under which the form's resources hold the font.
+ * The look to draw the field's text with: its own, in a font that the form can have. The size is the one that it was
+ * given, as a stretched widget's appearance is made for its original rectangle and stretched by the viewer. A font
+ * outside the base fonts is replaced by the base font that is nearest by its name. The resource name is the one under
+ * which the form's resources hold the font.
  */
-void TSDMWidgetGetDrawingLook(DMAnnot annot, DMField *field, TextAppearance *look);
+void TSDMWidgetGetDrawingLook(DMField *field, TextAppearance *look);
 /** The same choice for a base font alone: makes `look` drawable in `doc`. */
 void TSLookUseDrawableFont(LexDoc doc, TextAppearance *look);
 /** A text as a font can show it: UCS-2 for Japanese fonts, else PDFDocEncoding with bullets for what it lacks. */

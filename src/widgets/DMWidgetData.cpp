@@ -87,11 +87,15 @@ void WriteTitle(DMAnnot annot, const TSWidgetData *data) {
     miStrncpy(name, data->title, sizeof name);
     DMXlateToPDFDoc(name, sizeof name);
     DMField *field = TSDMAnnotGetField(annot);
-    if (!TSDMFieldIsValid(field))
-        field = TSDMAnnotDefineField(annot, name);
-    else if (std::strcmp(TSDMFieldGetName(field), name) != 0 && !HasTitle(annot, data->title))
-        field = TSDMFieldRename(field, name);
-    if (!TSDMFieldIsValid(field)) KRRaise(KRErrDefineFailed);
+    const KRErrorCode code = Protect([&] {
+        if (!TSDMFieldIsValid(field))
+            field = TSDMAnnotDefineField(annot, name);
+        else if (std::strcmp(TSDMFieldGetName(field), name) != 0 && !HasTitle(annot, data->title))
+            field = TSDMFieldRename(field, name);
+    });
+    // A name that the form has no place for is refused in one way, whoever finds it out.
+    if (code == KRErrBadParam || (code == KRErrNone && !TSDMFieldIsValid(field))) KRRaise(KRErrDefineFailed);
+    RaiseIf(code);
 }
 
 void WriteColors(DMAnnot annot, const TSWidgetData *data) {

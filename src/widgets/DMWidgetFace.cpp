@@ -71,9 +71,8 @@ void TSLookUseDrawableFont(LexDoc doc, TextAppearance *look) {
     look->fontResource = IsName(name) ? LexNameValue(name) : MapBaseFontToNameFont(look->baseFont);
 }
 
-void TSDMWidgetGetDrawingLook(DMAnnot annot, DMField *field, TextAppearance *look) {
+void TSDMWidgetGetDrawingLook(DMField *field, TextAppearance *look) {
     TSDMFieldGetDefaultTextAppearance(field, look);
-    look->size = TSDMWidgetGetTextSize(annot, look->size);
     TSLookUseDrawableFont(TSDMFieldGetLexDoc(field), look);
 }
 

@@ -20,14 +20,10 @@ EStrPtr ScriptUnder(DMField *field, KRAtom key) {
     return text;
 }
 
-// A calculation that is not listed never runs.
-void ListCalculation(DMDoc doc, DMField *field, EStr *script) {
-    if (EStrIsNull(script)) {
-        TJSCalcFieldsListDelete(doc, field, /*force*/ true);
-        return;
-    }
-    if (gDocSeams.compileScript) gDocSeams.compileScript(doc, script);
-    TJSCalcFieldsListAdd(doc, field);
+// A script that does not compile cannot run; without an engine, one that comes later decides.
+bool MayCalculate(DMDoc doc, DMField *field, EStr *script) {
+    const bool compiled = !gDocSeams.compileCalculation || gDocSeams.compileCalculation(doc, field, script);
+    return compiled && !EStrIsNull(script);
 }
 
 DMField *TerminalOf(DMField *field) {
@@ -39,8 +35,14 @@ void WriteDatum(DMDoc doc, DMField *field, KRAtom key, EStr *script) {
     const EStrPtr present = ScriptUnder(field, key);
     if (EStrCmp(present.get(), script) == 0) return;
     DMAction action = EStrIsNull(script) ? DMActionFromLexObj(LexNullObj) : TSDMActionNewJavaScript(doc, script);
+    DMField *calculated = key == Calculate_K ? TerminalOf(field) : nullptr;
+    const bool calculates = calculated && MayCalculate(doc, calculated, script);
     TSDMFieldSetAction(field, key, action);
-    if (key == Calculate_K) ListCalculation(doc, TerminalOf(field), script);
+    // A calculation that is not listed never runs; the list takes only fields that have an action.
+    if (calculates)
+        TJSCalcFieldsListAdd(doc, calculated);
+    else if (calculated)
+        TJSCalcFieldsListDelete(doc, calculated, /*force*/ true);
 }
 
 } // namespace

@@ -3,6 +3,8 @@
 #include "widgets/miWFace.h"
 
 #include "Common/src/miLexType.h"
+#include "PIFrame.h"
+#include "appearance/FieldLook.h"
 #include "base/FormStr.h"
 #include "base/miKanjiFont.h"
 #include "model/DMField.h"
@@ -19,6 +21,20 @@ void DrawFrame(WFace &face, bool down, bool circular) {
     // A width of 0 means no border; a line of that width would still be drawn, as thin as the device can.
     const DMColorValue *edge = face.borderWidth > 0 ? &data->borderColor : nullptr;
     draw(face.border.get(), nullptr, data->border.style, face.borderWidth, edge, &data->backColor, down);
+}
+
+// The data has the size as it shows, which for a stretched widget is not the one to draw with: its appearance is made
+// for the original rectangle and stretched by the viewer.
+KRFixed GivenSize(const WFace &face) {
+    KRFixed size = face.data->textSize;
+    DMField *field = TSDMAnnotGetField(face.annot);
+    (void)Protect([&] {
+        TextAppearance look;
+        if (!TSDMFieldIsValid(field)) return;
+        TSDMFieldGetDefaultTextAppearance(field, &look);
+        size = look.size;
+    });
+    return size;
 }
 
 } // namespace
@@ -56,7 +72,7 @@ LexObj WFaceSaveFrame(WFace &face, bool down, bool circular) {
 TextAppearance WFaceLook(const WFace &face) {
     TextAppearance look = TextAppearanceDefault();
     look.fillColor = face.data->textColor;
-    look.size = face.data->textSize;
+    look.size = GivenSize(face);
     look.baseFont = face.data->font;
     TSLookUseDrawableFont(face.doc, &look);
     return look;

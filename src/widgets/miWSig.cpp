@@ -119,6 +119,7 @@ void WSignatureWriteAppearance(SCWidgetHandler *handler, DMAnnot annot, KRAtom, 
 void ShowProperties(DMAnnot annot) {
     if (!gScreenViewUserInterfaceHFT) return;
     SCDoc view = TSLexDocGetSCDoc(LexObjGetDoc(DMAnnotGetLexObj(annot)));
+    if (!view) return;
     SCUIShowWidgetProperties(view, mdGetStringPtr(Msg::websearchUnknownWidget), Widget_K, "Signature");
 }
 

@@ -44,7 +44,7 @@ WValueFace WValueFaceNew(DMAnnot annot, DMField *field) {
     face.field = field;
     TSDMWidgetGetBorder(annot, &face.border);
     face.margin = CStoreBorderMargin(&face.border);
-    TSDMWidgetGetDrawingLook(annot, field, &face.look);
+    TSDMWidgetGetDrawingLook(field, &face.look);
     KRFixedRect rect;
     TSDMWidgetGetRect(annot, &rect);
     const std::int32_t rotation = TSDMWidgetGetRotation(annot);

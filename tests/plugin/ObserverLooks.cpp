@@ -251,7 +251,7 @@ void WidgetRecords() {
     handler->WriteData(handler, annot, data);
     CHECK(!FieldOf("alpha") && LexObjEqual(DictOf("branch.alpha"), DMAnnotGetLexObj(annot)));
     std::strcpy(data->title, "pick.alpha");
-    CHECK_RAISES(KRErrBadParam, handler->WriteData(handler, annot, data));
+    CHECK_RAISES(KRErrDefineFailed, handler->WriteData(handler, annot, data));
     handler->ReleaseData(handler, data);
     handler->ReleaseData(handler, nullptr);
 }

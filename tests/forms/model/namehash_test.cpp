@@ -116,6 +116,13 @@ TEST_F(NameHash, OneOfTwoWidgetsGoes) {
     EXPECT_EQ(joined, 1);
     EXPECT_EQ(FieldOf(doc, "w"), second);
     EXPECT_FALSE(second->state & DMFieldSharesName);
+    // In a group the name is shared with the group itself, as long as one widget is left.
+    TestDoc group(TreeObjects("4 0 R", {"<< /T (g) /FT /Tx /Kids [5 0 R 6 0 R] >>", WidgetObject("/Parent 4 0 R"),
+                                        WidgetObject("/Parent 4 0 R")}));
+    ASSERT_NE(FieldOf(group, "g"), nullptr);
+    TSDMFieldUndefine(TSDMFieldFromLexObj(group.At("Tessella/Fields/0/Kids/0")));
+    EXPECT_EQ(joined, 1);
+    EXPECT_TRUE(FieldOf(group, "g")->state & DMFieldSharesName);
 }
 
 KRBool UndefineAll(DMField *field, void *count) {

@@ -4,6 +4,7 @@
 #include "Common/src/miUtils.h"
 #include "KRErrors.h"
 #include "model/DocData.h"
+#include "model/LexField.h"
 #include "model/OnKey.h"
 #include "model/WidgetType.h"
 #include "objects/AnnotUtl.h"
@@ -58,6 +59,8 @@ TEST_F(Faces, ATextFieldDrawsItsFrameAndItsValue) {
     // What the font lacks shows as a bullet.
     EXPECT_TRUE(Has(ShownText("", std::string("\xFE\xFF\x04\x14\0o", 6)), "(\\200o) Tj"));
     EXPECT_TRUE(Has(ShownText("/DA (/Helv 0 Tf 0 g)"), "/Helv 13.8"));
+    // Made for the height of 10 that it had; the viewer stretches it to 20.
+    EXPECT_TRUE(Has(ShownText("/OH 10"), "/Helv 10 Tf"));
 }
 
 TEST_F(Faces, ATurnedWidgetIsDrawnUprightInCrossedSides) {
@@ -313,6 +316,18 @@ TEST_F(Faces, RadioButtonsWithACircleAreRound) {
     EXPECT_FALSE(LexDictKnown(At(FaceOf(AnnotOf(doc, "a"), FaceNormal_K, "A"), "Resources"), Font_K));
     EXPECT_TRUE(Has(FaceText(AnnotOf(doc, "a"), FaceDown_K, "A"), "0 g q 1 0 0 1 10 10 cm 4.5 0 m"));
     EXPECT_TRUE(Has(FaceText(AnnotOf(doc, "b"), FaceNormal_K, "A"), "0.5 0.5 19 19 re s"));
+}
+
+/** A copy whose look is made anew, of a check box without `MK`, also where appearances are delayed. */
+TEST_F(Faces, AFreshCopyOfACheckBoxIsDrawnAndKeepsNoNote) {
+    for (const char *flags : {"", "/Ff 8 "}) {
+        const TestDoc doc(
+            Widgets({std::string("/FT /Btn /T (a) /AP << /N << /Ja 5 0 R /Off 5 0 R >> >> ") + flags}, {"f"}));
+        const LexObj target = NewWidget(doc);
+        ASSERT_TRUE(TSLexDictCopyField(target, FieldOf(doc, "a"), "copy", /*fresh*/ true, /*noActions*/ false));
+        EXPECT_PRED2(Has, FaceText(DMAnnotFromLexObj(target), FaceNormal_K, "Ja"), "(4) Tj") << flags;
+        EXPECT_FALSE(LexDictKnown(target, TempOn_K)) << flags;
+    }
 }
 
 TEST_F(Faces, TogglingFollowsTheFlags) {

@@ -339,6 +339,39 @@ TEST_F(WidgetData, ScriptsTellTheirFormat) {
     EXPECT_EQ(TSDMWidgetAcquireScriptData(DMAnnotFromLexObj(NewWidget(doc))), nullptr);
 }
 
+TEST_F(WidgetData, ANameWithoutAPlaceIsRefused) {
+    const TestDoc doc(FormObjects({"/FT /Tx /T (a)", "/FT /Tx /T (b.c)", "/FT /Ch /T (d)"}));
+    for (const char *name : {"a.x", "b"}) {
+        const DataPtr data(TSDMWidgetAcquireData(DMAnnotFromLexObj(doc.At("Pages/Kids/0/Annots/1"))));
+        KRfree(data->title);
+        data->title = miCopyStrImpl(name);
+        EXPECT_EQ(Protect([&] { TSDMWidgetWriteData(DMAnnotFromLexObj(doc.At("Pages/Kids/0/Annots/1")), data.get()); }),
+                  KRErrDefineFailed)
+            << name;
+    }
+}
+
+/** What the engine was asked: the text, and whether the field had the action already. */
+std::string s_compiled;
+
+TEST_F(WidgetData, ACalculationThatDoesNotCompileIsNotListed) {
+    const TestDoc doc(FormObjects({"/FT /Tx /T (a)"}));
+    const DMAnnot annot = AnnotOf(doc, "a");
+    gDocSeams.compileCalculation = [](DMDoc, DMField *field, EStr *text) {
+        s_compiled += std::string(EStrGetBytes(text)) + (TSDMFieldHasAction(field, Calculate_K) ? " late " : " ");
+        return std::string(EStrGetBytes(text)) != "(";
+    };
+    for (const auto &[script, listed] : {std::pair{"(", 0}, {"1", 1}}) {
+        auto data = TSDMWidgetAcquireScriptData(annot);
+        EStrSetBytes(data->calculate.get(), script, EStrHost);
+        TSDMWidgetWriteScriptData(annot, data.get());
+        EXPECT_EQ(TSCalcArrayGetNumEntries(TJSGetCalcArray(doc.doc)), listed) << script;
+        EXPECT_TRUE(TSDMFieldHasAction(FieldOf(doc, "a"), Calculate_K));
+    }
+    gDocSeams.compileCalculation = nullptr;
+    EXPECT_EQ(s_compiled, "( 1 late ");
+}
+
 TEST_F(WidgetData, NamesAreValidated) {
     const TestDoc doc(FormObjects({"/FT /Tx /T (a)", "/FT /Tx /T (b.c)", "/FT /Ch /T (d)"}));
     const DMAnnot a = AnnotOf(doc, "a");
