@@ -48,6 +48,8 @@ TEST_P(Sealed, IsChangedOnlyByThoseWhoKnow) {
     ExpectExit({"fill", pdf, "--set", "name=x", "--break-signatures"}, GetParam().exitBreaking);
     ExpectExit({"reset", pdf, "name"}, GetParam().exit);
     EXPECT_EQ(Jackdaw({"fields", pdf}).exit, 0) << "looking breaks nothing";
+    const int strict = Jackdaw({"fill", pdf, "--set", "name=x", "--strict", "-o", "-"}).exit;
+    EXPECT_EQ(strict, GetParam().exit == 0 ? 0 : 2);
 }
 
 const Seal s_seals[] = {
