@@ -122,9 +122,15 @@ void CStoreLoad(CStore *store, LexObj stream);
 LexObj CStoreSave(LexDoc doc, const CStore *store);
 /**
  * A new stream with the variable part of `stream` replaced by the store's, all around it kept byte for byte, and the
- * filter kept. `dr` is the form's default resources. Null on failure. Not re-entrant.
+ * filter kept. Resources and fonts are copies with the look's font added: the old stream stays as it was. `dr` is the
+ * form's default resources. Null on failure. Not re-entrant.
  */
 LexObj CStoreReplace(LexObj stream, CStore *store, const TextAppearance *look, LexObj dr);
+/**
+ * Gives the look another resource name when `stream` has a font of that name that is not the look's: what is drawn
+ * beside the replaced part needs it. To be called before the look is drawn.
+ */
+void CStoreNameSplicedFont(LexObj stream, TextAppearance *look);
 
 // Text (miCStoreText.cpp).
 

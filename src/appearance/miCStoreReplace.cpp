@@ -8,9 +8,11 @@
 #include "appearance/miCStoreParts.h"
 
 #include <cstring>
+#include <string>
 
 #include "Common/src/miLexType.h"
 #include "Common/src/miStream.h"
+#include "CoreHFT.h"
 #include "KernelSupportHFT.h"
 #include "LexHFT.h"
 #include "PIFrame.h"
@@ -173,36 +175,23 @@ void PutBox(LexDoc doc, LexObj dict, const CStore *store) {
     TSLexPutMatrix(doc, dict, Matrix_K, &matrix);
 }
 
-// The form may hold the font under another key than the name that its dictionary gives it.
-LexObj FontOf(LexDoc doc, const TextAppearance *look, LexObj dr) {
-    LexObj font = TSLexDictGetOfType(TSLexDictGetOfType(dr, Font_K, LexDict), look->fontResource, LexDict);
-    return IsDict(font) ? font : TSLexDocGetFontDict(doc, look->baseFont);
+// A direct dictionary with the entries of another: what they refer to is shared, not copied into every field.
+LexObj CopyOfEntries(LexDoc doc, LexObj dict) {
+    LexObj copy = LexNewDict(doc, /*indirect*/ false, 4);
+    if (IsDict(dict)) TSLexDictPartialCopy(dict, copy, /*sameDocument*/ true);
+    return copy;
 }
 
-void AddFontOf(LexDoc doc, LexObj resources, const TextAppearance *look, LexObj dr) {
-    LexObj fonts = TSLexDictGetOfType(resources, Font_K, LexDict);
-    if (IsDict(fonts) && LexDictKnown(fonts, look->fontResource)) return;
-    LexObj font = FontOf(doc, look, dr);
-    if (!IsDict(font)) return;
-    LexDictPut(TSLexDictEnsure(resources, Font_K), look->fontResource, TSLexObjCopy(doc, font, /*shallow*/ true));
-}
-
-// A dictionary of the stream's own, with the form's entries: font programs are shared, not copied into every field.
-LexObj CopyOfFormResources(LexDoc doc, LexObj dr) {
-    LexObj resources = LexNewDict(doc, /*indirect*/ false, 4);
-    if (IsDict(dr)) TSLexDictPartialCopy(dr, resources, /*sameDocument*/ true);
-    return resources;
-}
-
-// The resources move to the new stream rather than being shared by two.
+// The new stream's resources and fonts are its own: the old stream, and what it shares them with, stay as they were.
 void PutResources(LexDoc doc, LexObj dict, LexObj oldDict, const TextAppearance *look, LexObj dr) {
-    LexObj resources = LexDictGet(oldDict, Resources_K);
-    if (IsDict(resources)) {
-        LexDictRemove(oldDict, Resources_K);
-    } else {
-        resources = CopyOfFormResources(doc, dr);
+    const LexObj old = LexDictGet(oldDict, Resources_K);
+    const LexObj resources = CopyOfEntries(doc, IsDict(old) ? old : dr);
+    const LexObj font = TSLexDocGetTextFont(doc, look->baseFont);
+    if (IsDict(font)) {
+        const LexObj fonts = CopyOfEntries(doc, LexDictGet(resources, Font_K));
+        LexDictPut(fonts, look->fontResource, font);
+        LexDictPut(resources, Font_K, fonts);
     }
-    AddFontOf(doc, resources, look, dr);
     LexDictPut(dict, Resources_K, resources);
 }
 
@@ -229,6 +218,19 @@ LexObj Replace(LexObj stream, CStore *store, const TextAppearance *look, LexObj 
 }
 
 } // namespace
+
+void CStoreNameSplicedFont(LexObj stream, TextAppearance *look) {
+    const LexDoc doc = LexObjGetDoc(stream);
+    const LexObj font = TSLexDocGetTextFont(doc, look->baseFont);
+    const LexObj resources = TSLexDictGetOfType(LexStreamDict(stream), Resources_K, LexDict);
+    const LexObj fonts = TSLexDictGetOfType(resources, Font_K, LexDict);
+    if (!IsDict(fonts)) return;
+    const std::string name = KRAtomGetString(look->fontResource);
+    for (int number = 1; LexDictKnown(fonts, look->fontResource); ++number) {
+        if (LexObjEqual(LexDictGet(fonts, look->fontResource), font)) return;
+        look->fontResource = KRAtomFromString((name + "_" + std::to_string(number)).c_str());
+    }
+}
 
 LexObj CStoreReplace(LexObj stream, CStore *store, const TextAppearance *look, LexObj dr) {
     if (store->length == 0) {

@@ -41,7 +41,7 @@ LexObj NewStreamOfText(LexDoc doc, const CStore *store) {
 
 // False when the document cannot have the font: an appearance that names a font it lacks shows nothing.
 bool PutFont(LexDoc doc, const CStore *store, LexObj resources, LexObj procSet) {
-    LexObj fontDict = TSLexDocGetFontDict(doc, store->metrics.font);
+    LexObj fontDict = TSLexDocGetTextFont(doc, store->metrics.font);
     if (!IsDict(fontDict)) return false;
     LexObj given = LexDictGet(fontDict, Name_K);
     const KRAtom name = IsName(given) ? LexNameValue(given) : MapBaseFontToNameFont(FontDictGetBaseFontName(fontDict));

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cctype>
 #include <iterator>
+#include <string>
 
 #include "Common/src/miLexType.h"
 #include "Common/src/miUtils.h"
@@ -119,10 +120,15 @@ LexObj NewPDFDocEncoding(LexDoc doc) {
     return code ? LexNullObj : encoding;
 }
 
-LexObj NewFontDict(LexDoc doc, KRAtom baseFont) {
+/** Symbol and ZapfDingbats, whose codes stand for signs. */
+bool HasOwnEncoding(KRAtom baseFont) {
+    return baseFont == Symbol_K || baseFont == ZapfDingbats_K;
+}
+
+LexObj NewFontDict(LexDoc doc, KRAtom baseFont, KRAtom name) {
     const LexObj font = LexNewDict(doc, /*indirect*/ true, /*sizeHint*/ 6);
     PutName(doc, font, Type_K, Font_K);
-    PutName(doc, font, Name_K, MapBaseFontToNameFont(baseFont));
+    PutName(doc, font, Name_K, name);
     PutName(doc, font, BaseFont_K, baseFont);
     if (IsKanji(baseFont)) {
         PutName(doc, font, Subtype_K, Type0_K);
@@ -131,11 +137,31 @@ LexObj NewFontDict(LexDoc doc, KRAtom baseFont) {
         return font;
     }
     PutName(doc, font, Subtype_K, Type1_K);
-    // The other two have a built-in encoding of signs.
-    if (baseFont != Symbol_K && baseFont != ZapfDingbats_K) {
+    if (!HasOwnEncoding(baseFont)) {
         LexDictPut(font, Encoding_K, TSLexDocGetPDFDocEncoding(doc));
     }
     return font;
+}
+
+bool IsFontNamed(LexObj font, KRAtom baseFont, LexObj) {
+    return FontDictGetBaseFontName(font) == baseFont;
+}
+
+/**
+ * The dictionary shows text as it is written here: whole, not the glyphs that some document needed of it, and Latin
+ * text in PDFDocEncoding. A font of the same name in another encoding would show other letters.
+ */
+bool ShowsTextOf(LexObj font, KRAtom baseFont, LexObj encodings) {
+    if (FontDictGetBaseFontName(font) != baseFont || LexDictKnown(font, FontDescriptor_K)) return false;
+    const LexObj encoding = LexDictGet(font, Encoding_K);
+    if (IsKanji(baseFont)) return IsName(encoding) && LexNameValue(encoding) == KanjiEncoding_K;
+    if (HasOwnEncoding(baseFont)) return IsNull(encoding);
+    return IsDict(encoding) && LexObjEqual(encoding, TSLexDictGetOfType(encodings, PDFDocEncoding_K, LexDict));
+}
+
+KRAtom NumberedName(KRAtom name, int number) {
+    if (number == 0) return name;
+    return KRAtomFromString((KRAtomGetString(name) + std::to_string(number)).c_str());
 }
 
 LexObj EnsureForm(LexDoc doc) {
@@ -145,6 +171,28 @@ LexObj EnsureForm(LexDoc doc) {
 const FontName *FindBaseFont(KRAtom baseFont) {
     const FontName *const row = std::ranges::find(fontNameMap, baseFont, &FontName::baseFont);
     return row == std::end(fontNameMap) ? nullptr : row;
+}
+
+/**
+ * The first of the form's fonts under the usual name, or that with a number, that `serves`; else a new one under the
+ * first of these names that is free.
+ */
+LexObj FindOrMakeFont(LexDoc doc, KRAtom baseFont, bool (*serves)(LexObj font, KRAtom baseFont, LexObj encodings)) {
+    const LexObj form = EnsureForm(doc);
+    if (baseFont == KRAtomNull) return LexNullObj;
+    const LexObj resources = TSLexDictGetOfType(form, defRes_K, LexDict);
+    const LexObj known = TSLexDictGetOfType(resources, Font_K, LexDict);
+    const LexObj encodings = TSLexDictGetOfType(resources, Encoding_K, LexDict);
+    KRAtom name = KRAtomNull;
+    for (int number = 0; name == KRAtomNull || (IsDict(known) && LexDictKnown(known, name)); ++number) {
+        name = NumberedName(MapBaseFontToNameFont(baseFont), number);
+        const LexObj present = TSLexDictGetOfType(known, name, LexDict);
+        if (serves(present, baseFont, encodings)) return present;
+    }
+    if (!CanGenerateFont(baseFont)) return LexNullObj;
+    const LexObj font = NewFontDict(doc, baseFont, name);
+    LexDictPut(TSLexDictEnsure(TSLexDictEnsure(form, defRes_K), Font_K), name, font);
+    return font;
 }
 
 } // namespace
@@ -195,16 +243,11 @@ LexObj TSDMDocGetFontDict(DMDoc doc, KRAtom baseFont) {
 }
 
 LexObj TSLexDocGetFontDict(LexDoc doc, KRAtom baseFont) {
-    const LexObj form = EnsureForm(doc);
-    if (baseFont == KRAtomNull) return LexNullObj;
-    const KRAtom name = MapBaseFontToNameFont(baseFont);
-    const LexObj known = TSLexDictGetOfType(TSLexDictGetOfType(form, defRes_K, LexDict), Font_K, LexDict);
-    const LexObj present = TSLexDictGetOfType(known, name, LexDict);
-    if (FontDictGetBaseFontName(present) == baseFont) return present;
-    if (!CanGenerateFont(baseFont)) return LexNullObj;
-    const LexObj font = NewFontDict(doc, baseFont);
-    LexDictPut(TSLexDictEnsure(TSLexDictEnsure(form, defRes_K), Font_K), name, font);
-    return font;
+    return FindOrMakeFont(doc, baseFont, &IsFontNamed);
+}
+
+LexObj TSLexDocGetTextFont(LexDoc doc, KRAtom baseFont) {
+    return FindOrMakeFont(doc, baseFont, &ShowsTextOf);
 }
 
 LexObj TSLexDocGetPDFDocEncoding(LexDoc doc) {

@@ -22,10 +22,16 @@ KRAtom DescendantFontOf(KRAtom baseFont);
 
 /**
  * The font's dictionary in the form's `DR`, made (indirect, with form and `DR` where they are missing) when it is not
- * there. An entry of its resource name that is another font is replaced. The null object for a font outside the table.
+ * there: under its usual name, or that with a number where the name is another font's. Nothing that stands in `DR`
+ * changes. The null object for a font outside the table.
  */
 LexObj TSDMDocGetFontDict(DMDoc doc, KRAtom baseFont);
 LexObj TSLexDocGetFontDict(LexDoc doc, KRAtom baseFont);
+/**
+ * The same for text of ours to be drawn with: a whole font whose Latin text is in PDFDocEncoding. One of another
+ * encoding, or of which only some glyphs are embedded, would show other letters, and stays for those who named it.
+ */
+LexObj TSLexDocGetTextFont(LexDoc doc, KRAtom baseFont);
 
 /** The encoding dictionary that all Latin fonts of a form share, made when it is not there; null on failure. */
 LexObj TSLexDocGetPDFDocEncoding(LexDoc doc);

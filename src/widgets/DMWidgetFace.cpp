@@ -65,7 +65,7 @@ void TSDMWidgetSetNormalFace(DMAnnot annot, KRAtom state, LexObj face) {
 
 void TSLookUseDrawableFont(LexDoc doc, TextAppearance *look) {
     if (!CanGenerateFont(look->baseFont)) look->baseFont = NearestBaseFont(look->baseFont);
-    LexObj dict = TSLexDocGetFontDict(doc, look->baseFont);
+    LexObj dict = TSLexDocGetTextFont(doc, look->baseFont);
     if (!IsDict(dict)) return;
     LexObj name = LexDictGet(dict, Name_K);
     look->fontResource = IsName(name) ? LexNameValue(name) : MapBaseFontToNameFont(look->baseFont);

@@ -50,6 +50,7 @@ WValueFace WValueFaceNew(DMAnnot annot, DMField *field) {
     const std::int32_t rotation = TSDMWidgetGetRotation(annot);
     face.store.reset(CStoreNew(&rect, static_cast<std::uint16_t>(rotation)));
     face.present = TSDMWidgetWriteAppearance(annot, face.store.get());
+    if (IsStream(face.present)) CStoreNameSplicedFont(face.present, &face.look);
     return face;
 }
 

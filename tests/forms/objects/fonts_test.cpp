@@ -45,11 +45,13 @@ TEST_F(Fonts, AFontIsMadeOnceAndLatinFontsShareTheirEncoding) {
     EXPECT_EQ(LexObjGetType(TSDMDocGetFontDict(doc.doc, KRAtomNull)), LexNull);
 }
 
-TEST_F(Fonts, ANameBelongsToItsFont) {
+TEST_F(Fonts, NothingThatStandsInTheResourcesChanges) {
     const TestDoc doc(FormObjects({}, "/DR << /Font << /Helv << /BaseFont /Other >> /Papyrus << /BaseFont /Papyrus >> "
                                       "/Cour 7 >> >>"));
     EXPECT_EQ(FontDictGetBaseFontName(TSDMDocGetFontDict(doc.doc, Helvetica_K)), Helvetica_K);
-    EXPECT_EQ(LexNameValue(LexDictGet(doc.At("Tessella/DR/Font/Helv"), BaseFont_K)), Helvetica_K);
+    EXPECT_EQ(Text(doc.At("Tessella/DR/Font/Helv/BaseFont")), "/Other");
+    EXPECT_EQ(Text(doc.At("Tessella/DR/Font/Helv1/Name")), "/Helv1");
+    EXPECT_EQ(Text(doc.At("Tessella/DR/Font/Cour")), "7");
     EXPECT_EQ(LexObjGetType(TSDMDocGetFontDict(doc.doc, Courier_K)), LexDict);
     EXPECT_TRUE(LexObjEqual(TSDMDocGetFontDict(doc.doc, Atom("Papyrus")), doc.At("Tessella/DR/Font/Papyrus")));
 }

@@ -22,6 +22,7 @@ namespace {
 
 using Faces = BuiltInWidgets;
 
+// The form's own font has the standard encoding: text is drawn with a font of ours beside it.
 const std::string s_formExtra = "/DA (/Helv 10 Tf 0 g) /DR << /Font << /Helv << /Type /Font /Subtype /Type1 "
                                 "/BaseFont /Helvetica >> >> >>";
 
@@ -44,13 +45,13 @@ std::string ShownText(const std::string &entries, const std::string &value = "ab
 
 TEST_F(Faces, ATextFieldDrawsItsFrameAndItsValue) {
     // 200 by 20, Helvetica 10: 11.56 high, the baseline 2.07 above its lower edge.
-    const std::string line = "BT /Helv 10 Tf 0 g 2 6.29 Td (abc) Tj ET";
+    const std::string line = "BT /Helv1 10 Tf 0 g 2 6.29 Td (abc) Tj ET";
     EXPECT_EQ(ShownText("/MK << >>"), "/Tx BMC q 1 1 198 18 re W n " + line + " Q EMC");
     EXPECT_EQ(ShownText("/MK << /BC [1 0 0] /BG [.5] >>"),
               "0.5 g 0 0 200 20 re f 1 0 0 RG 1 w 0.5 0.5 199 19 re s /Tx BMC q 1 1 198 18 re W n " + line + " Q EMC");
     EXPECT_EQ(ShownText("/MK << >> /Border [0 0 0]"),
-              "/Tx BMC q 0 0 200 20 re W n BT /Helv 10 Tf 0 g 0 6.29 Td (abc) Tj ET Q EMC");
-    EXPECT_TRUE(Has(ShownText("/MK << >> /BS << /W 2 /S /I >>"), "/Tx BMC q 4 4 192 12 re W n BT /Helv 10 Tf 0 g 8 "));
+              "/Tx BMC q 0 0 200 20 re W n BT /Helv1 10 Tf 0 g 0 6.29 Td (abc) Tj ET Q EMC");
+    EXPECT_TRUE(Has(ShownText("/MK << >> /BS << /W 2 /S /I >>"), "/Tx BMC q 4 4 192 12 re W n BT /Helv1 10 Tf 0 g 8 "));
     EXPECT_TRUE(Has(ShownText("/Ff 8192"), "(***) Tj"));
     EXPECT_TRUE(Has(ShownText("/Q 2"), " 181.88 6.29 Td (abc)"));
     // Line ends vanish from a single line and break several.
@@ -58,9 +59,9 @@ TEST_F(Faces, ATextFieldDrawsItsFrameAndItsValue) {
     EXPECT_TRUE(Has(ShownText("/Ff 4096", "a\rb"), "1 0 0 1 1 21.07 Tm 1 -11.5601 Td (a) Tj 0 -11.5601 Td (b) Tj"));
     // What the font lacks shows as a bullet.
     EXPECT_TRUE(Has(ShownText("", std::string("\xFE\xFF\x04\x14\0o", 6)), "(\\200o) Tj"));
-    EXPECT_TRUE(Has(ShownText("/DA (/Helv 0 Tf 0 g)"), "/Helv 13.8"));
+    EXPECT_TRUE(Has(ShownText("/DA (/Helv 0 Tf 0 g)"), "/Helv1 13.8"));
     // Made for the height of 10 that it had; the viewer stretches it to 20.
-    EXPECT_TRUE(Has(ShownText("/OH 10"), "/Helv 10 Tf"));
+    EXPECT_TRUE(Has(ShownText("/OH 10"), "/Helv1 10 Tf"));
 }
 
 TEST_F(Faces, ATurnedWidgetIsDrawnUprightInCrossedSides) {
@@ -81,13 +82,13 @@ TEST_F(Faces, AForeignFrameStaysAroundTheValue) {
                               {"1 0 0 rg 0 0 200 20 re f /Tx BMC BT ET EMC Q", "q 9 w Q"}));
     Show(doc, "a", "abc");
     EXPECT_EQ(FaceText(AnnotOf(doc, "a")),
-              "1 0 0 rg 0 0 200 20 re f /Tx BMC BT /Helv 10 Tf 0 g 2 6.29 Td (abc) Tj ET EMC\nQ");
+              "1 0 0 rg 0 0 200 20 re f /Tx BMC BT /Helv1 10 Tf 0 g 2 6.29 Td (abc) Tj ET EMC\nQ");
     EXPECT_EQ(FaceText(AnnotOf(doc, "a"), FaceDown_K), "null");
     Show(doc, "a", "");
     EXPECT_EQ(FaceText(AnnotOf(doc, "a")), "1 0 0 rg 0 0 200 20 re f /Tx BMC EMC\nQ");
     Show(doc, "b", "abc");
     EXPECT_TRUE(Has(FaceText(AnnotOf(doc, "b")), "q 9 w Q")) << FaceText(AnnotOf(doc, "b"));
-    EXPECT_TRUE(LexDictKnown(At(FaceOf(AnnotOf(doc, "b"), FaceNormal_K), "Resources/Font"), Helv_K));
+    EXPECT_TRUE(LexDictKnown(At(FaceOf(AnnotOf(doc, "b"), FaceNormal_K), "Resources/Font"), Atom("Helv1")));
 }
 
 TEST_F(Faces, FontsOutsideTheBaseFontsAreDrawnInTheNearest) {
@@ -121,7 +122,7 @@ TEST_F(Faces, AListShowsTheLinesAroundItsSelection) {
     Show(doc, "a", "x");
     // 38 points of 11.56 each: three lines and the one that is cut.
     EXPECT_EQ(FaceText(a), "1 1 0 rg 0 0 100 40 re f /Tx BMC q 1 1 98 38 re W n "
-                           "0 g 1 4.3198 98 11.5601 re f BT /Helv 10 Tf 0 g 1 0 0 1 1 41.07 Tm "
+                           "0 g 1 4.3198 98 11.5601 re f BT /Helv1 10 Tf 0 g 1 0 0 1 1 41.07 Tm "
                            "1 -11.5601 Td (0) Tj 0 -11.5601 Td (1) Tj 1 1 0 rg 0 -11.5601 Td (2) Tj 0 g "
                            "0 -11.5601 Td (3) Tj ET Q EMC");
     Show(doc, "a", "n");
@@ -213,7 +214,7 @@ TEST_F(Faces, AButtonWritesItsFacesByItsHighlight) {
          "/FT /Btn /Ff 65536 /T (d)", "/FT /Btn /Ff 65536 /T (e) /AP << /N 9 0 R >>"},
         {"0 0 20 20 re f"}));
     for (const char *name : {"a", "b", "c", "d", "e"}) TSDMFieldUpdateAppearance(FieldOf(doc, name));
-    const std::string caption = "BT /Helv 10 Tf 0 g 1 0 0 1 93.33 6.29 Tm (Go) Tj ET Q";
+    const std::string caption = "BT /Helv1 10 Tf 0 g 1 0 0 1 93.33 6.29 Tm (Go) Tj ET Q";
     EXPECT_EQ(FaceText(AnnotOf(doc, "a")), "0.75 g 0 0 200 20 re f q 1 1 198 18 re W n " + caption);
     EXPECT_EQ(FaceText(AnnotOf(doc, "a"), FaceDown_K), "null");
     EXPECT_EQ(FaceText(AnnotOf(doc, "a"), FaceRollOver_K), "null");
