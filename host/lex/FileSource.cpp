@@ -68,6 +68,7 @@ void FileSource::requireWhole() const {
 }
 
 std::size_t FileSource::read(char *buffer, std::size_t length) {
+    if (++reads_ == 0 && onProgress) onProgress();
     setLastOffset(position_);
     std::size_t done = 0;
     while (done < length) {

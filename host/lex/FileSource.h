@@ -7,6 +7,8 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -34,6 +36,9 @@ public:
      *  another one by now: larger, smaller or written to. */
     void requireWhole() const;
 
+    /** Called after every 65,536 reads, of which most are of one byte. */
+    std::function<void()> onProgress;
+
 private:
     static constexpr std::size_t s_blockSize = 16384;
     static constexpr std::size_t s_blockCount = 16;
@@ -55,6 +60,7 @@ private:
     /** The first failure; empty for none. */
     std::string failure_;
     qpdf_offset_t position_ = 0;
+    std::uint16_t reads_ = 0;
     /** A block's place is its number modulo the count. */
     std::array<Block, s_blockCount> blocks_;
 };

@@ -217,6 +217,7 @@ LexDoc OpenPdfFile(const std::string &path, const char *password) {
     const std::shared_ptr<FileSource> source = file.source();
     LexDoc opened = tryToOpen(newRecord(file.facts(), /*fdf*/ false), &failure, [&](LexDocRec &doc) {
         doc.source = source;
+        source->onProgress = [&doc] { BoundComplaints(doc); };
         doc.pdf->processInputSource(source, password);
     });
     if (opened) return opened;

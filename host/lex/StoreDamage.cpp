@@ -21,6 +21,8 @@ namespace {
 
 /** Complaints that are kept of one document; the others are counted. */
 constexpr std::size_t s_mostWarnings = 100;
+/** A document with more of them is refused. */
+constexpr std::size_t s_tooManyWarnings = 500'000;
 
 bool contains(std::string_view text, std::string_view part) {
     return text.find(part) != std::string_view::npos;
@@ -76,6 +78,12 @@ void CollectWarnings(LexDocRec &doc) {
         if (contains(complaint, "reconstruct")) doc.facts.repaired = true;
         if (!isHarmless(doc, complaint)) keep(doc, warning.what());
     }
+}
+
+void BoundComplaints(LexDocRec &doc) {
+    CollectWarnings(doc);
+    if (doc.moreWarnings > s_tooManyWarnings)
+        throw HostError{KRErrNoMemory, doc.facts.name + ": is damaged in more places than can be repaired"};
 }
 
 void AssessOpened(LexDocRec &doc) {

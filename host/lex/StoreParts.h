@@ -25,4 +25,8 @@ void AssessOpened(LexDocRec &doc);
  */
 void RequireWhole(LexDocRec &doc);
 
+/** Keeps the library's complaints from filling the memory while it reads. Throws KRErrNoMemory when they pass any
+ * measure: every byte of a file can bring two about, time and again. */
+void BoundComplaints(LexDocRec &doc);
+
 } // namespace jackdaw::lex

@@ -261,7 +261,7 @@ TEST(Hostile, ManyOfAKind) {
 /** Documents that a small file makes large, and how each is turned down. */
 struct Exploding {
     const char *name;
-    Strings (*objects)();
+    std::string (*text)();
     Strings command;
     const char *line;
 };
@@ -271,7 +271,7 @@ class Explodes : public testing::TestWithParam<Exploding> {};
 TEST_P(Explodes, InOneLineWithNothingDone) {
     const std::string out = NewName();
     Strings command = GetParam().command;
-    command.insert(command.begin() + 1, TempFile("small.pdf", PdfText(GetParam().objects())));
+    command.insert(command.begin() + 1, TempFile("small.pdf", GetParam().text()));
     if (command.front() != "fields") command.insert(command.end(), {"-o", out});
     const Ran ran = Jackdaw(command, {"", /*fileLimit*/ 0, /*seconds*/ 300});
     EXPECT_EQ(ran.exit, 2) << ran;
@@ -282,7 +282,7 @@ TEST_P(Explodes, InOneLineWithNothingDone) {
 }
 
 /** Forty forms, each of which draws the next ten times. */
-Strings FormsWithinForms() {
+std::string FormsWithinForms() {
     const std::string start = "/Type /XObject /Subtype /Form /BBox [0 0 9 9] /Resources << /XObject << /X ";
     Strings more = {StreamObject("", "/X Do")};
     std::string ten;
@@ -293,11 +293,11 @@ Strings FormsWithinForms() {
     objects[2] =
         "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 99 99] /Contents 4 0 R /Resources << /XObject << /X 5 0 R "
         ">> >> >>";
-    return objects;
+    return PdfText(objects);
 }
 
 /** A radio group of more states than there are atoms. */
-Strings StatesWithoutEnd() {
+std::string StatesWithoutEnd() {
     constexpr int count = 66000;
     std::string kids;
     Strings more = {""};
@@ -307,11 +307,19 @@ Strings StatesWithoutEnd() {
                        std::to_string(i) + " 2 0 R >> >> >>");
     }
     more.front() = "<< /T (r) /FT /Btn /Ff 32768 /Kids [" + kids + "] >>";
-    return PageObjects("/AcroForm << /Fields [4 0 R] >>", more);
+    return PdfText(PageObjects("/AcroForm << /Fields [4 0 R] >>", more));
+}
+
+/** Trailers within trailers, each of which is read as deep as the reader goes. */
+std::string TrailersWithinTrailers() {
+    std::string text = "%PDF-1.7\n1 0 obj\n<< /Type /Catalog >>\nendobj\n";
+    while (text.size() < 2'000'000) text += "trailer <<\n";
+    return text;
 }
 
 INSTANTIATE_TEST_SUITE_P(Small, Explodes,
                          testing::Values(Exploding{"Forms", &FormsWithinForms, {"render"}, "takes longer than 10 s"},
+                                         Exploding{"Trailers", &TrailersWithinTrailers, {"fields"}, "more places"},
                                          Exploding{"States", &StatesWithoutEnd, {"fill", "--set", "r=s5"}, "65,535"}),
                          [](const auto &row) { return row.param.name; });
 
