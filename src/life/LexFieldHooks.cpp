@@ -71,8 +71,6 @@ bool AsksForAppearances(LexObj form) {
 void AdoptWidget(DMDoc doc, DMPage page, DMAnnot annot, bool needAppearances) {
     const LexObj form = EnsureForm(doc);
     if (TessellaIsValid(form)) {
-        // While this stands in the form, roots of one name are merged as they are loaded.
-        if (!AsksForAppearances(form)) TSLexDictStoreBoolean(form, docID_K, /*indirect*/ false, true);
         if (needAppearances) createAP(annot, page, nullptr);
         DMField *field = TSDMAnnotGetField(annot);
         if (TSDMFieldIsValid(field)) {
@@ -104,11 +102,14 @@ void AdoptPages(DMDoc doc, std::int32_t first, std::int32_t count, bool needAppe
             page = DMDocAcquirePage(doc, first + i);
             AdoptPage(doc, page, needAppearances);
         });
-        const LexObj form = TSDMDocGetTessella(doc);
-        if (IsDict(form)) LexDictRemove(form, docID_K);
         if (page) DMPageRelease(page);
     }
     progress->end(progressData);
+}
+
+/** While pages come in, roots of one name are merged. */
+void SetAssembling(DMDoc doc, bool assembling) {
+    if (DocHashControl *control = TSLexDocGetHashHead(DMDocGetLexDoc(doc))) control->assembling = assembling;
 }
 
 /** The scripts of the source come along; a view on the target runs them. */
@@ -174,12 +175,17 @@ void TSDMDocDidInsertPagesHdl(DMDoc doc, std::int32_t afterPage, DMDoc source, s
                               KRErrorCode error, void *) {
     CalcArrayPtr orderBefore = std::move(s_orderBefore);
     if (error != KRErrNone || !source || !IsDMDocTessella(source)) return;
+    TSDMDocLoadFieldsIfNeeded(doc);
+    SetAssembling(doc, true);
     AdoptPages(doc, afterPage + 1, last - first + 1, AsksForAppearances(TSDMDocGetTessella(source)));
+    SetAssembling(doc, false);
     if (orderBefore) TSFixCalcOrderAfterSpawnOrInsert(source, doc, orderBefore.release());
     BringScripts(doc, source);
 }
 
 void TSDMDocWillDeletePagesHdl(DMDoc doc, std::int32_t first, std::int32_t last, void *) {
+    // A field without a record would stay in the form for good.
+    TSDMDocLoadFieldsIfNeeded(doc);
     FieldRemoval removal;
     for (std::int32_t number = first; number <= last; ++number) {
         const DMPage page = DMDocAcquirePage(doc, number);

@@ -92,6 +92,8 @@ void PopulateDMField(DMField *field);
  * way undefines the record and is raised again.
  */
 void DMFieldComplete(DMField *field);
+/** The field of a dictionary in `Fields` that has no title: it has the empty name. */
+DMField *DMFieldCreateNameless(LexObj root);
 /**
  * Links a record to the field of its dictionary's `Parent`, which is made when needed, and loads its same-named
  * siblings when it is the first of them. False when there is no such field; the caller then undefines the record.

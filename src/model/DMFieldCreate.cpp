@@ -2,7 +2,9 @@
 //
 //  1. A record is defined under its name before its parent is asked for: leaves come before their nodes in the chains.
 //  2. Whatever is raised while a record is built undefines it; TSDMFieldFromLexObj turns that into "no field".
-//  3. A widget under a dotted title is listed in `moving` while it has neither title nor parent.
+//  3. Reading a form writes nothing that the record can hold: a root keeps a title with dots in it, and a field that
+//     finds no place in the tree stays where it is, under its name and without a parent. Roots are put into each other
+//     only while a form is assembled from pages.
 // SPDX-License-Identifier: MIT
 #include "model/DMField.h"
 
@@ -10,6 +12,7 @@
 #include <string_view>
 
 #include "Common/src/miLexType.h"
+#include "Common/unix/mdMessages.h"
 #include "PIFrame.h"
 #include "base/FormStr.h"
 #include "base/Limits.h"
@@ -22,6 +25,7 @@
 #include "objects/LexCopy.h"
 #include "objects/LexUtil.h"
 #include "objects/Tessella.h"
+#include "services/Warnings.h"
 
 namespace {
 
@@ -33,38 +37,19 @@ LexObj FieldsOf(LexObj dict) {
     return TSLexDictGetOfType(TSLexObjGetTessella(dict), Fields_K, LexArray);
 }
 
-/** A widget that arrived in the tree is no root any more; one that did not has no name and would stop others. */
-void LeaveFields(LexObj dict, bool arrived) {
-    DocHashControl *control = TSLexDocFindHashHead(LexObjGetDoc(dict));
-    if (!control || (arrived && !HasParent(dict))) return;
-    // During the load they leave together: one at a time would shift a long array for each.
-    if (control->loading) {
-        if (FieldArrayHas(FieldsOf(dict), dict)) control->moved.Add(dict);
-    } else {
-        FieldArrayRemove(FieldsOf(dict), dict);
-    }
-}
-
 /**
  * Takes the title from a widget and has it hung into the tree under its full name. When that fails the widget is hidden
  * and will be removed by the next save.
  */
 DMField *MoveWidgetIntoTree(LexObj dict, std::string_view fullName) {
-    DocHashControl *control = TSLexDocGetHashHead(LexObjGetDoc(dict));
-    if (!control) return nullptr;
     const std::string name(fullName);
     const DMAnnot annot = DMAnnotFromLexObj(dict);
-    DMField *field = nullptr;
-    control->moving.push_back(dict);
-    const KRErrorCode code = Protect([&] {
-        LexDictRemove(dict, T_K);
-        field = TSDMAnnotDefineField(annot, name.c_str());
-    });
-    control->moving.pop_back();
-    RaiseIf(code);
+    LexDictRemove(dict, T_K);
+    DMField *field = TSDMAnnotDefineField(annot, name.c_str());
     const bool arrived = TSDMFieldIsValid(field);
     if (!arrived) TessellaWasteAnnot(annot);
-    LeaveFields(dict, arrived);
+    // What hangs below another is no root any more.
+    if (!arrived || HasParent(dict)) FieldArrayRemove(FieldsOf(dict), dict);
     return field;
 }
 
@@ -75,9 +60,10 @@ bool EnsureForm(LexObj dict) {
     return TessellaIsValid(form);
 }
 
-/** Forms are being put together from pages: roots may have to be merged. */
+/** The form is being put together from pages: roots may have to be merged. */
 bool IsAssembling(LexObj dict) {
-    return LexDictKnown(TSLexObjGetTessella(dict), docID_K) || LexDictKnown(dict, docID_K);
+    const DocHashControl *control = TSLexDocFindHashHead(LexObjGetDoc(dict));
+    return control && control->assembling;
 }
 
 /** The record of a dictionary under construction; undefined in the end unless it was given away. */
@@ -113,18 +99,13 @@ enum class Placed { Yes, No, Merged };
 
 /** Settles a root in `Fields`. `merged` is the field that came of it when it went into another root. */
 Placed PlaceRoot(NewRecord *record, LexObj dict, std::string_view name, DMField **merged) {
-    if (!LexDictKnown(dict, T_K)) KRRaise(KRErrBadField);
     LexDictRemove(dict, parent_K);
     if (!EnsureForm(dict)) return Placed::No;
     const LexObj fields = FieldsOf(dict);
-    if (IsAssembling(dict)) {
-        const FieldRootFound found = FieldArrayFindRoot(fields, dict, name);
-        if (found == FieldRootFound::Nameless) KRRaise(KRErrBadField);
-        if (found == FieldRootFound::Inside) {
-            record->Undefine();
-            *merged = MergeIntoRoot(dict, name);
-            return Placed::Merged;
-        }
+    if (IsAssembling(dict) && FieldArrayHasRootOf(fields, dict, name)) {
+        record->Undefine();
+        *merged = MergeIntoRoot(dict, name);
+        return Placed::Merged;
     }
     if (!FieldArrayHas(fields, dict)) FieldArrayAppend(fields, dict);
     return Placed::Yes;
@@ -164,15 +145,18 @@ DMField *CreateDMField(std::string_view name, LexObj dict) {
     return field;
 }
 
-/** A widget written flat under a dotted title: its title is the whole of its name. */
-bool HasDottedTitle(LexObj dict, std::string_view name) {
-    FieldName title;
-    return !LexDictKnown(dict, Kids_K) && name.find('.') != std::string_view::npos &&
-           FieldTitleText(LexDictGet(dict, T_K), &title) && title.length == name.size();
+/** A field that finds no place in the tree is known by its name all the same. */
+DMField *CreateAlone(std::string_view name, LexObj dict) {
+    if (!TessellaIsValid(TSLexObjGetTessella(dict))) return nullptr;
+    DMField *field = AllocDMField(name, dict);
+    if (!field) return nullptr;
+    DMFieldComplete(field);
+    field = TSLexObjFindDMField(dict);
+    if (field) TSWarn(TSDMFieldGetDoc(field), TSDMFieldGetName(field), Msg::warnUnplaced);
+    return field;
 }
 
 DMField *CreateDMFieldFilter(std::string_view name, LexObj dict) {
-    if (HasDottedTitle(dict, name)) return DictIsWidget(dict) ? MoveWidgetIntoTree(dict, name) : nullptr;
     DMField *field = CreateDMField(name, dict);
     if (field || !IsDict(dict)) return field;
     const bool hasTitle = LexDictKnown(dict, T_K);
@@ -182,7 +166,7 @@ DMField *CreateDMFieldFilter(std::string_view name, LexObj dict) {
     if (!hasTitle || !DictIsWidget(dict)) return nullptr;
     const std::uint32_t flags = DMAnnotGetFlags(DMAnnotFromLexObj(dict));
     if ((flags & TessellaWastedFlags) == TessellaWastedFlags) return nullptr;
-    return MoveWidgetIntoTree(dict, name);
+    return IsAssembling(dict) ? MoveWidgetIntoTree(dict, name) : CreateAlone(name, dict);
 }
 
 std::string TitleOf(LexObj dict) {
@@ -198,9 +182,7 @@ void ReleaseKid(LexObj parent, LexObj kid, const std::string &prefix, int depth)
     const bool hasTitle = LexDictKnown(kid, T_K);
     const std::string name = hasTitle ? prefix + "." + TitleOf(kid) : prefix;
     LexDictRemove(kid, parent_K);
-    LexDictPut(
-        kid, T_K,
-        LexNewString(LexObjGetDoc(kid), /*indirect*/ false, name.data(), static_cast<std::int32_t>(name.size())));
+    LexDictPut(kid, T_K, FieldTitleOfText(LexObjGetDoc(kid), name));
     TSLexDictPartialCopy(parent, kid, /*sameDocument*/ true);
     if (LexDictKnown(kid, Kids_K)) FlattenInto(kid, name, depth + 1);
 }
@@ -229,6 +211,28 @@ void LoadKids(DMField *top) {
     top->kidsLoaded = LexArrayLength(kids);
 }
 
+/** The dictionary and those above it, as far as they have no records, have names and stand in the arrays that should
+ * list them. */
+bool IsListed(LexObj dict) {
+    for (int depth = 0; depth <= TSLimitOf(TSLimitFieldDepth); ++depth) {
+        const LexObj parent = TSLexDictGetOfType(dict, parent_K, LexDict);
+        if (!IsDict(parent)) return LexDictKnown(dict, T_K) && FieldArrayHas(FieldsOf(dict), dict);
+        if (!FieldArrayHas(TSLexDictGetOfType(parent, Kids_K, LexArray), dict)) return false;
+        if (TSLexObjFindDMField(parent)) return true;
+        dict = parent;
+    }
+    return false;
+}
+
+/** Where the form's arrays and `Parent` disagree, the arrays decide: a load goes through them from the top. */
+DMField *FindAfterLoad(LexObj dict) {
+    const LexDoc doc = LexObjGetDoc(dict);
+    const DocHashControl *control = TSLexDocFindHashHead(doc);
+    if (!control || control->loaded || control->assembling || IsListed(dict)) return nullptr;
+    TSDMDocLoadFieldsIfNeeded(control->doc);
+    return TSLexObjFindDMField(dict);
+}
+
 } // namespace
 
 DMField *TSDMFieldFromLexObj(LexObj dict) {
@@ -239,9 +243,16 @@ DMField *TSDMFieldFromLexObj(LexObj dict) {
     DMField *field = nullptr;
     const KRErrorCode code = Protect([&] {
         FieldName name;
-        if (FormFieldNameAcquire(dict, &name)) field = CreateDMFieldFilter({name.text, name.length}, dict);
+        field = FindAfterLoad(dict);
+        if (!field && FormFieldNameAcquire(dict, &name)) field = CreateDMFieldFilter({name.text, name.length}, dict);
     });
     return code == KRErrNone ? field : nullptr;
+}
+
+DMField *DMFieldCreateNameless(LexObj root) {
+    DMField *field = AllocDMField("", root);
+    if (field) DMFieldComplete(field);
+    return TSLexObjFindDMField(root);
 }
 
 bool DMFieldLinkToParent(DMField *field) {

@@ -3,9 +3,9 @@
 #include "model/DMField.h"
 
 #include <string_view>
-#include <utility>
 
 #include "Common/src/miLexType.h"
+#include "Common/unix/mdMessages.h"
 #include "PIFrame.h"
 #include "base/FormStr.h"
 #include "base/Limits.h"
@@ -16,24 +16,53 @@
 #include "model/NameHashCheck.h"
 #include "objects/LexUtil.h"
 #include "objects/Tessella.h"
+#include "services/Warnings.h"
 
 namespace {
 
-/** Makes the fields of an array and what hangs below. A node is gone through once, however many arrays list it. */
-void ScanDMFieldsInArray(LexObj array, int depth, LexObjSet *scanned) {
+/** `Kids` decides whose a kid is: one whose `Parent` is missing, or does not list it, is the lister's. */
+void HealParent(LexObj kid, LexObj owner) {
+    const LexObj claimed = TSLexDictGetOfType(kid, parent_K, LexDict);
+    if (IsDict(claimed) &&
+        (LexObjEqual(claimed, owner) || FieldArrayHas(TSLexDictGetOfType(claimed, Kids_K, LexArray), kid)))
+        return;
+    LexDictPut(kid, parent_K, owner);
+}
+
+/** A root without a title is a field by its type or its kids; anything else without a name is passed over. */
+void MakeNameless(LexObj root) {
+    const bool isField = IsName(LexDictGet(root, FT_K)) || IsArray(LexDictGet(root, Kids_K));
+    const bool fits = isField && LexObjIsIndirect(root) && !LexDictKnown(root, T_K);
+    if (!fits || !DMFieldCreateNameless(root))
+        TSWarn(DMDocFromLexDoc(LexObjGetDoc(root)), /*field*/ nullptr, Msg::warnNameless);
+}
+
+bool IsNamelessRoot(LexObj dict) {
+    return !IsString(LexDictGet(dict, T_K)) && !IsDict(TSLexDictGetOfType(dict, parent_K, LexDict)) &&
+           !TSLexObjFindDMField(dict);
+}
+
+/**
+ * Makes the fields of an array and what hangs below. `owner` lists them as its `Kids`; null for the roots. A node is
+ * gone through once, however many arrays list it.
+ */
+void ScanDMFieldsInArray(LexObj array, LexObj owner, int depth, LexObjSet *scanned) {
     if (!IsArray(array) || depth > TSLimitOf(TSLimitFieldDepth)) return;
+    const bool isRoot = !IsDict(owner);
     for (std::int32_t i = LexArrayLength(array); i-- > 0;) {
         const LexObj element = LexArrayGet(array, i);
         if (!IsDict(element)) continue;
         const LexObj kids = LexDictGet(element, Kids_K);
-        if (IsNull(kids)) {
-            TSDMFieldFromLexObj(element);
-        } else if (DictIsWidget(element)) {
-            LexDictRemove(element, Kids_K);
-            TSDMFieldFromLexObj(element);
-        } else if (!LexObjIsIndirect(element) || scanned->Add(element)) {
-            ScanDMFieldsInArray(kids, depth + 1, scanned);
+        const bool isLeaf = IsNull(kids) || DictIsWidget(element);
+        if (!isLeaf && LexObjIsIndirect(element) && !scanned->Add(element)) continue;
+        if (!isRoot && LexObjIsIndirect(element)) HealParent(element, owner);
+        if (isRoot && IsNamelessRoot(element)) MakeNameless(element);
+        if (!isLeaf) {
+            ScanDMFieldsInArray(kids, element, depth + 1, scanned);
+            continue;
         }
+        if (!IsNull(kids)) LexDictRemove(element, Kids_K);
+        TSDMFieldFromLexObj(element);
     }
 }
 
@@ -99,15 +128,11 @@ void TSDMDocLoadDMFields(DMDoc doc) {
     const LexDoc lexDoc = DMDocGetLexDoc(doc);
     DocHashControl *control = TSLexDocGetHashHead(lexDoc);
     if (!control || control->loaded || !control->editOK || control->closing) return;
-    control->loaded = control->loading = true;
+    control->loaded = true;
     LexObjSet scanned;
-    const KRErrorCode code = Protect([&] { ScanDMFieldsInArray(LexDictGet(form, Fields_K), 0, &scanned); });
-    control = TSLexDocFindHashHead(lexDoc);
-    if (control) {
-        control->loading = false;
-        FieldArrayRemoveAll(form, Fields_K, std::exchange(control->moved, {}));
-        DocHashCheck(lexDoc);
-    }
+    const KRErrorCode code =
+        Protect([&] { ScanDMFieldsInArray(LexDictGet(form, Fields_K), LexNullObj, /*depth*/ 0, &scanned); });
+    DocHashCheck(lexDoc);
     RaiseIf(code);
 }
 

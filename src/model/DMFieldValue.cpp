@@ -46,6 +46,16 @@ LexObj ObjectOfText(const DMField *work, LexObj given, EStr *text, bool rewritte
     return LexNewString(doc, /*indirect*/ false, EStrGetBytes(text), EStrGetLen(text));
 }
 
+/** Fields of one name that are no group, as some writers leave them, have the value each. */
+void CopyToOtherRoots(DMField *top, LexObj value) {
+    for (DMField *field = DMFieldHeadOfName(top); field; field = field->nextSameName) {
+        DMField *other = DMFieldTopOfName(field);
+        if (other == top || (other->entries & TSEntryV)) continue;
+        LexDictPut(other->obj, value_K, TSLexObjCopy(TSDMFieldGetLexDoc(other), value, /*shallow*/ false));
+        DMFieldNoteEntry(other, TSEntryV);
+    }
+}
+
 /** Puts the text as the value at the top of the name; gives the object stored, null for an empty text. */
 LexObj StoreValue(DMField *work, LexObj old, LexObj given, EStr *text, bool rewritten) {
     if (!IsNull(old)) DMFieldRemoveEntryFromAll(work, TSEntryV);
@@ -55,6 +65,7 @@ LexObj StoreValue(DMField *work, LexObj old, LexObj given, EStr *text, bool rewr
     const LexObj stored = ObjectOfText(work, given, text, rewritten);
     LexDictPut(top->obj, value_K, stored);
     DMFieldNoteEntry(top, TSEntryV);
+    CopyToOtherRoots(top, stored);
     return stored;
 }
 

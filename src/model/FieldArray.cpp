@@ -54,10 +54,7 @@ void NoteName(FieldArrayNames &names, LexObj obj) {
     if (!IsDict(obj)) return;
     const FieldArrayNames::Element element{obj, names.nextSequence++};
     FieldName name;
-    if (!NameOfElement(obj, &name)) {
-        names.nameless.push_back(element);
-        return;
-    }
+    if (!NameOfElement(obj, &name)) return;
     auto &same = names.byName[std::string(name.text, name.length)];
     if (!same.empty() && LexObjEqual(same.back().obj, obj)) same.pop_back();
     same.push_back(element);
@@ -148,20 +145,6 @@ std::int64_t LastNamed(FieldArrayMembers &index, LexObj dict, std::string_view n
     return -1;
 }
 
-/** Sequence of the last element without a name; -1 when there is none. */
-std::int64_t LastNameless(FieldArrayMembers &index, const DocHashControl &control) {
-    auto &nameless = index.names->nameless;
-    for (std::size_t i = nameless.size(); i-- > 0;) {
-        const FieldArrayNames::Element element = nameless[i];
-        const auto same = [&](LexObj moving) { return LexObjEqual(moving, element.obj) != 0; };
-        if (std::any_of(control.moving.begin(), control.moving.end(), same) || control.moved.Has(element.obj)) continue;
-        FieldName name;
-        if (IsMember(index, element.obj) && !NameOfElement(element.obj, &name)) return element.sequence;
-        nameless.erase(nameless.begin() + static_cast<std::ptrdiff_t>(i));
-    }
-    return -1;
-}
-
 } // namespace
 
 bool FieldArrayHas(LexObj array, LexObj dict) {
@@ -225,18 +208,14 @@ LexObj FieldArrayLastNamed(LexObj array, std::string_view name) {
     return index->names->byName.find(std::string(name))->second.back().obj;
 }
 
-FieldRootFound FieldArrayFindRoot(LexObj fields, LexObj dict, std::string_view name) {
-    DocHashControl *control = TSLexDocFindHashHead(LexObjGetDoc(fields));
-    FieldArrayMembers *index = control && IsArray(fields) ? EnsureIndex(fields) : nullptr;
-    if (!index) return FieldRootFound::Nothing;
+bool FieldArrayHasRootOf(LexObj fields, LexObj dict, std::string_view name) {
+    FieldArrayMembers *index = IsArray(fields) ? EnsureIndex(fields) : nullptr;
+    if (!index) return false;
     EnsureNames(*index);
-    std::int64_t inside = -1;
     for (std::size_t dot = name.find('.');; dot = name.find('.', dot + 1)) {
-        inside = std::max(inside, LastNamed(*index, dict, name.substr(0, dot)));
-        if (dot == std::string_view::npos) break;
+        if (LastNamed(*index, dict, name.substr(0, dot)) >= 0) return true;
+        if (dot == std::string_view::npos) return false;
     }
-    if (LastNameless(*index, *control) > inside) return FieldRootFound::Nameless;
-    return inside >= 0 ? FieldRootFound::Inside : FieldRootFound::Nothing;
 }
 
 void FieldArrayRemoveAll(LexObj owner, KRAtom key, const LexObjSet &elements) {

@@ -31,15 +31,11 @@ bool FieldArrayReplace(LexObj array, LexObj dict, LexObj replacement);
  */
 LexObj FieldArrayLastNamed(LexObj array, std::string_view name);
 
-/** What FieldArrayFindRoot came upon first, from the last element on. */
-enum class FieldRootFound { Nothing, Inside, Nameless };
 /**
- * Looks in `Fields` for a root, other than `dict` itself, that a field of the full name `name` belongs into: one of
- * that name, or of a name that it continues behind a dot. A dictionary without a name ends the search where it is met,
- * unless it is being moved or about to leave (DocHashControl::moving, moved). Elements that are no dictionaries are
- * passed over.
+ * `Fields` has a root, other than `dict` itself, that a field of the full name `name` belongs into: one of that name,
+ * or of a name that it continues behind a dot.
  */
-FieldRootFound FieldArrayFindRoot(LexObj fields, LexObj dict, std::string_view name);
+bool FieldArrayHasRootOf(LexObj fields, LexObj dict, std::string_view name);
 /** Takes many elements out at once: `array` under `key` of `owner` is rewritten when that is cheaper. */
 void FieldArrayRemoveAll(LexObj owner, KRAtom key, const LexObjSet &elements);
 

@@ -19,8 +19,6 @@ struct FieldArrayNames {
     };
     std::int64_t nextSequence = 0;
     std::unordered_map<std::string, std::vector<Element>> byName;
-    /** Dictionaries that have no name. */
-    std::vector<Element> nameless;
 };
 
 /** An index of one array. */

@@ -103,6 +103,10 @@ public:
         std::memcpy(buffer + start, text.data(), text.size());
         return true;
     }
+    /** Takes the dot back that joined what is there to a name that turned out to be empty. */
+    void DropLeadingDot() {
+        if (start < MaxFieldNameLength && buffer[start] == '.') ++start;
+    }
     void Get(FieldName *name) const {
         name->length = MaxFieldNameLength - start;
         std::memcpy(name->text, buffer + start, name->length);
@@ -113,6 +117,14 @@ private:
     char buffer[MaxFieldNameLength];
     std::size_t start = MaxFieldNameLength;
 };
+
+/** The bytes are UTF-8 of a text that PDFDocEncoding cannot hold. */
+bool HasWideCharacters(std::string_view text) {
+    const EStrPtr str(EStrNewFromUTF8(std::string(text).c_str()));
+    if (!str) return false;
+    EStrSetEncoding(str.get(), EStrText);
+    return EStrGetEncoding(str.get()) == EStrUCS2;
+}
 
 } // namespace
 
@@ -126,6 +138,15 @@ bool FieldTitleText(LexObj title, FieldName *text) {
     else
         SetText(text, all.substr(0, all.find('\0')));
     return true;
+}
+
+LexObj FieldTitleOfText(LexDoc doc, std::string_view text) {
+    const EStrPtr title(EStrNewFromUTF8(std::string(text).c_str()));
+    // Bytes that are UTF-8 were written so because PDFDocEncoding could not hold them; all others are PDFDocEncoding.
+    const bool isUTF8 = title && HasWideCharacters(text);
+    if (!isUTF8) return LexNewString(doc, /*indirect*/ false, text.data(), static_cast<std::int32_t>(text.size()));
+    EStrSetEncoding(title.get(), EStrText);
+    return LexNewString(doc, /*indirect*/ false, EStrGetBytes(title.get()), EStrGetLen(title.get()));
 }
 
 bool FormFieldNameAcquire(LexObj dict, FieldName *name) {
@@ -147,6 +168,7 @@ bool FormFieldNameAcquire(LexObj dict, FieldName *name) {
         }
         if (const DMField *record = TSLexObjFindDMField(parent)) {
             if (!full.Prepend({NameStrAddr(record->name), NameStrLen(record->name)})) return false;
+            if (NameStrLen(record->name) == 0) full.DropLeadingDot();
             full.Get(name);
             return true;
         }

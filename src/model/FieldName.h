@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <string_view>
+
 #include "LexHFT.h"
 #include "model/DMFieldRecord.h"
 
@@ -16,9 +18,12 @@ struct FieldName {
  * At most 253 bytes are taken. Titles are compared in this form. False when the object is no string.
  */
 bool FieldTitleText(LexObj title, FieldName *text);
+/** A title for a text of full names, as FieldTitleText gives it: what PDFDocEncoding cannot hold becomes UCS-2 again.
+ */
+LexObj FieldTitleOfText(LexDoc doc, std::string_view text);
 /**
- * The full name of a field dictionary: the title texts of its path joined by dots. False when it has none: no
- * `T` on a root, a `T` that is no string, 255 bytes or more, a path that is too deep. Raises KRErrBadResource for a dot
- * in the `T` of a kid. A parent with a record gives its name without climbing on.
+ * The full name of a field dictionary: the title texts of its path joined by dots. False when it has none: no `T` on a
+ * root, a `T` that is no string, 255 bytes or more, a path that is too deep. Raises KRErrBadResource for a dot in the
+ * `T` of a kid. A parent with a record gives its name without climbing on; one with the empty name adds nothing.
  */
 bool FormFieldNameAcquire(LexObj dict, FieldName *name);

@@ -55,9 +55,10 @@ void FieldRemoval::NoteLeaving(LexObj owner, KRAtom key, LexObj dict) {
 
 void FieldRemoval::LeaveArray(const Leaving &leaving) {
     const LexObj array = TSLexDictGetOfType(leaving.owner, leaving.key, LexArray);
-    if (!IsArray(array)) return;
-    FieldArrayRemoveAll(leaving.owner, leaving.key, leaving.dicts);
-    if (leaving.key != Kids_K || LexArrayLength(LexDictGet(leaving.owner, Kids_K)) > 0) return;
+    if (IsArray(array)) FieldArrayRemoveAll(leaving.owner, leaving.key, leaving.dicts);
+    if (leaving.key != Kids_K) return;
+    const LexObj rest = TSLexDictGetOfType(leaving.owner, Kids_K, LexArray);
+    if (IsArray(rest) && LexArrayLength(rest) > 0) return;
     LexDictRemove(leaving.owner, Kids_K);
     // A parent that is being built or loads its kids is in use further up; whoever builds it sees to it.
     DMField *parent = TSLexObjFindDMField(leaving.owner);

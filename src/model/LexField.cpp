@@ -14,6 +14,7 @@
 #include "model/DMFieldValue.h"
 #include "model/DMFieldValueParts.h"
 #include "model/FieldArray.h"
+#include "model/FieldName.h"
 #include "model/FieldRemoval.h"
 #include "model/LexFieldParts.h"
 #include "model/NameHash.h"
@@ -51,10 +52,6 @@ std::vector<std::string> SplitName(std::string_view name) {
     return parts;
 }
 
-LexObj StringObj(LexDoc doc, std::string_view text) {
-    return LexNewString(doc, /*indirect*/ false, text.data(), static_cast<std::int32_t>(text.size()));
-}
-
 /** `Kids` of the place that the path has reached, or `Fields`; the null object when there is no such array. */
 LexObj Siblings(const Path &path) {
     return path.at ? TSLexDictGetOfType(path.at->obj, Kids_K, LexArray)
@@ -90,7 +87,7 @@ DMField *MakeNode(const Path &path, LexObj title) {
 
 /** Goes on to the node of one part, which is made when it is missing. False when nothing may hang here. */
 bool Descend(Path *path, const std::string &part) {
-    const LexObj title = StringObj(path->lexDoc, part);
+    const LexObj title = FieldTitleOfText(path->lexDoc, part);
     ExtendName(path, part);
     DMField *found = FieldSiblingFind(path->doc, path->at, Siblings(*path), title, path->name);
     if (!found) {
@@ -121,7 +118,7 @@ DMField *PlaceBelow(const Path &path, LexObj dict, LexObj title) {
 }
 
 DMField *PlaceLeaf(Path *path, LexObj dict, const std::string &part) {
-    const LexObj title = StringObj(path->lexDoc, part);
+    const LexObj title = FieldTitleOfText(path->lexDoc, part);
     const LexObj siblings = Siblings(*path);
     ExtendName(path, part);
     if (DMField *found = FieldSiblingFind(path->doc, path->at, siblings, title, path->name))
@@ -143,8 +140,27 @@ DMField *OwnFieldOfName(LexObj dict, std::string_view name) {
     return nullptr;
 }
 
+/** A root whose title is the whole of this name, dots and all; null. */
+DMField *FlatRoot(DMDoc doc, const std::string &name) {
+    if (name.find('.') == name.npos) return nullptr;
+    DMField *field = TSDMDocGetDMFieldFromName(doc, name.c_str());
+    return field && !field->parent && IsString(LexDictGet(field->obj, T_K)) ? field : nullptr;
+}
+
+/** Begins the path at the longest start of the name that is a root by itself; gives what is left of the name. */
+std::string_view StartPath(Path *path, std::string_view name) {
+    for (std::size_t dot = name.rfind('.'); dot != name.npos && dot > 0; dot = name.rfind('.', dot - 1)) {
+        DMField *root = FlatRoot(path->doc, std::string(name.substr(0, dot)));
+        if (!root) continue;
+        path->at = root;
+        path->atObj = root->obj;
+        path->name = name.substr(0, dot);
+        return name.substr(dot + 1);
+    }
+    return name;
+}
+
 DMField *DefineUnder(LexObj dict, std::string_view name) {
-    const std::vector<std::string> parts = SplitName(name);
     Path path{};
     path.lexDoc = LexObjGetDoc(dict);
     path.doc = DMDocFromLexDoc(path.lexDoc);
@@ -154,6 +170,9 @@ DMField *DefineUnder(LexObj dict, std::string_view name) {
     if (!TessellaIsValid(TSDMDocGetTessella(path.doc))) TSDMDocCreateForm(path.doc);
     path.form = TSDMDocGetTessella(path.doc);
     if (!TessellaIsValid(path.form)) return nullptr;
+    if (DMField *same = FlatRoot(path.doc, std::string(name))) return PlaceBeside(same, dict);
+    const std::vector<std::string> parts = SplitName(StartPath(&path, name));
+    if (path.at && TSDMFieldIsTerminal(path.at)) return nullptr;
     for (std::size_t i = 0; i + 1 < parts.size(); ++i)
         if (!Descend(&path, parts[i])) return nullptr;
     return PlaceLeaf(&path, dict, parts.back());

@@ -41,8 +41,6 @@ void FreeIndex(DocHashControl *control) {
     control->byName.clear();
     control->byObject.clear();
     control->arrays.clear();
-    control->moving.clear();
-    control->moved.Clear();
     control->fieldCount = 0;
 }
 

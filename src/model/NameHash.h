@@ -25,14 +25,12 @@
 
 #include <string_view>
 #include <unordered_map>
-#include <vector>
 
 #include "KRErrors.h"
 #include "base/NameStr.h"
 #include "model/DMFieldRecord.h"
 #include "model/DocStamp.h"
 #include "model/FieldArrayIndex.h"
-#include "model/LexObjSet.h"
 
 /** All fields of one full name. `name` comes first: a field's `name` pointer is its entry's address. */
 struct NameEntry {
@@ -86,8 +84,8 @@ struct DocHashControl {
     // Life.
     /** All fields of `Fields` have been scanned. */
     bool loaded = false;
-    /** TSDMDocLoadDMFields is scanning. */
-    bool loading = false;
+    /** Pages are coming in: roots that belong into others are merged. */
+    bool assembling = false;
     /** Fields may be read and made; clear during a save. */
     bool editOK = true;
     /** The document is going away; the block waits to be freed. */
@@ -100,10 +98,6 @@ struct DocHashControl {
     // Helpers, each true by itself.
     /** Members of long `Fields` and `Kids` arrays, beside the arrays, whose order it leaves alone. */
     FieldArrayIndex arrays;
-    /** Widgets under a dotted title that are on their way into the tree, without title and parent for the moment. */
-    std::vector<LexObj> moving;
-    /** Those that are through with it and still stand in `Fields`; they leave it together when the load is through. */
-    LexObjSet moved;
     /** The name `Off` that buttons without a value read as, made once. */
     LexObj offName = LexNullObj;
     /** Edits since all invariants were last tested; counted in debug builds. */

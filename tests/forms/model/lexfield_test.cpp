@@ -242,17 +242,6 @@ TEST_F(LexField, CutOffDictionariesShareNothing) {
     EXPECT_TRUE(LexObjEqual(LexDictGet(dict, Atom("X")), dict));
 }
 
-TEST_F(LexField, WidgetsUnderDottedTitlesDoNotMeetEachOther) {
-    // While a.x moves into the tree it still stands in Fields, titled x by then.
-    TestDoc doc(FormObjects({"/FT /Tx /T (x.y)", "/FT /Tx /T (a.x)", "/FT /Tx /T (a.x)"}));
-    for (const char *name : {"x.y", "a.x"}) {
-        ASSERT_TRUE(TSDMFieldIsValid(FieldOf(doc, name))) << name;
-        EXPECT_TRUE(TSDMFieldIsTerminal(FieldOf(doc, name)));
-    }
-    EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 2);
-    EXPECT_EQ(LexArrayLength(LexDictGet(FieldOf(doc, "a.x")->obj, Kids_K)), 2);
-}
-
 TEST_F(LexField, AFieldThatItsFirstDisplayRemovesIsNoResult) {
     TestDoc doc(FormObjects({"/FT /Tx /T (a) /V (v)", "/FT /Tx /T (s) /V (v)"}));
     DMField *field = FieldOf(doc, "a");

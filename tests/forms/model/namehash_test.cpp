@@ -11,6 +11,7 @@
 #include "model/LexField.h"
 #include "model/NameHashCheck.h"
 #include "objects/LexUtil.h"
+#include "services/Warnings.h"
 #include "tests/forms/ModelFixture.h"
 
 namespace {
@@ -210,38 +211,106 @@ TEST_F(NameHash, EntriesAreInheritedByTheirRules) {
 
 // Shapes that earlier writers left behind.
 
-TEST_F(NameHash, FlatDottedTitlesBecomeATree) {
+/** Opened, all fields asked for, saved: what the file says of `Fields` and of the first page's widgets. */
+std::string ShapeAfterSave(const TestDoc &doc) {
+    Names(doc);
+    TestDoc again(TempFile("again.pdf", doc.Saved()).c_str());
+    std::string shape;
+    for (const char *place : {"Tessella/Fields", "Pages/Kids/0/Annots"}) {
+        const LexObj array = again.At(place);
+        for (std::int32_t i = 0; i < LexArrayLength(array); ++i) {
+            const LexObj element = LexArrayGet(array, i);
+            shape += Text(LexDictGet(element, T_K)) + "=" + Text(LexDictGet(element, value_K)) + " ";
+        }
+        shape += "| ";
+    }
+    return shape;
+}
+
+TEST_F(NameHash, ReadingAFormLeavesItsShapeAlone) {
+    // A terminal field "a" bars the way to "a.b"; a group "g" is not known as one before its kids are.
     for (const char *need : {"", "/NeedAppearances true"}) {
-        TestDoc doc(FormObjects({"/FT /Tx /T (d.b) /V (1)", "/FT /Tx /T (d.a) /V (2)", "/FT /Tx /T (r)"}, need));
-        EXPECT_EQ(Text(TSDMFieldGetEntry(FieldOf(doc, "d.a"), TSEntryV)), "2") << need;
-        EXPECT_EQ(Text(TSDMFieldGetEntry(FieldOf(doc, "d.b"), TSEntryV)), "1") << need;
-        EXPECT_EQ(Names(doc).size(), 3u);
-        // What hangs in the tree is no root any more.
-        EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 2);
-        EXPECT_EQ(LexArrayLength(At(FieldOf(doc, "d")->obj, "Kids")), 2);
-        TestDoc again(TempFile("again.pdf", doc.Saved()).c_str());
-        EXPECT_NE(FieldOf(again, "d.a"), nullptr);
-        EXPECT_EQ(LexArrayLength(again.At("Tessella/Fields")), 2);
+        TestDoc doc(FormObjects({"/FT /Tx /T (a) /V (1)", "/FT /Tx /T (a.b) /V (2)", "/FT /Tx /T (d.x) /V (3)",
+                                 "/FT /Tx /T (d.x) /V (3)", "/FT /Tx /T <FEFF0064002E03B1> /V (4)"},
+                                need));
+        EXPECT_EQ(Names(doc).size(), 5u) << need;
+        ASSERT_TRUE(TSDMFieldSetValue(FieldOf(doc, "d.x"), Str(doc, "new")));
+        ASSERT_TRUE(TSDMFieldSetValue(FieldOf(doc, "a.b"), Str(doc, "deep")));
+        const std::string all = "a=1 a.b=deep d.x=new d.x=new \xFE\xFF";
+        const std::string shape = ShapeAfterSave(doc);
+        EXPECT_EQ(shape.substr(0, all.size()), all) << need;
+        EXPECT_EQ(LexArrayLength(doc.At("Pages/Kids/0/Annots")), 5);
     }
 }
 
-TEST_F(NameHash, AWidgetThatCannotBeAFieldIsHiddenAndGoesWithTheNextSave) {
-    TestDoc doc(FormObjects({"/FT /Tx /T (a) /V (kept)", "/FT /Tx /T (a.b)"}));
-    const LexObj widget = doc.At("Pages/Kids/0/Annots/1");
-    EXPECT_EQ(Names(doc), std::vector<std::string>{"a"});
-    EXPECT_EQ(DMAnnotGetFlags(DMAnnotFromLexObj(widget)), TessellaWastedFlags);
-    EXPECT_TRUE(LexDictKnown(doc.At("Tessella"), waste_K));
-    doc.Saved();
-    EXPECT_EQ(LexArrayLength(doc.At("Pages/Kids/0/Annots")), 1);
-    EXPECT_FALSE(LexDictKnown(doc.At("Tessella"), waste_K));
-    EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 1);
-    EXPECT_EQ(Names(doc), std::vector<std::string>{"a"});
-    EXPECT_EQ(Text(TSDMFieldGetEntry(FieldOf(doc, "a"), TSEntryV)), "kept");
+TEST_F(NameHash, TheOrderOfTheFieldsDecidesNothing) {
+    const std::vector<std::string> parts = {"<< /T (a) /Kids [5 0 R] >>", WidgetObject("/FT /Tx /T (q) /Parent 4 0 R"),
+                                            WidgetObject("/FT /Tx /T (a.b.c) /V (1)"), WidgetObject("/FT /Tx /T (z)")};
+    for (const char *roots : {"4 0 R 6 0 R 7 0 R", "6 0 R 7 0 R 4 0 R", "7 0 R 4 0 R 6 0 R"}) {
+        TestDoc doc(TreeObjects(roots, parts));
+        ASSERT_TRUE(TSDMFieldSetValue(FieldOf(doc, "z"), Str(doc, "1"))) << roots;
+        EXPECT_EQ(Text(TSDMFieldGetValue(FieldOf(doc, "a.b.c"))), "1") << roots;
+        EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 3) << roots;
+        EXPECT_EQ(Names(doc).size(), 3u) << roots;
+    }
+}
+
+TEST_F(NameHash, DefiningBesideAndBelowARootWithADottedTitle) {
+    TestDoc doc(FormObjects({"/FT /Tx /T (a.b) /V (v)"}));
+    DMField *second = TSLexDictDefineField(NewWidget(doc), "a.b");
+    ASSERT_TRUE(TSDMFieldIsValid(second));
+    DMField *group = FieldOf(doc, "a.b");
+    EXPECT_EQ(second->parent, group);
+    EXPECT_EQ(Text(TSDMFieldGetValue(second)), "v");
+    EXPECT_EQ(TSLexDictDefineField(NewWidget(doc), "a.b.c"), nullptr) << "below a terminal field";
+    ASSERT_NE(TSLexDictDefineField(NewWidget(doc), "a.c"), nullptr);
+    EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 2);
+}
+
+TEST_F(NameHash, EntriesWithoutANameStandInNobodysWay) {
+    std::vector<std::string> warnings;
+    const std::int32_t id = TSFormWarningsObserve(
+        [](void *record, void *list) {
+            static_cast<std::vector<std::string> *>(list)->push_back(static_cast<TSFormWarning *>(record)->text);
+        },
+        &warnings);
+    for (const char *need : {"", "/NeedAppearances true"}) {
+        warnings.clear();
+        std::vector<std::string> objects = FormObjects({"/FT /Tx /T (a)", "/FT /Tx", "/FT /Tx /T 5"}, need);
+        objects[0].insert(objects[0].find("/Fields [") + 9, "<< >> ");
+        TestDoc doc(objects);
+        EXPECT_TRUE(TSDMFieldSetValue(FieldOf(doc, "a"), Str(doc, "1"))) << need;
+        ASSERT_NE(FieldOf(doc, ""), nullptr) << need;
+        EXPECT_TRUE(TSDMFieldIsAnnot(FieldOf(doc, "")));
+        EXPECT_EQ(Names(doc).size(), 2u) << need;
+        EXPECT_EQ(warnings.size(), 2u) << need;
+    }
+    TSFormWarningsIgnore(id);
+}
+
+TEST_F(NameHash, KidsDecideWhoseTheyAre) {
+    const std::vector<std::string> parts = {"<< /T (g) /FT /Tx /Kids [5 0 R 6 0 R 7 0 R] >>",
+                                            WidgetObject("/T (noparent)"),
+                                            WidgetObject("/T (wrong) /Parent 8 0 R"),
+                                            WidgetObject("/T (right) /Parent 4 0 R"),
+                                            "<< /T (h) /Kids [9 0 R] >>",
+                                            WidgetObject("/FT /Tx /T (k) /Parent 8 0 R")};
+    for (const bool pageFirst : {false, true}) {
+        TestDoc doc(TreeObjects("4 0 R 8 0 R", parts));
+        if (pageFirst) {
+            DMField *field = TSDMFieldFromLexObj(doc.At("Tessella/Fields/0/Kids/1"));
+            EXPECT_STREQ(TSDMFieldGetName(field), "g.wrong");
+        }
+        const std::vector<std::string> names = Names(doc);
+        EXPECT_EQ(std::set<std::string>(names.begin(), names.end()),
+                  (std::set<std::string>{"g.noparent", "g.wrong", "g.right", "h.k"}));
+    }
 }
 
 TEST_F(NameHash, WhileAFormIsAssembledRootsAreMerged) {
     TestDoc doc(FormObjects({"/FT /Tx /T (a) /V (1)", "/FT /Tx /T (b)"}));
-    LexDictPut(doc.At("Tessella"), docID_K, LexNewBoolean(doc.lex, false, true));
+    Names(doc);
+    TSLexDocFindHashHead(doc.lex)->assembling = true;
     const LexObj same = NewWidget(doc), inside = NewWidget(doc), fresh = NewWidget(doc);
     LexDictPut(same, T_K, Str(doc, "a"));
     LexDictPut(fresh, T_K, Str(doc, "bb"));
@@ -254,11 +323,6 @@ TEST_F(NameHash, WhileAFormIsAssembledRootsAreMerged) {
     ASSERT_TRUE(TSDMFieldIsValid(TSDMFieldFromLexObj(fresh)));
     EXPECT_EQ(TSDMFieldFromLexObj(inside), nullptr) << "below a terminal field";
     EXPECT_EQ(LexArrayLength(doc.At("Tessella/Fields")), 3);
-    // A root without a name makes no sense of the others.
-    FieldArrayAppend(doc.At("Tessella/Fields"), NewWidget(doc));
-    const LexObj late = NewWidget(doc);
-    LexDictPut(late, T_K, Str(doc, "late"));
-    EXPECT_EQ(TSDMFieldFromLexObj(late), nullptr);
 }
 
 TEST_F(NameHash, AHierarchyInsideAnotherRootComesApart) {
