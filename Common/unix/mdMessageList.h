@@ -423,5 +423,6 @@
     M(412, warnTwoTypes, "fields of different types have this name; each keeps its own value") \
     M(413, errorNoExchange, "This build of Forms cannot import or export form data") \
     M(414, errorNoScripts, "This build of Forms has no script engine") \
-    M(415, errorNoDialogs, "This build of Forms has no dialogs")
+    M(415, errorNoDialogs, "This build of Forms has no dialogs") \
+    M(416, warnLostCharacters, "the font lacks %s: bullets are shown instead")
 // clang-format on

@@ -19,7 +19,7 @@ enum ID : std::int32_t {
     MD_MESSAGE_LIST(MD_MESSAGE, MD_NO_MESSAGE)
 #undef MD_MESSAGE
 #undef MD_NO_MESSAGE
-        Count = 416
+        Count = 417
 };
 } // namespace Msg
 

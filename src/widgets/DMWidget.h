@@ -185,5 +185,3 @@ void TSDMWidgetSetNormalFace(DMAnnot annot, KRAtom state, LexObj face);
 void TSDMWidgetGetDrawingLook(DMField *field, TextAppearance *look);
 /** The same choice for a base font alone: makes `look` drawable in `doc`. */
 void TSLookUseDrawableFont(LexDoc doc, TextAppearance *look);
-/** A text as a font can show it: UCS-2 for Japanese fonts, else PDFDocEncoding with bullets for what it lacks. */
-EStrPtr TSTextForFont(const EStr *text, KRAtom font);

@@ -75,7 +75,3 @@ void TSDMWidgetGetDrawingLook(DMField *field, TextAppearance *look) {
     TSDMFieldGetDefaultTextAppearance(field, look);
     TSLookUseDrawableFont(TSDMFieldGetLexDoc(field), look);
 }
-
-EStrPtr TSTextForFont(const EStr *text, KRAtom font) {
-    return EStrPtr(EStrCopySetEncoding(text, IsKanji(font) ? EStrUCS2 : EStrPDFDoc));
-}

@@ -12,6 +12,7 @@
 #include "objects/FixedUtl.h"
 #include "objects/LexUtil.h"
 #include "objects/TextLook.h"
+#include "widgets/miWShownText.h"
 
 namespace {
 
@@ -80,7 +81,7 @@ TextAppearance WFaceLook(const WFace &face) {
 
 EStrPtr WFaceText(const char *hostText, const TextAppearance &look) {
     const EStrPtr text(EStrNewImpl(hostText, EStrHost));
-    return TSTextForFont(text.get(), look.baseFont);
+    return TSTextForFont(text.get(), look.baseFont, /*field*/ nullptr);
 }
 
 bool WFaceShowFieldValue(DMAnnot annot, const EStr *value, bool forced) {

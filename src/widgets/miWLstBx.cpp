@@ -12,6 +12,7 @@
 #include "model/DMFieldValue.h"
 #include "objects/ColorUtl.h"
 #include "widgets/WidgetHandlers.h"
+#include "widgets/miWShownText.h"
 #include "widgets/miWValueFace.h"
 
 namespace {
@@ -58,7 +59,7 @@ bool IsSelected(const ListLines &list, std::int32_t line) {
 void DrawLine(WValueFace &face, const ListLines &list, std::int32_t index) {
     LexObj element = LexArrayGet(list.options, list.choices[static_cast<std::size_t>(index)]);
     const EStrPtr name(EStrNewImpl(TSOptionGetShownText(element).c_str(), EStrHost));
-    const EStrPtr text = TSTextForFont(name.get(), face.look.baseFont);
+    const EStrPtr text = TSTextForFont(name.get(), face.look.baseFont, face.field);
     if (!IsSelected(list, index)) {
         CStoreBlockLine(list.block, EStrGetBytes(text.get()));
         return;

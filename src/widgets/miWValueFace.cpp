@@ -9,6 +9,7 @@
 #include "objects/AnnotUtl.h"
 #include "objects/LexUtil.h"
 #include "objects/Tessella.h"
+#include "widgets/miWShownText.h"
 
 namespace {
 
@@ -24,11 +25,12 @@ void HideText(EStr *text) {
     for (std::uint16_t at = 0; at < text->length; ++at) text->bytes[at] = '*';
 }
 
-// A single line shows no line ends.
-void DropLineEnds(EStr *text) {
-    for (const char *lineEnd : {"\r", "\n"}) {
+// A single line shows a line end as one blank.
+void JoinLines(EStr *text) {
+    const EStrPtr blank(EStrNewImpl(" ", EStrPDFDoc));
+    for (const char *lineEnd : {"\r\n", "\r", "\n"}) {
         const EStrPtr find(EStrNewImpl(lineEnd, EStrPDFDoc));
-        EStrReplace(text, find.get(), nullptr);
+        EStrReplace(text, find.get(), blank.get());
     }
 }
 
@@ -81,9 +83,9 @@ void WValueFaceWriteText(DMAnnot annot, const EStr *value, bool multiLine, bool 
     if (!TSDMFieldIsValid(field)) return;
     TSDMFieldClearWidgetWrappedText(field);
     WValueFace face = WValueFaceNew(annot, field);
-    const EStrPtr text = TSTextForFont(value, face.look.baseFont);
+    const EStrPtr text = TSTextForFont(value, face.look.baseFont, password ? nullptr : field);
     if (!EStrIsNull(text.get())) {
-        if (!multiLine) DropLineEnds(text.get());
+        if (!multiLine) JoinLines(text.get());
         if (password) HideText(text.get());
         WValueFaceDraw(face, [&] {
             if (multiLine)

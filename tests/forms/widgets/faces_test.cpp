@@ -54,10 +54,11 @@ TEST_F(Faces, ATextFieldDrawsItsFrameAndItsValue) {
     EXPECT_TRUE(Has(ShownText("/MK << >> /BS << /W 2 /S /I >>"), "/Tx BMC q 4 4 192 12 re W n BT /Helv1 10 Tf 0 g 8 "));
     EXPECT_TRUE(Has(ShownText("/Ff 8192"), "(***) Tj"));
     EXPECT_TRUE(Has(ShownText("/Q 2"), " 181.88 6.29 Td (abc)"));
-    // Line ends vanish from a single line and break several.
-    EXPECT_TRUE(Has(ShownText("", "a\r\nb\nc"), "(abc) Tj"));
+    // Line ends are blanks in a single line and break several.
+    EXPECT_TRUE(Has(ShownText("", "a\r\nb\nc"), "(a b c) Tj"));
     EXPECT_TRUE(Has(ShownText("/Ff 4096", "a\rb"), "1 0 0 1 1 21.07 Tm 1 -11.5601 Td (a) Tj 0 -11.5601 Td (b) Tj"));
-    // What the font lacks shows as a bullet.
+    // Blanks of any width are blanks, marks that show nothing go, and what the font lacks shows as a bullet.
+    EXPECT_TRUE(Has(ShownText("", std::string("\xFE\xFF\0a\x20\x0F\0\xA0\0\t\0b", 12)), "(a  b) Tj"));
     EXPECT_TRUE(Has(ShownText("", std::string("\xFE\xFF\x04\x14\0o", 6)), "(\\200o) Tj"));
     EXPECT_TRUE(Has(ShownText("/DA (/Helv 0 Tf 0 g)"), "/Helv1 13.8"));
     // Made for the height of 10 that it had; the viewer stretches it to 20.
