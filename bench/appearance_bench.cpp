@@ -23,7 +23,7 @@ SCDoc s_view;
 
 void OpenForm(const char *path) {
     KRPathName name = KRPathFromPlatformPath(path);
-    s_view = SCDocOpenFromFile(name, KRGetDefaultFileSys(), "");
+    s_view = SCDocOpenFromFile(name, KRGetDefaultFileSys(), /*params*/ nullptr);
     KRFileSysReleasePath(KRGetDefaultFileSys(), name);
 }
 

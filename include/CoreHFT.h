@@ -1,5 +1,8 @@
 // The core table: exceptions, atoms, callbacks, tables, plug-ins. The host hands it over in the set-up record; it is
 // never looked up by name.
+//
+// An exception is a code that travels to the innermost frame. Whoever must clean up, or cross code that cannot be
+// unwound, pushes a frame; whoever has nothing to clean up lets the code pass.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -7,6 +10,7 @@
 
 /** Set by the entry code before anything else of a plug-in runs. */
 inline KRHFT gCoreHFT = nullptr;
+/** Slots of the table. */
 inline constexpr int CoreHFTCount = 13;
 
 /**
@@ -15,7 +19,7 @@ inline constexpr int CoreHFTCount = 13;
  */
 using KRRestoreProc = void (*)(void *env);
 
-/** Slot behind KRRaise, which tells the compiler that it does not return. */
+/** Slot behind KRRaise below, which tells the compiler that it does not return. */
 inline constexpr Slot<&gCoreHFT, 1, void(KRErrorCode code)> KRRaiseSlot;
 
 /**
@@ -27,39 +31,55 @@ inline constexpr Slot<&gCoreHFT, 1, void(KRErrorCode code)> KRRaiseSlot;
     __builtin_unreachable();
 }
 
-/** Pushes a handler frame. Each frame is popped exactly once, on either road. PIFrame.h pairs the calls for C++. */
+/**
+ * Pushes a handler frame: what is raised from here on calls `restore(env)`. `env` belongs to the caller and lives until
+ * the pop. Each frame is popped exactly once, on either road. PIFrame.h pairs the calls for C++. Raises KRErrBadParam
+ * for a null `restore`.
+ */
 inline constexpr Slot<&gCoreHFT, 2, void(void *env, KRRestoreProc restore)> KRPushExceptionFrame;
+/** Pops the innermost frame: its owner's last step on the normal road, its first on the exceptional one. */
 inline constexpr Slot<&gCoreHFT, 3, void()> KRPopExceptionFrame;
 
 /** Code of the exception being handled; valid after the pop until the next raise. */
 inline constexpr Slot<&gCoreHFT, 4, KRErrorCode()> KRGetExceptionCode;
 
-/** Interns a NUL-terminated string of bytes (no slash). Raises KRErrNoMemory when all 65,535 atoms are given out. */
+/**
+ * The atom of a NUL-terminated string of bytes (no slash), which is interned when it is new and copied then. Raises
+ * KRErrNoMemory when all 65,535 atoms are given out, KRErrBadParam for null.
+ */
 inline constexpr Slot<&gCoreHFT, 5, KRAtom(const char *text)> KRAtomFromString;
 
-/** Text of an atom, valid for the life of the process; "" for KRAtomNull and numbers never given out. */
+/** Text of an atom, the host's memory for the life of the process; "" for KRAtomNull and numbers never given out. */
 inline constexpr Slot<&gCoreHFT, 6, const char *(KRAtom atom)> KRAtomGetString;
 
 /**
  * Makes a callback thunk for a procedure of the plug-in `extensionID`. What comes back is called in the shape of
- * `proc`. Thunks live until destroyed or until their plug-in is unloaded.
+ * `proc`. It is the caller's to destroy; what is left goes when the plug-in is unloaded. Raises KRErrBadParam for a
+ * null `proc`.
  */
 inline constexpr Slot<&gCoreHFT, 7, KRProc(KRWord extensionID, KRProc proc)> KRCallbackCreate;
+/** Destroys a callback, which nobody may call any more. What is no callback is left alone. */
 inline constexpr Slot<&gCoreHFT, 8, void(KRProc callback)> KRCallbackDestroy;
 
-/** A table by its name atom and exact or lower version; null when there is none that serves. */
+/**
+ * A table by the atom of its name, in a version that serves a caller of `version`; null when there is none. The table
+ * is its server's memory, good until the process ends. Raises what the server's procedure raises.
+ */
 inline constexpr Slot<&gCoreHFT, 9, KRHFT(KRAtom name, std::uint32_t version)> KRGetHFT;
 
-/** Host configuration by key ("Product" gives the viewer type text); null for an unknown key. The host's memory. */
+/** A text of the host's configuration ("Product": the viewer type), the host's memory; null for an unknown key. */
 inline constexpr Slot<&gCoreHFT, 10, const char *(KRAtom key)> KRGetConfiguration;
 
-/** Stops the enumeration by giving false. */
+/** One plug-in. `extension` serves for KRExtensionGetName as long as the plug-in is loaded. False ends the walk. */
 using KRExtensionEnumProc = KRBool (*)(KRExtension extension, void *clientData);
-/** Enumerates the loaded plug-ins in the order of loading. `onlyRunning` leaves out those not yet initialised. */
+/**
+ * Enumerates the loaded plug-ins in the order of loading. `onlyRunning` leaves out those not yet initialised; those
+ * that refused are left out always. Raises what `proc` raises, and KRErrBadParam for null.
+ */
 inline constexpr Slot<&gCoreHFT, 11, void(KRExtensionEnumProc proc, void *clientData, KRBool onlyRunning)>
     KRExtensionEnum;
 
-/** The name that the plug-in gave in its handshake. */
+/** The name that the plug-in gave in its handshake; KRAtomNull for what is no loaded plug-in. */
 inline constexpr Slot<&gCoreHFT, 12, KRAtom(KRExtension extension)> KRExtensionGetName;
 
 /** Atom like KRAtomFromString, but KRAtomNull where that would raise, and none made for a string not yet interned. */

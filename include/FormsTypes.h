@@ -60,6 +60,7 @@ struct DMField;
 /** The builder of an appearance stream. */
 struct CStore;
 
+/** What the bytes of a text mean. */
 enum EStrEncoding : std::int32_t {
     EStrHost = 0,
     EStrPDFDoc = 1,
@@ -75,25 +76,32 @@ enum EStrEncoding : std::int32_t {
  * `length` does not count. An observer may put other text in: grow `bytes` with KRrealloc and set all four members.
  */
 struct EStr {
+    /** A EStrEncoding but EStrText. */
     std::int32_t encoding;
     char *bytes;
+    /** In bytes, the mark of UCS-2 among them. */
     std::uint16_t length;
+    /** Bytes that the block has room for, the two zero bytes among them. */
     std::uint16_t capacity;
 };
 
-/** Text look of a field (`DA` and `Q`). Compared byte for byte: clear it before filling it. */
+/** Text look of a field (`DA` and `Q`). Lengths are points. Compared byte for byte: clear it before filling it. */
 struct TextAppearance {
+    /** `Tc` and `Tw`. */
     KRFixed charSpacing;
     KRFixed wordSpacing;
     /** Percent, 100.0 for none. */
     KRFixed hScale;
+    /** `TL` and `Ts`. */
     KRFixed leading;
     KRFixed rise;
     /** Points; 0 means automatic. */
     KRFixed size;
+    /** `Tm`. */
     KRFixedMatrix matrix;
     DMColorValue strokeColor;
     DMColorValue fillColor;
+    /** `Tr`, 0 to 7. */
     std::uint16_t renderMode;
     /** 0 left, 1 centre, 2 right. */
     std::uint16_t quadding;
@@ -104,6 +112,7 @@ struct TextAppearance {
 };
 static_assert(std::has_unique_object_representations_v<TextAppearance>, "compared byte for byte");
 
+/** Names of `S` in a border dictionary: `S`, `D`, `B`, `I`, `U`. */
 enum TSBorderStyle : std::int32_t {
     TSBorderSolid = 0,
     TSBorderDashed = 1,
@@ -114,13 +123,27 @@ enum TSBorderStyle : std::int32_t {
 
 /** Border of a widget. Compared byte for byte. */
 struct TSBorder {
+    /** A TSBorderStyle. */
     std::int32_t style;
     /** Whole points. */
     std::int32_t width;
+    /** Lengths of dashes and gaps in points; unused ones are 0. */
     std::int32_t dashCount;
     KRFixed dashes[10];
 };
 static_assert(std::has_unique_object_representations_v<TSBorder>, "compared byte for byte");
+
+/** Masks of the entries of a form or field dictionary that are inherited. */
+enum TSEntry : std::uint32_t {
+    TSEntryDV = 1,
+    TSEntryV = 2,
+    TSEntryDA = 4,
+    TSEntryOH = 8,
+    TSEntryDR = 16,
+    TSEntryQ = 32,
+    /** The highest: loops over the entries run down from here. */
+    TSEntryVT = 64
+};
 
 /** What every broadcast of the form carries; members that a broadcast has no use for are 0. */
 struct TSFieldNotifyRec {
@@ -128,31 +151,42 @@ struct TSFieldNotifyRec {
     DMField *field;
     /** Text of the value, in and out. */
     EStr *value;
-    /** Server 7: the text about to go in, in and out. */
+    /** TSWidgetValidate: the text about to go in, in and out. */
     EStr *change;
+    /** TSWidgetValidate: the range of the text that `change` replaces. */
     std::int32_t selStart;
     std::int32_t selEnd;
     /** Out: not 0 refuses. */
     std::uint32_t reject;
-    /** Server 3: mask of the changed form entries. */
+    /** TSFormEntryDidChange: sum of TSEntry, the form entries that changed. */
     std::uint32_t entries;
+    /** 0. */
     KRWord reserved3;
     KRWord reserved4;
 };
 
 /** Indexes of the notification servers. */
 enum TSServer : std::int32_t {
+    /** `value` may be rewritten, `reject` refuses it. */
     TSValueWillChange = 0,
+    /** It is stored; what depends on it is calculated here. */
     TSValueDidChange = 1,
+    /** A document got a form. */
     TSFormDidCreate = 2,
+    /** `entries` of the form dictionary changed. */
     TSFormEntryDidChange = 3,
     TSFormWillDestroy = 4,
+    /** `field` got its first companion of the same name, and lost its last one. */
     TSFieldDidSplit = 5,
     TSFieldDidJoin = 6,
+    /** What is typed or chosen may be rewritten in `change`, and refused. */
     TSWidgetValidate = 7,
+    /** The focus goes from widget to widget; `reject` refuses. */
     TSWidgetWillEnter = 8,
     TSWidgetDidLeave = 9,
+    /** `value` is what the widget will show, and may be rewritten. */
     TSFieldWillDisplay = 10,
+    /** Data was submitted or imported. */
     TSFormDataDidMove = 11,
     TSServerCount = 12
 };
@@ -183,7 +217,7 @@ enum TSSeal : std::uint32_t {
     TSSealXFA = 0x8
 };
 
-/** Stops the enumeration by giving false. */
+/** One field. False ends the walk. */
 using TSFieldEnumProc = KRBool (*)(DMField *field, void *clientData);
 
 /**
@@ -215,24 +249,31 @@ enum TSMixed : std::uint32_t {
 
 /** Data of a widget, the transfer format of authoring. Its handler puts a record of its own behind it. */
 struct TSWidgetData {
+    /** The widget type: "Text", "ComboBox", "ListBox", "Button", "CheckBox", "RadioButton" or a field type. */
     KRAtom type;
     /** Full field name in host encoding; owned. */
     char *title;
     /** The field's `TU` text; owned. */
     EStr *userName;
+    /** Points. */
     KRFixedRect rect;
     DMColorValue borderColor;
+    /** The colour of the annotation itself: always red. */
     DMColorValue annotColor;
     DMColorValue textColor;
     DMColorValue backColor;
     TSBorder border;
+    /** Base font, such as "Helvetica". */
     KRAtom font;
+    /** Points; 0 means automatic. */
     KRFixed textSize;
     /** A sum of DMAnnotFlag. */
     std::uint32_t annotFlags;
     /** A sum of TSFieldFlag. */
     std::uint32_t fieldFlags;
+    /** 0 left, 1 centre, 2 right. */
     std::uint16_t quadding;
+    /** Degrees. */
     std::uint16_t rotation;
     /** A sum of TSMixed: what differs across a selection; what is set is not written. */
     std::uint32_t mixed;
@@ -267,11 +308,13 @@ enum TSNameTreeFlags : std::uint32_t {
 
 /**
  * A widget type's operations. The order of the members is a contract. An empty slot means that there is nothing to do;
- * callers test first. The record belongs to the registrant and must outlive the plug-in.
+ * callers test first. The record belongs to the registrant and must outlive the plug-in. Places are device units of the
+ * page view; `flags` is the sum of SCModifier held at the time, `clicks` 1 or, for the second of a double click, 2.
  */
 struct SCWidgetHandler {
     /** Of this record in bytes. */
     std::uint32_t size;
+    /** The registrant's. */
     void *userData;
     /** Not 0: clicks go through press tracking, and the widget takes no focus first. */
     std::uint16_t usesTracking;
@@ -283,22 +326,34 @@ struct SCWidgetHandler {
     void (*GetName)(SCWidgetHandler *handler, char *buffer, std::int32_t size);
     /** True: drawn; false lets the annotation handler draw the face. */
     KRBool (*Draw)(SCWidgetHandler *handler, DMAnnot annot, SCPageView view, KRBool focused);
+    /** A key for the focused widget. */
     void (*DoKeyDown)(SCWidgetHandler *handler, DMAnnot annot, std::uint16_t key, std::uint32_t flags);
+    /** A new record of what the widget is, for ReleaseData. */
     TSWidgetData *(*AcquireData)(SCWidgetHandler *handler, DMAnnot annot);
+    /** Sets bits of TSMixed in the first record. */
     void (*CompareData)(SCWidgetHandler *handler, TSWidgetData *first, const TSWidgetData *other);
+    /** Writes a record, all but what is mixed in it; it stays the caller's. Raises KRErrBadParam, KRErrDefineFailed. */
     void (*WriteData)(SCWidgetHandler *handler, DMAnnot annot, TSWidgetData *data);
     void (*reserved)();
+    /** Frees a record of this handler. Null allowed. */
     void (*ReleaseData)(SCWidgetHandler *handler, TSWidgetData *data);
-    /** Makes `AP` from `value` (or from the field when null). `state` is an on-state or KRAtomNull. */
+    /** Makes `AP` from `value` (or from the field when null). `state` is an on-state or KRAtomNull; `forced`: also when
+     *  there is one. */
     void (*WriteAppearance)(SCWidgetHandler *handler, DMAnnot annot, KRAtom state, EStr *value, KRBool forced);
+    /** Draws the mark of the focus, or takes it off. */
     void (*Select)(SCWidgetHandler *handler, DMAnnot annot, SCPageView view, KRBool on);
+    /** The first button went down on the widget; and the second one, below. */
     void (*Click)(SCWidgetHandler *handler, DMAnnot annot, SCPageView view, std::int16_t x, std::int16_t y,
                   std::uint32_t flags, std::int16_t clicks);
     void (*RightClick)(SCWidgetHandler *handler, DMAnnot annot, SCPageView view, std::int16_t x, std::int16_t y,
                        std::uint32_t flags, std::int16_t clicks);
+    /** The rectangle (points) was changed. */
     void (*Resize)(SCWidgetHandler *handler, DMAnnot annot, const KRFixedRect *rect);
+    /** The view moved. */
     void (*Scroll)(SCWidgetHandler *handler, DMAnnot annot);
+    /** The pointer is over the widget. True: the cursor was set. */
     KRBool (*AdjustCursor)(SCWidgetHandler *handler, DMAnnot annot, SCPageView view, std::int16_t x, std::int16_t y);
+    /** Takes the focus. Without these two, the focused widget is the view's selected annotation. */
     void (*Focus)(SCWidgetHandler *handler, DMAnnot annot, SCPageView view);
     KRBool (*IsFocus)(SCWidgetHandler *handler, DMAnnot annot, SCPageView view);
 };

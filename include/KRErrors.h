@@ -1,10 +1,11 @@
-// Error codes that travel as host exceptions. Severity stands in the top four bits: 4 is an error in use or of the
-// system, 2 one that the user is told of. Codes of KRRegisterErrorString lie above KRErrRegisteredBase.
-// SPDX-License-Identifier: MIT
+// Error codes that travel as host exceptions. The top four bits hold a KRSeverity of KernelSupportHFT.h;
+// KRGetErrorString gives the text of any code. Codes that KRRegisterErrorString gives out lie above KRErrRegisteredBase
+// in their lower bits, so that none of them is ever equal to one of these. SPDX-License-Identifier: MIT
 #pragma once
 
 #include "KRTypes.h"
 
+/** Success. It cannot be raised: KRRaise makes KRErrBadParam of it. */
 inline constexpr KRErrorCode KRErrNone = 0;
 /** Out of memory, or out of atoms. */
 inline constexpr KRErrorCode KRErrNoMemory = 2;
@@ -32,10 +33,14 @@ inline constexpr KRErrorCode KRErrPermission = 0x20020022;
 /** A stream whose data cannot be decoded, or decodes to more than the limit. */
 inline constexpr KRErrorCode KRErrBadStream = 0x20020023;
 
-/** A file that is not there, cannot be opened, read or written; the disk is full. */
+/** A file, or a folder on the way to it, that is not there. */
 inline constexpr KRErrorCode KRErrFileNotFound = 0x20030001;
+/** A file that is there and cannot be opened: no right to it, a folder, too many files open. */
 inline constexpr KRErrorCode KRErrFileOpen = 0x20030002;
+/** Reading or writing failed half-way. */
 inline constexpr KRErrorCode KRErrFileIO = 0x20030003;
+/** The disk or the user's share of it is full, or the file became too large. */
 inline constexpr KRErrorCode KRErrDiskFull = 0x20030004;
 
+/** Where registered codes begin, without their severity. */
 inline constexpr KRErrorCode KRErrRegisteredBase = 0x00100000;

@@ -16,15 +16,19 @@ using KRBool = std::uint16_t;
 
 /** An interned string. Atoms are numbered by the host and live as long as the process. */
 using KRAtom = std::uint16_t;
+/** No atom: an absent name or type. Never given out for a text. */
 inline constexpr KRAtom KRAtomNull = 0xFFFF;
 
 /** A signed 16.16 number: points on the page, zoom factors, colour components. */
 using KRFixed = std::int32_t;
+/** 1.0. */
 inline constexpr KRFixed KRFixedOne = 0x10000;
+/** For whole numbers of -32768 to 32767; what lies beyond loses its high bits. */
 constexpr KRFixed KRFixedFromInt(std::int32_t whole) {
     return static_cast<KRFixed>(static_cast<std::uint32_t>(whole) << 16);
 }
 
+/** A point on a page, in points: `h` to the right, `v` upward. */
 struct KRFixedPoint {
     KRFixed h, v;
 };
@@ -43,10 +47,15 @@ inline constexpr KRFixedMatrix KRFixedMatrixIdentity{KRFixedOne, 0, 0, KRFixedOn
 /** 0 is success. What a table's operation raises is one of the codes of KRErrors.h or a registered one. */
 using KRErrorCode = std::int32_t;
 
-// Files and streams of bytes.
+// Files and streams of bytes: the operations stand in KernelSupportHFT.h.
+
+/** An open file, with one position for reading and writing. */
 using KRFile = struct KRFileRec *;
+/** A source of bytes, read once from front to back. */
 using KRStm = struct KRStmRec *;
+/** A kind of places where files are: the Unix one, or the web. Never given back. */
 using KRFileSys = struct KRFileSysRec *;
+/** A place in a file system, whether or not there is a file. Whoever got it releases it. */
 using KRPathName = struct KRPathNameRec *;
 
 /** A table server (a name under which tables are asked for) and a plug-in as the host sees it. */
@@ -64,7 +73,7 @@ struct LexObj {
 /** The object store of one file: of a PDF document or of an FDF file. */
 using LexDoc = struct LexDocRec *;
 
-/** Numbers of LexObjGetType. */
+/** Numbers of LexObjGetType. A number of the file is LexInteger without a point and LexFixed with one. */
 enum LexType : std::int32_t {
     LexNull = 0,
     LexInteger = 1,
@@ -77,35 +86,52 @@ enum LexType : std::int32_t {
     LexStream = 8
 };
 
+/** An open PDF document. Counted: DMDocOpen takes a reference and DMDocClose gives one up. */
 using DMDoc = struct DMDocRec *;
+/** A page of a document. Counted: what was acquired is released. */
 using DMPage = struct DMPageRec *;
 
-// Thin views of a LexObj, kept apart so that the compiler sees which is meant.
+// Thin views of a LexObj, kept apart so that the compiler sees which is meant. Making one checks nothing: ask IsValid.
+
+/** An annotation: a dictionary with a name `Subtype`. */
 struct DMAnnot {
     KRWord node, slot;
 };
+/** An action: a dictionary with a name `S`, or a destination in its place. */
 struct DMAction {
     KRWord node, slot;
 };
+/** A file specification: a string, or a dictionary of names for one file. */
 struct DMFileSpec {
     KRWord node, slot;
 };
+/** The root dictionary of a name tree. */
 struct DMNameTree {
     KRWord node, slot;
 };
 
+// What the viewer shows: the operations stand in ScreenViewHFT.h.
+
+/** A document open in a view, with or without a window. Valid until the view closes. */
 using SCDoc = struct SCDocRec *;
+/** The part of a view that shows pages. Valid as long as its SCDoc. */
 using SCPageView = struct SCPageViewRec *;
+/** The window of a view. Null without a desktop. */
 using SCWindow = struct SCWindowRec *;
+/** The one menu bar, the host's for good. */
 using SCMenubar = struct SCMenubarRec *;
+/** A menu, and an item of one. Counted: what was made or acquired is released. */
 using SCMenu = struct SCMenuRec *;
 using SCMenuItem = struct SCMenuItemRec *;
+/** The tool bar and a button on it. Null without a desktop. */
 using SCToolBar = struct SCToolBarRec *;
 using SCToolButton = struct SCToolButtonRec *;
+/** What the pointer does in a page view, such as "Hand". */
 using SCTool = struct SCToolRec *;
+/** A shape of the pointer. Null without a desktop. */
 using SCCursor = struct SCCursorRec *;
 
-/** A rectangle in device units, y growing downward. */
+/** A rectangle in device units of a page view, y growing downward. */
 struct SCRect {
     std::int16_t left, top, right, bottom;
 };

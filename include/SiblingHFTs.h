@@ -1,5 +1,5 @@
-// Tables of the host's siblings. Each may be absent: a plug-in tests its table for null before the first call.
-// SPDX-License-Identifier: MIT
+// Tables of the host's siblings. Each may be absent: a plug-in asks KRGetHFT for the name and version that stand here,
+// and tests its table for null before the first call. SPDX-License-Identifier: MIT
 #pragma once
 
 #include "HFT.h"
@@ -8,14 +8,17 @@
 inline KRHFT gNLHFT = nullptr;
 inline constexpr std::uint32_t NetAnchorHFTVersion = 1;
 inline constexpr int NetAnchorHFTCount = 1;
-/** Opens a URL; `doc` may be null, `flags` is 0. True when the browser took it. */
+/** Opens a URL. `doc` is the view that asks, or null; `flags` is 0. True when the browser took it. */
 inline constexpr Slot<&gNLHFT, 1, KRBool(SCDoc doc, const char *url, std::uint32_t flags)> NLOpenURL;
 
 /** "PostOut": mail. */
 inline KRHFT gPostOutHFT = nullptr;
 inline constexpr std::uint32_t PostOutHFTVersion = KRVersion(1, 0);
 inline constexpr int PostOutHFTCount = 1;
-/** A mail with an attachment. `showDialog` is 1; `attachment` is a Unix path. */
+/**
+ * Starts a mail with an attachment, a Unix path. Texts are host text; all but `to` may be null. `showDialog` is 1: the
+ * user sees it before it goes. True when it was handed over.
+ */
 inline constexpr Slot<&gPostOutHFT, 1,
                       KRBool(SCDoc doc, KRBool showDialog, const char *to, const char *cc, const char *bcc,
                              const char *subject, const char *message, const char *attachment)>
@@ -26,7 +29,7 @@ inline KRHFT gBaseToolHFT = nullptr;
 inline constexpr std::uint32_t BaseToolHFTVersion = KRVersion(4, 0);
 inline constexpr int BaseToolHFTCount = 4;
 
-/** Thousandths of the em. */
+/** Of a font, in thousandths of the em. */
 struct BaseToolFontMetrics {
     std::int32_t bboxLeft, bboxBottom, bboxRight, bboxTop;
     std::int32_t ascender;
@@ -41,17 +44,22 @@ struct BaseToolFontMetrics {
 inline constexpr Slot<&gBaseToolHFT, 1,
                       KRBool(const char *fontName, BaseToolFontMetrics *metrics, std::int32_t widths[256])>
     BaseToolGetFontMetrics;
+/** A converter, the table's own, never given back. */
 using BaseToolConverter = struct BaseToolConverterRec *;
 /** Converter by name: "Host", "PDFDocEncoding", "Shift-JIS", "UTF-8"; null for another. Lives as long as the process.
  */
 inline constexpr Slot<&gBaseToolHFT, 2, BaseToolConverter(const char *name)> BaseToolGetConverter;
+/** How a conversion went. */
 enum BaseToolError : std::int32_t { BaseToolOK = 0, BaseToolNotConvertible = 1, BaseToolTargetTooSmall = 2 };
-/** Host text to big-endian UCS-2 without mark; gives the bytes written. Beyond the basic plane is not convertible. */
+/**
+ * Text of the converter's encoding to big-endian UCS-2 without mark; gives the bytes written, and a BaseToolError in
+ * `*error` (may be null). Stops at the first character that cannot be: beyond the basic plane none can.
+ */
 inline constexpr Slot<&gBaseToolHFT, 3,
                       std::int32_t(BaseToolConverter converter, const char *source, std::int32_t sourceLength,
                                    char *target, std::int32_t targetSize, std::int32_t *error)>
     BaseToolHostToUCS;
-/** The other way; stops at the first unit that the encoding lacks. */
+/** The other way, likewise; stops at the first unit that the encoding lacks. */
 inline constexpr Slot<&gBaseToolHFT, 4,
                       std::int32_t(BaseToolConverter converter, const char *source, std::int32_t sourceLength,
                                    char *target, std::int32_t targetSize, std::int32_t *error)>

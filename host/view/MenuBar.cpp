@@ -64,16 +64,29 @@ void aboutExtensions(SCDoc) {
     ShowAlert({SCAlertIconNone, text, {"OK", "", ""}, /*beep*/ false});
 }
 
+template <SelectionEdit Edit>
+HostItem editItem(const char *name, const char *title) {
+    return {name, title, [](SCDoc v) { EditSelection(v, Edit); }, [](SCDoc v) { return CanEditSelection(v, Edit); }};
+}
+
+std::vector<HostItem> editItems() {
+    return {editItem<SelectionEdit::Cut>("Cut", "Cu&t"),
+            editItem<SelectionEdit::Copy>("Copy", "&Copy"),
+            editItem<SelectionEdit::Paste>("Paste", "&Paste"),
+            editItem<SelectionEdit::Delete>("Clear", "De&lete"),
+            editItem<SelectionEdit::SelectAll>("SelectAll", "Select &All"),
+            {"DeselectAll", "&Deselect", [](SCDoc v) { ClearSelection(v, /*highlight*/ true); },
+             [](SCDoc v) { return SelectionType(v) != KRAtomNull; }},
+            editItem<SelectionEdit::Properties>("Properties", "P&roperties...")};
+}
+
 const std::vector<HostMenu> &hostMenus() {
     static const std::vector<HostMenu> s_menus{
         {"File",
          "&File",
          {{"Save", "&Save", &save, &canSave},
           {"Close", "&Close", [](SCDoc v) { CloseView(v, /*noDirtyCheck*/ false); }, nullptr}}},
-        {"Edit",
-         "&Edit",
-         {{"DeselectAll", "&Deselect", [](SCDoc v) { ClearSelection(v, /*highlight*/ true); },
-           [](SCDoc v) { return SelectionType(v) != KRAtomNull; }}}},
+        {"Edit", "&Edit", editItems()},
         {"Document",
          "&Document",
          {{"FirstPage", "&First Page", [](SCDoc v) { GoToPage(page(v), 0); }, &notFirst},

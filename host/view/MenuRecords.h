@@ -13,6 +13,7 @@ struct SCMenubarRec {
 };
 
 struct SCMenuRec {
+    /** Of callers; standing in the bar or on an item is none. */
     int references = 1;
     /** In the order of making: an item outside the bar is found in the oldest menu that has it. */
     std::uint64_t number = 0;
@@ -25,6 +26,7 @@ struct SCMenuRec {
 };
 
 struct SCMenuItemRec {
+    /** Of callers; standing in a menu is none. */
     int references = 1;
     std::string title, name;
     KRWord extensionID = 0;
@@ -45,7 +47,7 @@ namespace jackdaw {
 
 /** Puts the host's menus into an empty bar. */
 void FillMenubar(SCMenubar bar);
-/** The bar takes a reference of its own. */
+/** Puts a menu that stands nowhere behind the others. */
 void AddMenuToBar(SCMenubar bar, SCMenu menu);
 
 } // namespace jackdaw

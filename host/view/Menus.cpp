@@ -65,13 +65,17 @@ void eraseOne(std::vector<T> &list, T value) {
     if (found != list.end()) list.erase(found);
 }
 
-/** Gives up references until none is left to give up: a menu's end releases its items, an item's its submenu. */
-void release(std::vector<SCMenu> menus, std::vector<SCMenuItem> items) {
+bool stands(SCMenu menu) {
+    return menu->bar || menu->parentItem;
+}
+
+/** Frees what stands nowhere and nobody refers to: a menu's end lets go of its items, an item's of its submenu. */
+void freeIfLoose(std::vector<SCMenu> menus, std::vector<SCMenuItem> items) {
     while (!menus.empty() || !items.empty()) {
         if (!menus.empty()) {
             const SCMenu menu = menus.back();
             menus.pop_back();
-            if (--menu->references > 0) continue;
+            if (menu->references > 0 || stands(menu)) continue;
             for (const SCMenuItem item : menu->items) {
                 item->parent = nullptr;
                 items.push_back(item);
@@ -81,7 +85,7 @@ void release(std::vector<SCMenu> menus, std::vector<SCMenuItem> items) {
         } else {
             const SCMenuItem item = items.back();
             items.pop_back();
-            if (--item->references > 0) continue;
+            if (item->references > 0 || item->parent) continue;
             if (item->submenu) {
                 item->submenu->parentItem = nullptr;
                 menus.push_back(item->submenu);
@@ -96,24 +100,31 @@ void barChanged() {
     if (Platform().menusChanged) Platform().menusChanged();
 }
 
-/** Off whatever holds the menu, whose reference goes too. */
+template <class Handle>
+void acquire(Handle handle) {
+    if (handle) ++handle->references;
+}
+
+/** The host cannot tell whose a reference is, but it can tell when there is none. */
+void dropReference(int &references) {
+    if (references == 0) throw HostError{KRErrBadParam, "A menu or an item is released that nobody acquired."};
+    --references;
+}
+
+/** Off whatever holds the menu; the caller frees it or puts it somewhere. */
 void detachMenu(SCMenu menu) {
     if (menu->parentItem)
         menu->parentItem->submenu = nullptr;
     else if (menu->bar)
         eraseOne(menu->bar->menus, menu);
-    else
-        return;
     menu->parentItem = nullptr;
     menu->bar = nullptr;
-    release({menu}, {});
 }
 
 void detachItem(SCMenuItem item) {
     if (!item->parent) return;
     eraseOne(item->parent->items, item);
     item->parent = nullptr;
-    release({}, {item});
 }
 
 /** Walks a menu and all below it, outer before inner, until `visit` gives true. */
@@ -174,7 +185,6 @@ void DestroyMenus() {
 
 void AddMenuToBar(SCMenubar bar, SCMenu menu) {
     checked(menu);
-    ++menu->references;
     menu->bar = bar;
     bar->menus.push_back(menu);
 }
@@ -186,20 +196,32 @@ SCMenu AcquireMenuByName(SCMenubar bar, const char *name) {
         found = menu;
         return true;
     });
-    if (found) ++found->references;
+    acquire(found);
     return found;
 }
 
 SCMenuItem AcquireItemByName(SCMenubar bar, const char *name) {
     SCMenuItem found = itemNamed(checked(bar).menus, textOf(name));
     if (!found) found = itemNamed(live().inOrder(), textOf(name));
-    if (found) ++found->references;
+    acquire(found);
     return found;
 }
 
 SCMenu AcquireSubmenu(SCMenuItem item) {
     const SCMenu menu = checked(item).submenu;
-    if (menu) ++menu->references;
+    acquire(menu);
+    return menu;
+}
+
+SCMenuItem AcquireParentItem(SCMenu menu) {
+    const SCMenuItem item = checked(menu).parentItem;
+    acquire(item);
+    return item;
+}
+
+SCMenu AcquireParentMenu(SCMenuItem item) {
+    const SCMenu menu = checked(item).parent;
+    acquire(menu);
     return menu;
 }
 
@@ -226,7 +248,6 @@ SCMenuItem NewMenuItem(const char *title, const char *name, SCMenu submenu, bool
     item->extensionID = extensionID;
     live().items.insert(item);
     if (submenu) {
-        ++submenu->references;
         detachMenu(submenu);
         item->submenu = submenu;
         submenu->parentItem = item;
@@ -235,28 +256,30 @@ SCMenuItem NewMenuItem(const char *title, const char *name, SCMenu submenu, bool
 }
 
 void AcquireItem(SCMenuItem item) {
-    ++checked(item).references;
+    acquire(&checked(item));
 }
 
 void ReleaseMenu(SCMenu menu) {
-    checked(menu);
-    release({menu}, {});
+    dropReference(checked(menu).references);
+    freeIfLoose({menu}, {});
 }
 
 void ReleaseItem(SCMenuItem item) {
-    checked(item);
-    release({}, {item});
+    dropReference(checked(item).references);
+    freeIfLoose({}, {item});
 }
 
 void RemoveMenu(SCMenu menu) {
     checked(menu);
     detachMenu(menu);
+    freeIfLoose({menu}, {});
     barChanged();
 }
 
 void RemoveItem(SCMenuItem item) {
     checked(item);
     detachItem(item);
+    freeIfLoose({}, {item});
     barChanged();
 }
 
@@ -267,21 +290,12 @@ void AddItem(SCMenu menu, SCMenuItem item, std::int32_t index) {
         if (above == item->submenu) throw HostError{KRErrBadParam, "A menu cannot stand below itself."};
         above = above->parentItem ? above->parentItem->parent : nullptr;
     }
-    ++item->references;
     detachItem(item);
     const auto count = static_cast<std::int32_t>(menu->items.size());
     const std::int32_t place = index < 0 || index > count ? count : index;
     menu->items.insert(menu->items.begin() + place, item);
     item->parent = menu;
     barChanged();
-}
-
-SCMenuItem ParentItemOf(SCMenu menu) {
-    return checked(menu).parentItem;
-}
-
-SCMenu ParentMenuOf(SCMenuItem item) {
-    return checked(item).parent;
 }
 
 void SetItemExecute(SCMenuItem item, SCExecuteProc proc, void *clientData) {

@@ -46,6 +46,30 @@ KRErrorCode lose(SCDoc view, SCSelectionServer *server, void *data, bool highlig
     return code;
 }
 
+/** A pair of the server's record: whether, and do it. */
+struct EditPair {
+    SCCanEditProc SCSelectionServer::*can;
+    SCEditProc SCSelectionServer::*edit;
+};
+
+EditPair pairOf(SelectionEdit edit) {
+    using Server = SCSelectionServer;
+    switch (edit) {
+    case SelectionEdit::Cut:
+        return {&Server::canCut, &Server::cut};
+    case SelectionEdit::Copy:
+        return {&Server::canCopy, &Server::copy};
+    case SelectionEdit::Paste:
+        return {&Server::canPaste, &Server::paste};
+    case SelectionEdit::Delete:
+        return {&Server::canDelete, &Server::deleteSelection};
+    case SelectionEdit::SelectAll:
+        return {&Server::canSelectAll, &Server::selectAll};
+    default:
+        return {&Server::canProperties, &Server::properties};
+    }
+}
+
 // The host's own server.
 
 using SelectionProc = void (*SCAnnotHandler::*)(SCAnnotHandler *, DMAnnot, SCPageView);
@@ -140,6 +164,27 @@ bool SelectionKeyDown(SCDoc view, std::uint16_t key, std::uint32_t flags) {
     bool taken = false;
     if (keyDown) ThrowIf(HostProtect([&] { taken = keyDown(view, rec.selection, key, flags) != 0; }));
     return taken;
+}
+
+bool CanEditSelection(SCDoc view, SelectionEdit edit) {
+    const SCDocRec &rec = RecordOf(view);
+    if (rec.selectionType == KRAtomNull) return false;
+    const SCSelectionServer *server = serverOf(rec.selectionType);
+    const EditPair pair = pairOf(edit);
+    const auto can = MemberOf(server, pair.can);
+    if (!can || !MemberOf(server, pair.edit)) return false;
+    bool result = false;
+    ThrowIf(HostProtect([&] { result = can(view, rec.selection) != 0; }));
+    return result;
+}
+
+void EditSelection(SCDoc view, SelectionEdit edit) {
+    if (!CanEditSelection(view, edit)) return;
+    // Asking may have changed what is selected.
+    const SCDocRec &rec = RecordOf(view);
+    const SCSelectionServer *server = serverOf(rec.selectionType);
+    const auto proc = server ? MemberOf(server, pairOf(edit).edit) : nullptr;
+    if (proc) ThrowIf(HostProtect([&] { proc(view, rec.selection); }));
 }
 
 void ForgetSelectionServers() {

@@ -24,4 +24,11 @@ bool ClearSelection(SCDoc view, bool highlight);
 /** A key for what is selected; false when nobody took it. */
 bool SelectionKeyDown(SCDoc view, std::uint16_t key, std::uint32_t flags);
 
+/** What the Edit menu does to what is selected. */
+enum class SelectionEdit { Cut, Copy, Paste, Delete, SelectAll, Properties };
+/** The server of what is selected has the pair, and says that it can. */
+bool CanEditSelection(SCDoc view, SelectionEdit edit);
+/** Does it where it can be done. */
+void EditSelection(SCDoc view, SelectionEdit edit);
+
 } // namespace jackdaw

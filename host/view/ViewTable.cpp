@@ -128,7 +128,11 @@ SCMenuItem trackPopUp(SCMenu menu, std::int16_t x, std::int16_t y, KRBool rightM
     MenuName(menu);
     if (!Platform().trackPopUp) return nullptr;
     const SCMenuItem item = Platform().trackPopUp(menu, x, y, rightMouse != 0);
-    if (item) AcquireItem(item);
+    if (!item) return nullptr;
+    AcquireItem(item);
+    const KRErrorCode code = HostProtect([&] { SCMenuItemExecute(item); });
+    if (code != KRErrNone) ReleaseItem(item);
+    ThrowIf(code);
     return item;
 }
 
@@ -324,7 +328,7 @@ void fillMenus() {
     Bind<&NewMenu>(SCMenuNew);
     Bind<&ReleaseMenu>(SCMenuRelease);
     Bind<&RemoveMenu>(SCMenuRemove);
-    Bind<&ParentItemOf>(SCMenuGetParentMenuItem);
+    Bind<&AcquireParentItem>(SCMenuGetParentMenuItem);
     Bind<&AddItem>(SCMenuAddMenuItem);
     Bind<&NewMenuItem>(SCMenuItemNew);
     Bind<&AcquireSubmenu>(SCMenuItemAcquireSubmenu);
@@ -333,7 +337,7 @@ void fillMenus() {
     Bind<&SetItemExecute>(SCMenuItemSetExecuteProc);
     Bind<&SetItemEnabled>(SCMenuItemSetComputeEnabledProc);
     Bind<&SetItemMarked>(SCMenuItemSetComputeMarkedProc);
-    Bind<&ParentMenuOf>(SCMenuItemGetParentMenu);
+    Bind<&AcquireParentMenu>(SCMenuItemGetParentMenu);
     Bind<&ExecuteItem>(SCMenuItemExecute);
     Bind<&ItemIsVisible>(SCMenuItemIsVisible);
     Bind<&trackPopUp>(SCMenuTrackPopUp);

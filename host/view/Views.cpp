@@ -124,10 +124,9 @@ SCDoc OpenFileInView(KRPathName path, KRFileSys fs, const SCDocOpenParams *param
     return view;
 }
 
-SCDoc OpenFileThroughTable(KRPathName path, KRFileSys fs, const char *title) {
+SCDoc OpenFileThroughTable(KRPathName path, KRFileSys fs, const SCDocOpenParams *params) {
     SCDoc view = nullptr;
-    ThrowIf(HostProtect([&] { view = SCDocOpenFromFileWithParams(path, fs, /*params*/ nullptr); }));
-    if (title && *title != '\0' && ViewIsOpen(view)) view->title = title;
+    ThrowIf(HostProtect([&] { view = SCDocOpenFromFileWithParams(path, fs, params); }));
     return view;
 }
 

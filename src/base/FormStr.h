@@ -1,13 +1,12 @@
 // The atoms of the words that the plug-in uses, and the entries that the form model tracks.
 //
 // TessellaKRAtoms interns the set once, before anything else runs; the variables never change afterwards. A variable
-// is named after the role of its word, so several may stand for one text: Align_K, Always_K and A_K are all "A".
+// is named after the role of its word, so several may stand for one text: Align_K, Always_K and A_K are all "A". One
+// name is laid down and misleads: docID_K has nothing to do with a document's `ID`, it is the form's `NeedAppearances`.
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cstdint>
-
-#include "KRTypes.h"
+#include "FormsTypes.h"
 
 // clang-format off
 /** X(variable, text) for the whole set, in the order of interning. */
@@ -78,18 +77,7 @@ TESSELLA_ATOMS(TESSELLA_DECLARE_ATOM)
 /** Interns the set. */
 void TessellaKRAtoms();
 
-/** Masks of the entries of a form or field. Loops over them run from TSEntryVT down to TSEntryDV. */
-enum TSEntry : std::uint32_t {
-    TSEntryDV = 1,
-    TSEntryV = 2,
-    TSEntryDA = 4,
-    TSEntryOH = 8,
-    TSEntryDR = 16,
-    TSEntryQ = 32,
-    TSEntryVT = 64
-};
-
-/** Key of an entry; KRAtomNull for anything but one of the seven masks, sums of them included. */
+/** Key of a TSEntry; KRAtomNull for anything but one of the seven masks, sums of them included. */
 KRAtom Entry_to_Name(std::uint32_t mask);
-/** Mask of a key; 0 for any other atom. */
+/** TSEntry of a key; 0 for any other atom. */
 std::uint32_t Name_to_Entry(KRAtom name);

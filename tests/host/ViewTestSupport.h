@@ -34,7 +34,9 @@ inline std::vector<std::string> pages(int count, const std::string &extra = "", 
 class Listener {
 public:
     Listener() {
-        for (const int number : {2, 5, 6, 7, 8}) add(number, reinterpret_cast<KRProc>(&onView));
+        for (const int number :
+             {SCAppFrontDocDidChange, SCDocDidActivate, SCDocDidDeactivate, SCDocWillClose, SCDocDidClose})
+            add(number, reinterpret_cast<KRProc>(&onView));
         add(SCDocDidOpen, reinterpret_cast<KRProc>(&onOpen));
         add(SCPageViewDidChange, reinterpret_cast<KRProc>(&onPageView));
     }

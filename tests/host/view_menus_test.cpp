@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/host/ViewTestSupport.h"
+#include "view/ViewPlatform.h"
 
 using namespace jackdaw;
 using namespace viewtest;
@@ -49,6 +50,7 @@ TEST(Menus, APlugInsItemBesideTheHosts) {
     EXPECT_EQ(executed, 1);
     SCMenuItemRemove(item);
     SCMenuItemRelease(item);
+    SCMenuRelease(help);
     EXPECT_FALSE(isThere("Test:About"));
     EXPECT_EQ(Protect([&] { SCMenuItemExecute(item); }), KRErrBadParam) << "a handle that is gone is not followed";
 }
@@ -60,6 +62,7 @@ TEST(Menus, AHiddenItemStillRuns) {
     SCMenuAddMenuItem(help, item, 0);
     SCMenuAddMenuItem(hidden, item, SCMenuEnd);
     EXPECT_EQ(SCMenuItemGetParentMenu(item), hidden);
+    SCMenuRelease(hidden);
     EXPECT_FALSE(SCMenuItemIsVisible(item));
     SCMenuItemRelease(item);
     EXPECT_TRUE(isThere("Test:Movable"));
@@ -73,6 +76,7 @@ TEST(Menus, AHiddenItemStillRuns) {
     SCMenuAddMenuItem(hidden, wrapper, SCMenuEnd);
     SCMenuItemRelease(wrapper);
     EXPECT_EQ(SCMenuGetParentMenuItem(tools), wrapper);
+    SCMenuItemRelease(wrapper);
     EXPECT_EQ(SCMenubarAcquireMenuByName(SCAppGetMenubar(), "Tools"), nullptr);
     SCMenuRelease(tools);
     SCMenuRelease(help);
@@ -104,6 +108,25 @@ TEST(Menus, CirclesAreRefusedAndDeepOnesGoAway) {
     SCMenuRelease(deepest);
     EXPECT_FALSE(isThere("toInner"));
     EXPECT_FALSE(isThere("deep"));
+}
+
+TEST(Menus, WhatIsChosenFromAPopUpHasRun) {
+    const SCMenu menu = SCMenuNew("m", "m", 1);
+    const SCMenuItem item = newItem("Test:Chosen");
+    SCMenuAddMenuItem(menu, item, 0);
+    SCMenuItemRelease(item);
+    EXPECT_EQ(SCMenuTrackPopUp(menu, 1, 2, /*rightMouse*/ 0), nullptr) << "nobody chooses without a window";
+    Platform().trackPopUp = [](SCMenu shown, int, int, bool) { return ItemsOfMenu(shown).front(); };
+    executed = 0;
+    EXPECT_EQ(SCMenuTrackPopUp(menu, 1, 2, /*rightMouse*/ 0), item);
+    EXPECT_EQ(executed, 1);
+    SCMenuItemRelease(item);
+    SCMenuItemSetExecuteProc(
+        item, [](void *) { KRRaise(KRErrBadField); }, nullptr);
+    EXPECT_EQ(Protect([&] { SCMenuTrackPopUp(menu, 1, 2, /*rightMouse*/ 0); }), KRErrBadField);
+    EXPECT_EQ(Protect([&] { SCMenuItemRelease(item); }), KRErrBadParam) << "no reference is left behind";
+    Platform() = {};
+    SCMenuRelease(menu);
 }
 
 TEST(Menus, AnItemMayRemoveItselfWhileItRuns) {

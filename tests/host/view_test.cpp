@@ -106,7 +106,7 @@ TEST(Views, OpeningGoesThroughTheReplaceableEntry) {
         +[](KRPathName, KRFileSys, const SCDocOpenParams *) -> SCDoc { return ++asked, answer; });
     const KRProc callback = KRCallbackCreate(1, mine);
     KRHFTSetEntry(gScreenViewHFT, SCDocOpenFromFileWithParams.selector, callback, 0);
-    EXPECT_EQ(SCDocOpenFromFile(nullptr, nullptr, "x"), nullptr);
+    EXPECT_EQ(SCDocOpenFromFile(nullptr, nullptr, nullptr), nullptr);
     EXPECT_EQ(asked, 1);
     const KRProc host = KRHFTGetReplacedEntry(gScreenViewHFT, SCDocOpenFromFileWithParams.selector, callback);
     KRHFTSetEntry(gScreenViewHFT, SCDocOpenFromFileWithParams.selector, host, 0);

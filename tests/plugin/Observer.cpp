@@ -29,6 +29,8 @@ const Case s_cases[] = {
     {"rewriting", &Rewriting},
     {"failures", &Failures},
     {"form-life", &FormLife},
+    {"menus", &Menus},
+    {"selections", &Selections},
     {"upheavals", &Upheavals},
     {"upheavals-in-walks", &UpheavalsInWalks},
     {"saving", &Saving},

@@ -119,6 +119,8 @@ void Vetoes();
 void Rewriting();
 void Failures();
 void FormLife();
+void Menus();
+void Selections();
 void Upheavals();
 void UpheavalsInWalks();
 void Saving();

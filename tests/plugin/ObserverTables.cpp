@@ -54,12 +54,12 @@ void Tables() {
 void Absences() {
     void *context = nullptr, *global = nullptr;
     const KRErrorCode codes[] = {
-        Protect([] { Forms::OldExportAsFDF(doc, LexNullObj, 0, 0); }),
+        Protect([] { Forms::OldExportAsFDF(doc, LexNullObj, 0, 0, 0, nullptr); }),
         Protect([] { Forms::OldExportAsHtml(doc, LexNullObj, 0, 0, nullptr); }),
         Protect([] { Forms::OldImportAnFDF(doc, nullptr); }),
         Protect([] { Forms::ResetForm(doc, LexNullObj, 0); }),
         Protect([&] { Forms::TJSGetJSContext(&context, &global); }),
-        Protect([] { Forms::ExportAsFDF97(doc, LexNullObj, 0, 0, nullptr); }),
+        Protect([] { Forms::ExportAsFDF97(doc, LexNullObj, 0, 0, 0, nullptr, nullptr); }),
         Protect([] { Forms::ExportAsHtml(doc, LexNullObj, 0, 0, nullptr, nullptr); }),
         Protect([] { Forms::OldAssembleFormAndImportFDF(doc, nullptr, 0); }),
         Protect([] { Forms::ExportAsFDFWithParams(nullptr); }),

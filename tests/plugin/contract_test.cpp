@@ -64,7 +64,7 @@ INSTANTIATE_TEST_SUITE_P(Cases, Contract,
                          testing::Values("tables", "absences", "fields", "field-tree", "looks", "name-trees",
                                          "handlers", "widget-records", "registration", "vetoes", "rewriting",
                                          "failures", "form-life", "upheavals", "upheavals-in-walks", "saving",
-                                         "second-document", "odd-objects", "odd-handles", "c"),
+                                         "second-document", "odd-objects", "odd-handles", "menus", "selections", "c"),
                          [](const auto &info) {
                              std::string name = info.param;
                              std::erase(name, '-');

@@ -32,7 +32,7 @@ public:
 
 SCDoc OpenView(const std::string &path) {
     KRPathName name = KRPathFromPlatformPath(path.c_str());
-    SCDoc view = SCDocOpenFromFile(name, KRGetDefaultFileSys(), "");
+    SCDoc view = SCDocOpenFromFile(name, KRGetDefaultFileSys(), /*params*/ nullptr);
     KRFileSysReleasePath(KRGetDefaultFileSys(), name);
     return view;
 }
