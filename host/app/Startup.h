@@ -17,12 +17,12 @@ struct HostOptions {
 
 /**
  * Starts the host: text follows the user's locale while numbers stay in the C locale's form, every table answers, the
- * variables of include/ are set in this program, plug-ins run, notification 0 is sent. Throws HostError when a table is
- * not whole. Nothing for a host that runs.
+ * variables of include/ are set in this program, plug-ins run, SCAppDidInitialize is sent. Throws HostError when a
+ * table is not whole. Nothing for a host that runs.
  */
 void StartHost(const HostOptions &options = {});
 
-/** Sends notification 1, unloads the plug-ins and clears the tables. Nothing for a host that does not run. */
+/** Sends SCAppWillQuit, unloads the plug-ins and clears the tables. Nothing for a host that does not run. */
 void StopHost();
 
 bool HostIsRunning();

@@ -27,7 +27,7 @@ std::int32_t lengthOf(LexObj array) {
     return lex::IsNull(array) ? 0 : lex::ArrayLength(array);
 }
 
-/** Changes an entry between 40 and 41, which carries the code when the change fails. */
+/** Changes an entry between DMAnnotWillChange and DMAnnotDidChange, which carries the code when the change fails. */
 void changeEntry(DMAnnot annot, KRAtom key, LexObj value) {
     NotifyAnnotWillChange(annot, key);
     std::exception_ptr failure;

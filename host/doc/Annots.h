@@ -38,9 +38,10 @@ DMAnnot PageAnnot(DMPage page, std::int32_t index);
 std::int32_t AnnotIndex(DMPage page, DMAnnot annot);
 /** A new indirect annotation that is on no page yet. */
 DMAnnot CreateAnnot(DMPage page, KRAtom subtype, const KRFixedRect &rect);
-/** Inserts behind annotation `index`, or at a DMAnnotPlace. Sets its `P`. Sends 38 and 39. */
+/** Inserts behind annotation `index`, or at a DMAnnotPlace. Sets its `P`. Sends DMPageWillAddAnnot, DMPageDidAddAnnot.
+ */
 void AddAnnot(DMPage page, std::int32_t index, DMAnnot annot);
-/** Sends 37 before and 42 after. */
+/** Sends DMPageWillRemoveAnnot and DMPageDidRemoveAnnot. */
 void RemoveAnnot(DMPage page, std::int32_t index);
 
 } // namespace jackdaw

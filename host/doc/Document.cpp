@@ -126,7 +126,7 @@ std::unique_ptr<KRFileRec> reopened(const SaveTarget &target) {
     }
 }
 
-/** Sends 56, writes, sends 33 on both roads. A failure is thrown when all have heard of it. */
+/** Sends DMDocWillSave, writes, sends DMDocDidSave on both roads. A failure is thrown when all have heard of it. */
 template <class Write>
 void saveWithNotices(DMDocRec &doc, bool copy, KRFileSys fs, KRPathName path, Write &&write) {
     if (doc.saving) throw HostError{KRErrBadParam, "The document is being saved already."};

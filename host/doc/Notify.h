@@ -22,34 +22,25 @@ void UnregisterNotification(std::int32_t number, KRWord extensionID, KRProc proc
 /** Takes back everything that a plug-in subscribed to; for the unloading of plug-ins. */
 void UnregisterNotificationsOf(KRWord extensionID);
 
-/** 0, 1, 54. */
+/** The notifications of the application. */
 void NotifyApp(SCNotification number);
-/** 2, 5, 6, 7, 8. */
+/** Those of views but SCDocDidOpen. */
 void NotifyView(SCNotification number, SCDoc view);
-/** 4. */
 void NotifyViewDidOpen(SCDoc view, KRErrorCode error);
-/** 14. */
 void NotifyPageViewDidChange(SCPageView view, std::int16_t how);
-/** 15. */
 void NotifyWillInsertPages(DMDoc doc, std::int32_t afterPage, DMDoc source, std::int32_t first, std::int32_t last);
-/** 16. */
 void NotifyDidInsertPages(DMDoc doc, std::int32_t afterPage, DMDoc source, std::int32_t first, std::int32_t last,
                           KRErrorCode error);
-/** 21, 26. */
+/** DMDocWillDeletePages, DMDocWillPrintPages. */
 void NotifyPages(SCNotification number, DMDoc doc, std::int32_t first, std::int32_t last);
-/** 22. */
 void NotifyDidDeletePages(DMDoc doc, std::int32_t first, std::int32_t last, KRErrorCode error);
-/** 56. */
 void NotifyDocWillSave(DMDoc doc, const DMDocSaveRecord *save);
-/** 33. */
 void NotifyDocDidSave(DMDoc doc, KRErrorCode error);
-/** 37, 42. */
+/** DMPageWillRemoveAnnot, DMPageDidRemoveAnnot. */
 void NotifyAnnotIndex(SCNotification number, DMPage page, std::int32_t index);
-/** 38, 39. */
+/** DMPageWillAddAnnot, DMPageDidAddAnnot. */
 void NotifyPageAnnot(SCNotification number, DMPage page, DMAnnot annot);
-/** 40. */
 void NotifyAnnotWillChange(DMAnnot annot, KRAtom key);
-/** 41. */
 void NotifyAnnotDidChange(DMAnnot annot, KRAtom key, KRErrorCode error);
 
 } // namespace jackdaw

@@ -46,7 +46,7 @@ bool AnnotAtPoint(SCPageView view, std::int16_t x, std::int16_t y, DMAnnot *anno
 /** The page in the column at a height; -1 beside the document. */
 std::int32_t PageAtPoint(SCPageView view, std::int16_t x, std::int16_t y);
 
-// Going about. Each sends 14, unless an operation is under way: then its end sends what came together.
+// Going about. Each sends SCPageViewDidChange, unless an operation is under way: then its end sends what came together.
 void GoToPage(SCPageView view, std::int32_t page);
 void ZoomTo(SCPageView view, std::int32_t type, KRFixed zoom);
 /** `x`, `y` become the upper left corner of the aperture. */
@@ -57,7 +57,7 @@ void GoForward(SCPageView view);
 void UseDest(SCPageView view, LexObj dest);
 void BeginViewOperation(SCPageView view);
 void EndViewOperation(SCPageView view);
-/** The window changed its size: sends 14. */
+/** The window changed its size: sends SCPageViewDidChange. */
 void PageViewResized(SCPageView view);
 
 SCDocViewDef ViewDefOf(SCPageView view);

@@ -25,7 +25,7 @@ struct ViewPlatform {
     bool (*confirmClose)(SCDoc doc) = nullptr;
     /** The part of device space that the window shows, by the view's page as origin. */
     void (*getAperture)(SCPageView view, SCRect *rect) = nullptr;
-    /** The view's page, zoom or place changed: the window is to follow. `how` as in notification 14. */
+    /** The view's page, zoom or place changed: the window is to follow. `how` is a sum of SCPageViewChange. */
     void (*viewChanged)(SCPageView view, int how) = nullptr;
 
     // Pixels of a view. Rectangles are in device units.

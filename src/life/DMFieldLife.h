@@ -16,15 +16,16 @@ bool NameHashInit();
  */
 void frm_DocDidOpen(SCDoc view, KRErrorCode error, void *clientData);
 /**
- * 56: brings calculation order and form into the state to be saved. Until 33 all look-ups of fields give null. A save
- * that renumbers the file's objects (DMDocSaveFull) drops all records; they come back as they are asked for.
+ * DMDocWillSave: brings calculation order and form into the state to be saved. Until DMDocDidSave all look-ups of
+ * fields give null. A save that renumbers the file's objects (DMDocSaveFull) drops all records; they come back as they
+ * are asked for.
  */
 void frm_DocWillSave(DMDoc doc, const DMDocSaveRecord *save, void *clientData);
-/** 33: fields can be had again, whether or not the save succeeded. */
+/** DMDocDidSave: fields can be had again, whether or not the save succeeded. */
 void frm_DocDidSave(DMDoc doc, KRErrorCode error, void *clientData);
-/** 7: drops scripts and records. */
+/** SCDocWillClose: drops scripts and records. */
 void frm_DocWillClose(SCDoc view, void *clientData);
-/** 8: frees the blocks of closed documents. */
+/** SCDocDidClose: frees the blocks of closed documents. */
 void frm_DocDidClose(SCDoc view, void *clientData);
 
 /**

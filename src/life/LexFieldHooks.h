@@ -8,17 +8,18 @@
 /** Subscribes the hooks below to the host's notifications. Once, at start. */
 void InitProtoField();
 
-/** 39: a `Widget` without a field came onto a page; it gets the print flag and sits upright on a rotated page. */
+/** DMPageDidAddAnnot: a `Widget` without a field came onto a page; it gets the print flag and sits upright on a rotated
+ * page. */
 void TSDMFieldAnnotWasCreated(DMPage page, DMAnnot annot, void *clientData);
-/** 37: a widget's field leaves with it, unless it is locked. */
+/** DMPageWillRemoveAnnot: a widget's field leaves with it, unless it is locked. */
 void TSDMPageWillRemoveFieldAnnot(DMPage page, std::int32_t index, void *clientData);
-/** 15: keeps the calculation order of the document that pages come into. */
+/** DMDocWillInsertPages: keeps the calculation order of the document that pages come into. */
 void TSDMDocWillInsertPagesHdl(DMDoc doc, std::int32_t afterPage, DMDoc source, std::int32_t first, std::int32_t last,
                                void *clientData);
-/** 16: the widgets that came in become fields of this document, or go. */
+/** DMDocDidInsertPages: the widgets that came in become fields of this document, or go. */
 void TSDMDocDidInsertPagesHdl(DMDoc doc, std::int32_t afterPage, DMDoc source, std::int32_t first, std::int32_t last,
                               KRErrorCode error, void *clientData);
-/** 21: the fields with a record whose widgets stand on these pages are undefined. */
+/** DMDocWillDeletePages: the fields with a record whose widgets stand on these pages are undefined. */
 void TSDMDocWillDeletePagesHdl(DMDoc doc, std::int32_t first, std::int32_t last, void *clientData);
-/** 41: rereads the flags of a widget whose `F` changed. */
+/** DMAnnotDidChange: rereads the flags of a widget whose `F` changed. */
 void TSDMAnnotDidChangeHdl(DMAnnot annot, KRAtom key, KRErrorCode error, void *clientData);

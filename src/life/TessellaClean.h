@@ -10,5 +10,5 @@
  */
 void TessellaOptimize(LexObj form);
 
-/** Tells server 4, takes all widgets' fields and their widgets away, then the form. `flag` has no effect. */
+/** Tells TSFormWillDestroy, takes all widgets' fields and their widgets away, then the form. `flag` has no effect. */
 void TSDMDocDestroyForm(DMDoc doc, bool flag);

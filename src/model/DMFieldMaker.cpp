@@ -1,4 +1,5 @@
-// The `MK` dictionary of a widget and the rotation that it holds.
+// The `MK` dictionary of a widget and the rotation that it holds. The maker of the name is that dictionary: no field is
+// made here.
 // SPDX-License-Identifier: MIT
 #include "model/DMFieldValue.h"
 

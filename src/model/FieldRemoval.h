@@ -13,8 +13,8 @@ struct DMField;
 
 /**
  * Frees a record and takes its dictionary out of the tree: out of `Fields`, or out of the parent's `Kids`, and then a
- * parent left without kids goes as well, up to the root. Server 6 hears of a terminal field that is alone under its
- * name from now on. Children of the field lose their parent. Null allowed.
+ * parent left without kids goes as well, up to the root. TSFieldDidJoin tells of a terminal field that is alone under
+ * its name from now on. Children of the field lose their parent. Null allowed.
  */
 void TSDMFieldUndefine(DMField *field);
 

@@ -26,7 +26,7 @@ constexpr KRFixed OldestVersion = 0xCCCB;
  */
 LexObj s_lastValidForm = LexNullObj;
 
-/** Tells server 3 which entries of the form changed. */
+/** Tells TSFormEntryDidChange which entries of the form changed. */
 void TessellaEntryUpdated(LexObj form, std::uint32_t entries) {
     TSFieldNotifyRec record{};
     record.doc = DMDocFromLexDoc(LexObjGetDoc(form));

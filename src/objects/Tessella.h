@@ -26,7 +26,7 @@ LexObj TSDMDocGetTessella(DMDoc doc);
 LexObj TSLexDocGetTessella(LexDoc doc);
 
 /**
- * Ensures a form with the default look (Helvetica, automatic size), tells server 2, gives it. The null object on
+ * Ensures a form with the default look (Helvetica, automatic size), tells TSFormDidCreate, gives it. The null object on
  * failure; what was written by then stays.
  */
 LexObj TSDMDocCreateForm(DMDoc doc);
@@ -41,9 +41,10 @@ LexObj TessellaGetEntry(LexObj form, std::uint32_t entry);
  */
 void TessellaGetDefaultTextAppearance(LexObj form, TextAppearance *look);
 /**
- * Makes the look the default: writes `Q`, `DA`, and the font into `DR`, each only when it differs, and tells server 3
- * what changed. Fills in the look's font resource and homogenizes its colours. Raises KRErrBadParam for a font that
- * cannot be had and a look that cannot be written, KRErrBadResource for resources that cannot be made.
+ * Makes the look the default: writes `Q`, `DA`, and the font into `DR`, each only when it differs, and tells
+ * TSFormEntryDidChange what changed. Fills in the look's font resource and homogenizes its colours. Raises
+ * KRErrBadParam for a font that cannot be had and a look that cannot be written, KRErrBadResource for resources that
+ * cannot be made.
  */
 void TessellaSetDefaultTextAppearance(LexObj form, TextAppearance *look);
 
