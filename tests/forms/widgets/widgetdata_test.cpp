@@ -203,8 +203,8 @@ TEST_F(WidgetData, ARecordComesFromFieldAndWidget) {
     EXPECT_EQ(data->textColor.space, TSColorRGB);
     EXPECT_EQ(data->font, TimesRoman_K);
     EXPECT_EQ(data->textSize, Pt(18));
-    EXPECT_EQ(data->annotFlags, 4U);
-    EXPECT_EQ(data->fieldFlags, 3U);
+    EXPECT_EQ(data->annotFlags, DMAnnotPrint);
+    EXPECT_EQ(data->fieldFlags, TSFieldReadOnly | TSFieldRequired);
     EXPECT_EQ(data->quadding, 2);
     EXPECT_EQ(data->rotation, 270);
     EXPECT_EQ(data->border.width, 2);
@@ -234,12 +234,12 @@ TEST_F(WidgetData, ComparingMarksWhatDiffers) {
         {TSMixedTextSeen | TSMixedTextColor, [](TSWidgetData &d) { d.textColor.space = TSColorTransparent; }},
         {TSMixedFont, [](TSWidgetData &d) { d.font = Symbol_K; }},
         {TSMixedTextSize, [](TSWidgetData &d) { d.textSize = 1; }},
-        {TSMixedReadOnly, [](TSWidgetData &d) { d.fieldFlags ^= 1; }},
-        {TSMixedRequired, [](TSWidgetData &d) { d.fieldFlags ^= 2; }},
+        {TSMixedReadOnly, [](TSWidgetData &d) { d.fieldFlags ^= TSFieldReadOnly; }},
+        {TSMixedRequired, [](TSWidgetData &d) { d.fieldFlags ^= TSFieldRequired; }},
         {TSMixedUserName, [](TSWidgetData &d) { EStrSetBytes(d.userName, "x", EStrHost); }},
         {TSMixedQuadding, [](TSWidgetData &d) { d.quadding = 1; }},
-        {TSMixedAnnotFlags, [](TSWidgetData &d) { d.annotFlags ^= 32; }},
-        {0, [](TSWidgetData &d) { d.annotFlags ^= 1, d.fieldFlags ^= 0x1000; }},
+        {TSMixedAnnotFlags, [](TSWidgetData &d) { d.annotFlags ^= DMAnnotNoView; }},
+        {0, [](TSWidgetData &d) { d.annotFlags ^= DMAnnotInvisible, d.fieldFlags ^= TSFieldMultiLine; }},
     };
     for (const auto &c : cases) {
         const DataPtr first(TSDMWidgetAcquireData(AnnotOf(doc, "a"))), other(TSDMWidgetAcquireData(AnnotOf(doc, "a")));
@@ -261,8 +261,8 @@ TEST_F(WidgetData, WritingStoresTheRecord) {
     data->font = CourierBold_K;
     data->textSize = Pt(8);
     data->quadding = 1;
-    data->fieldFlags |= 3;
-    data->annotFlags = 4 | 1;
+    data->fieldFlags |= TSFieldReadOnly | TSFieldRequired;
+    data->annotFlags = DMAnnotPrint | DMAnnotInvisible;
     TSDMWidgetWriteData(annot, data.get());
     EXPECT_EQ(FieldOf(doc, "a"), nullptr);
     const LexObj dict = DictOf(doc, "new.name");
