@@ -2,7 +2,8 @@
 //
 // Lengths on a page are points, 16.16. What an operation sends are notifications of ScreenViewNotify.h; those that
 // frame a change are sent even where the change then fails, and the second of them carries the code. A handle of a
-// closed document or a page that was given back raises KRErrBadParam. SPDX-License-Identifier: MIT
+// closed document or a page that was given back raises KRErrBadParam.
+// SPDX-License-Identifier: MIT
 #pragma once
 
 #include "HFT.h"

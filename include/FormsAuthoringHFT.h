@@ -1,6 +1,7 @@
 // The table "FormsAuthoring": the structure of a form for other plug-ins. The 45 slots of "Forms" are numbered for
 // good, so what edits the field tree, registers widget handlers and keeps name trees is served beside it. What
-// FormsHFT.h says of fields and errors holds here. SPDX-License-Identifier: MIT
+// FormsHFT.h says of fields and errors holds here.
+// SPDX-License-Identifier: MIT
 #pragma once
 
 #include "FormsTypes.h"

@@ -6,7 +6,8 @@
 //
 // A null field, or one that is not valid, is passed over: predicates are false, results null, 0 or the null object.
 // What the host or an observer raises on the way comes out of the call. Objects that are given belong to their
-// document. SPDX-License-Identifier: MIT
+// document.
+// SPDX-License-Identifier: MIT
 #pragma once
 
 #include "FormsTypes.h"

@@ -1,6 +1,7 @@
 // Error codes that travel as host exceptions. The top four bits hold a KRSeverity of KernelSupportHFT.h;
 // KRGetErrorString gives the text of any code. Codes that KRRegisterErrorString gives out lie above KRErrRegisteredBase
-// in their lower bits, so that none of them is ever equal to one of these. SPDX-License-Identifier: MIT
+// in their lower bits, so that none of them is ever equal to one of these.
+// SPDX-License-Identifier: MIT
 #pragma once
 
 #include "KRTypes.h"

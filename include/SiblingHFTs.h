@@ -1,5 +1,6 @@
 // Tables of the host's siblings. Each may be absent: a plug-in asks KRGetHFT for the name and version that stand here,
-// and tests its table for null before the first call. SPDX-License-Identifier: MIT
+// and tests its table for null before the first call.
+// SPDX-License-Identifier: MIT
 #pragma once
 
 #include "HFT.h"

@@ -1,5 +1,6 @@
 // Streams of bytes, read once from front to back: over memory, over a procedure, over a file, over the host's own
-// bytes. SPDX-License-Identifier: MIT
+// bytes.
+// SPDX-License-Identifier: MIT
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,6 @@
 // The links between records: parents and children, and what follows from names along them. Dictionaries stay as they
-// are. SPDX-License-Identifier: MIT
+// are.
+// SPDX-License-Identifier: MIT
 #pragma once
 
 #include "model/DMFieldRecord.h"

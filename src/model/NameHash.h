@@ -20,7 +20,8 @@
 // 10. A block marked `closing` holds no records and waits to be freed.
 //
 // They hold whenever no record is on its way out (`leaving`); DocHashCheck (NameHashCheck.h) tests them. A record is
-// freed by FieldRemoval, or by DocFreeLex with all others; nothing else frees one. SPDX-License-Identifier: MIT
+// freed by FieldRemoval, or by DocFreeLex with all others; nothing else frees one.
+// SPDX-License-Identifier: MIT
 #pragma once
 
 #include <string_view>

@@ -1,5 +1,6 @@
 // Testing the invariants of a document's index of fields. Records are looked for in sets that the test makes for
-// itself: a pointer is followed only when it is known to be a record's. SPDX-License-Identifier: MIT
+// itself: a pointer is followed only when it is known to be a record's.
+// SPDX-License-Identifier: MIT
 #include "model/NameHashCheck.h"
 
 #include <cstdlib>
