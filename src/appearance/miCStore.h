@@ -189,7 +189,8 @@ void CStoreFlowText(CStore *store, bool wrap, KRFixed margin, TextAppearance *lo
 void CStoreFlowTextEx(CStore *store, bool wrap, KRFixed margin, TextAppearance *look, const char *text, KRFixed minSize,
                       KRFixed maxSize);
 
-// Borders (miCStoreBorder.cpp). A null rectangle means the store's box; `width` is 16.16.
+// Borders (miCStoreBorder.cpp). A null rectangle means the store's box; `width` is 16.16, and with 0 the background
+// alone is drawn.
 
 void CStoreDrawBorder(CStore *store, const KRFixedRect *rect, std::int32_t style, KRFixed width,
                       const DMColorValue *borderColor, const DMColorValue *backColor, bool down);

@@ -43,8 +43,10 @@ struct Frame {
 Frame FrameOf(const CStore *store, const KRFixedRect *rect, KRFixed border, const DMColorValue *borderColor,
               const DMColorValue *backColor) {
     const KRFixedRect box = rect ? *rect : store->bbox;
-    return {box,    CStoreDistance(box.right, box.left),        CStoreDistance(box.top, box.bottom),
-            border, borderColor ? borderColor : &s_transparent, backColor ? backColor : &s_transparent};
+    // A width of 0 means no border; a line of that width would still be drawn, as thin as the device can.
+    const bool hasEdge = borderColor && border > 0;
+    return {box,    CStoreDistance(box.right, box.left),    CStoreDistance(box.top, box.bottom),
+            border, hasEdge ? borderColor : &s_transparent, backColor ? backColor : &s_transparent};
 }
 
 void FillBack(CStore *store, const Frame &frame, KRFixed left, KRFixed bottom) {
@@ -148,6 +150,7 @@ void CStoreDrawCircularCorner(CStore *store, KRFixed x, KRFixed y, KRFixed radiu
 void Draw3DCircle(CStore *store, const Frame &frame, const DMColorValue *topLeft, const DMColorValue *bottomRight) {
     const Circle circle = CircleOf(frame);
     FillBackCircle(store, frame, circle);
+    if (frame.border <= 0) return;
     CStorePrintf(store, "%f w", frame.border);
     if (IsSeen(frame.borderColor)) {
         CStoreSetColor(store, frame.borderColor, /*fill*/ false);
@@ -171,7 +174,9 @@ struct Rims {
     const DMColorValue *back;
 };
 
-Rims RimsOf(std::int32_t style, bool down, const DMColorValue *back, const DMColorValue *pressed) {
+Rims RimsOf(std::int32_t style, bool down, const Frame &frame, const DMColorValue *pressed) {
+    const DMColorValue *back = frame.backColor;
+    if (frame.border <= 0) return {&s_transparent, &s_transparent, style == TSBorderInset && down ? pressed : back};
     if (style == TSBorderBeveled) return {down ? pressed : &s_white, down ? &s_white : pressed, back};
     return {down ? &s_black : &s_darkGray, down ? &s_white : &s_lightGray, down ? pressed : back};
 }
@@ -190,7 +195,7 @@ void CStoreDrawBorder(CStore *store, const KRFixedRect *rect, std::int32_t style
         break;
     case TSBorderBeveled:
     case TSBorderInset: {
-        const Rims rims = RimsOf(style, down, frame.backColor, &pressed);
+        const Rims rims = RimsOf(style, down, frame, &pressed);
         frame.backColor = rims.back;
         Draw3D(store, frame, rims.topLeft, rims.bottomRight);
         break;
@@ -218,7 +223,7 @@ void CStoreDrawCircularBorder(CStore *store, const KRFixedRect *rect, std::int32
         break;
     case TSBorderBeveled:
     case TSBorderInset: {
-        const Rims rims = RimsOf(style, down, frame.backColor, &pressed);
+        const Rims rims = RimsOf(style, down, frame, &pressed);
         frame.backColor = rims.back;
         Draw3DCircle(store, frame, rims.topLeft, rims.bottomRight);
         break;

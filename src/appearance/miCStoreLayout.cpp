@@ -46,12 +46,25 @@ KRFixed Centered(KRFixed start, KRFixed room, KRFixed size) {
     return TSFixedAdd(start, TSFixedSub(room, size) / 2);
 }
 
-// Height of the mark of a check box in thousandths of the size: check, circle, cross, square.
+KRFixed OfSize(std::int32_t thousandths, KRFixed size) {
+    return KRFixedDiv(KRFixedMul(KRFixedFromInt(thousandths), size), KRFixedFromInt(1000));
+}
+
+/** The ink of a mark of a check box, in thousandths of the size. */
+struct MarkInk {
+    std::int32_t height;
+    /** Against the baseline. */
+    std::int32_t bottom;
+};
+
+MarkInk InkOf(char mark) {
+    if (mark == '8') return {718, -14}; // cross
+    if (mark == 'n') return {692, 0};   // square
+    return {719, -14};                  // check, circle and others
+}
+
 KRFixed DingbatHeight(char mark, KRFixed size) {
-    std::int32_t height = 719;
-    if (mark == '8') height = 718;
-    if (mark == 'n') height = 692;
-    return KRFixedDiv(KRFixedMul(KRFixedFromInt(height), size), KRFixedFromInt(1000));
+    return OfSize(InkOf(mark).height, size);
 }
 
 // Caption and icon share a side; what the caption leaves goes to the icon, and without room there is no icon.
@@ -125,14 +138,15 @@ void DrawIcon(CStore *store, const TSFit *fit, const Places &p, const KRFixedRec
 void DrawCaption(CStore *store, const Places &p, const TextAppearance &look, const char *text) {
     CStorePrintf(store, "BT %c", CStoreLookText(look).c_str());
     CStorePrintf(store, "1 0 0 1 %f %f Tm", p.textX, TSFixedSub(p.textY, store->metrics.descent));
-    CStorePrintf(store, "%s Tj ET", text);
+    CStoreShowText(store, text);
+    CStorePrintf(store, "ET");
 }
 
-CStoreMetrics CaptionMetrics(const TextAppearance &look, bool isDingbat) {
+CStoreMetrics CaptionMetrics(const TextAppearance &look, const char *text, bool isDingbat) {
     CStoreMetrics metrics;
     CStoreGetMetrics(look.baseFont, look.size, &metrics);
-    // A mark stands on the baseline; the font's box would push it up.
-    if (isDingbat) metrics.descent = 0;
+    // A mark stands on its own lower edge, not on that of the font's box.
+    if (isDingbat) metrics.descent = OfSize(InkOf(text[0]).bottom, look.size);
     return metrics;
 }
 
@@ -241,7 +255,7 @@ bool CStoreLayoutIconText(CStore *store, const TSFit *fit, KRFixed margin, std::
     }
     if (own.size == 0)
         own.size = CStoreFittingSize(store, margin, own, /*multiLine*/ false, CStoreNoLimit, CStoreNoLimit, caption);
-    store->metrics = CaptionMetrics(own, isDingbat);
+    store->metrics = CaptionMetrics(own, caption, isDingbat);
     const Sizes sizes = Measure(store, margin, caption, isDingbat);
     KRFixedRect iconBox{};
     if (hasIcon) {

@@ -26,6 +26,10 @@ inline constexpr KRFixed CStoreCircleFactor = 36196;
 KRFixed CStoreFittingSize(const CStore *store, KRFixed margin, TextAppearance look, bool multiLine, KRFixed minSize,
                           KRFixed maxSize, const char *text);
 
+/** Shows a text between BT and ET, in as many strings as it takes: one print has a limit. An empty text shows nothing.
+ */
+void CStoreShowText(CStore *store, const char *text);
+
 /** A direct dictionary with `Filter` [/FlateDecode]. */
 LexObj CStoreFlateAttributes(LexDoc doc);
 

@@ -32,11 +32,12 @@ void ShowByteSlices(CStore *store, const char *text) {
 }
 
 // Each slice stands as a marked string of its own; the first has its mark from the text.
-void ShowUCS2Slices(CStore *store, const EStr *text) {
+void ShowUCS2Slices(CStore *store, const char *text) {
+    const std::size_t length = miStrlen(text);
     std::string slice;
-    for (std::size_t at = 0; at < text->length; at += s_sliceUCS2Bytes) {
+    for (std::size_t at = 0; at < length; at += s_sliceUCS2Bytes) {
         slice.assign(at == 0 ? "" : "\xFE\xFF");
-        slice.append(text->bytes + at, std::min<std::size_t>(s_sliceUCS2Bytes, text->length - at));
+        slice.append(text + at, std::min(s_sliceUCS2Bytes, length - at));
         slice.append(2, '\0');
         CStorePrintf(store, "%s Tj", slice.data());
     }
@@ -62,6 +63,13 @@ void UseFont(CStore *store, const TextAppearance *look) {
 }
 
 } // namespace
+
+void CStoreShowText(CStore *store, const char *text) {
+    if (miIsUCS(text))
+        ShowUCS2Slices(store, text);
+    else
+        ShowByteSlices(store, text);
+}
 
 bool CStoreLookUsable(const TextAppearance *look) {
     return look && look->quadding <= 2 && look->renderMode <= 3 && look->baseFont != KRAtomNull && look->size >= 0;
@@ -103,10 +111,7 @@ void CStoreSimpleTextEx(CStore *store, KRFixed margin, const TextAppearance *loo
     const KRFixed width = CStoreStringWidth(&store->metrics, string->bytes);
     const KRFixed x = QuaddedX(store, own.quadding, CStoreTimes(margin, 2), width);
     CStorePrintf(store, "%f %f Td", x, y);
-    if (miIsUCS(string->bytes))
-        ShowUCS2Slices(store, string.get());
-    else
-        ShowByteSlices(store, string->bytes);
+    CStoreShowText(store, string->bytes);
     CStorePrintf(store, "ET");
 }
 
@@ -149,11 +154,12 @@ void CStoreBlockLine(CStoreBlock *block, const char *text) {
         block->started = true;
     }
     if (!text) return;
-    // The origin of Tm lies one margin in already, so that left text begins two margins in.
     const KRFixed width = CStoreStringWidth(&store->metrics, text);
-    const KRFixed x = QuaddedX(store, block->look.quadding, block->margin, width);
+    const KRFixed place = QuaddedX(store, block->look.quadding, CStoreTimes(block->margin, 2), width);
+    // The origin of Tm lies one margin in already.
+    const KRFixed x = TSFixedSub(place, block->margin);
     CStorePrintf(store, "%f %f Td", TSFixedSub(x, block->lastX), TSFixedNeg(CStoreGetFontHeight(&store->metrics)));
-    CStorePrintf(store, "%s Tj", text);
+    CStoreShowText(store, text);
     block->lastX = x;
 }
 

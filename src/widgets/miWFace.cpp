@@ -19,9 +19,7 @@ namespace {
 void DrawFrame(WFace &face, bool down, bool circular) {
     const TSWidgetData *data = face.data;
     const auto draw = circular ? &CStoreDrawCircularBorder : &CStoreDrawBorder;
-    // A width of 0 means no border; a line of that width would still be drawn, as thin as the device can.
-    const DMColorValue *edge = face.borderWidth > 0 ? &data->borderColor : nullptr;
-    draw(face.border.get(), nullptr, data->border.style, face.borderWidth, edge, &data->backColor, down);
+    draw(face.border.get(), nullptr, data->border.style, face.borderWidth, &data->borderColor, &data->backColor, down);
 }
 
 // The data has the size as it shows, which for a stretched widget is not the one to draw with: its appearance is made

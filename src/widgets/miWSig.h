@@ -39,5 +39,8 @@ KRAtom StreamWrapsXObject(LexObj stream);
 LexObj GetThumper(LexDoc doc, const TextAppearance *look);
 /** The matrix that turns an appearance of these sides by 0, 90, 180 or 270 degrees within its box. */
 void DefaultAPMatrixFM(KRFixedMatrix *matrix, std::int32_t rotation, KRFixed width, KRFixed height);
-/** Widens the wrapper's box so that the form of box `bbox` is scaled alike both ways in `rect`; null for no stream. */
+/**
+ * Widens the wrapper's box so that the form of box `bbox` is scaled alike both ways in `rect`, from the proportions of
+ * the form: what an earlier fit for another rectangle added goes. Null for no stream.
+ */
 LexObj FitAp(const KRFixedRect *rect, LexObj stream, const KRFixedRect *bbox);

@@ -86,9 +86,27 @@ bool TakeNumbers(std::istringstream &in, int count) {
     return true;
 }
 
-// How far a side of the wrapper's box grows: `ratio` is how much more the rectangle gives this side.
-KRFixed Growth(KRFixed side, KRFixed ratio, KRFixed scale) {
-    return TSFixedSub(KRFixedMul(side, KRFixedDiv(ratio, scale)), side);
+struct Sides {
+    double width, height;
+};
+
+Sides SidesOf(const KRFixedRect &rect) {
+    return {static_cast<double>(CStoreDistance(rect.right, rect.left)),
+            static_cast<double>(CStoreDistance(rect.top, rect.bottom))};
+}
+
+// The sides that a wrapper's box had before an earlier fit widened one of them: those of the form's proportions.
+Sides Unfitted(const Sides &box, const Sides &form) {
+    // Further apart than what rounding to 16.16 leaves.
+    constexpr double tolerance = 1.0 / 1024;
+    const double byWidth = box.width / form.width, byHeight = box.height / form.height;
+    if (byWidth > byHeight * (1 + tolerance)) return {form.width * byHeight, box.height};
+    if (byHeight > byWidth * (1 + tolerance)) return {box.width, form.height * byWidth};
+    return box;
+}
+
+KRFixed ToFixed(double value) {
+    return static_cast<KRFixed>(std::clamp(value, 0.0, static_cast<double>(INT32_MAX)));
 }
 
 } // namespace
@@ -164,15 +182,14 @@ LexObj FitAp(const KRFixedRect *rect, LexObj stream, const KRFixedRect *bbox) {
     LexObj dict = LexStreamDict(stream);
     KRFixedRect box;
     TSLexGetRect(dict, BBox_K, &box);
-    const KRFixed formWidth = CStoreDistance(bbox->right, bbox->left);
-    const KRFixed formHeight = CStoreDistance(bbox->top, bbox->bottom);
-    if (formWidth == 0 || formHeight == 0) return stream;
-    const KRFixed byWidth = KRFixedDiv(CStoreDistance(rect->right, rect->left), formWidth);
-    const KRFixed byHeight = KRFixedDiv(CStoreDistance(rect->top, rect->bottom), formHeight);
-    const KRFixed scale = std::min(byWidth, byHeight);
-    if (scale == 0) return stream;
-    box.right = TSFixedAdd(box.right, Growth(CStoreDistance(box.right, box.left), byWidth, scale));
-    box.top = TSFixedAdd(box.top, Growth(CStoreDistance(box.top, box.bottom), byHeight, scale));
+    const Sides place = SidesOf(*rect), form = SidesOf(*bbox);
+    if (form.width == 0 || form.height == 0 || place.width == 0 || place.height == 0) return stream;
+    const Sides sides = Unfitted(SidesOf(box), form);
+    const bool wide = place.width * form.height > place.height * form.width;
+    const double width = wide ? sides.height * place.width / place.height : sides.width;
+    const double height = wide ? sides.height : sides.width * place.height / place.width;
+    box.right = TSFixedAdd(box.left, ToFixed(width));
+    box.top = TSFixedAdd(box.bottom, ToFixed(height));
     TSLexPutRect(LexObjGetDoc(stream), dict, BBox_K, &box);
     return stream;
 }

@@ -66,6 +66,18 @@ TEST_F(BorderTest, CircularBordersStrokeTheirRims) {
                   turn + "-7 0 m -7 -3.8661 -3.8661 -7 0 -7 c 3.8661 -7 7 -3.8661 7 0 c S Q");
 }
 
+TEST_F(BorderTest, ABorderOfNoWidthIsLeftOut) {
+    for (std::int32_t style = TSBorderSolid; style <= TSBorderUnderline; ++style) {
+        for (const auto draw : {&CStoreDrawBorder, &CStoreDrawCircularBorder}) {
+            const StorePtr store = NewStore(100, 20);
+            draw(store.get(), nullptr, style, /*width*/ 0, &s_red, &s_back, /*down*/ false);
+            const std::string text = TextOf(store.get());
+            EXPECT_EQ(text.find("0.75 1 0.5 rg"), 0U) << style;
+            EXPECT_EQ(text.find_first_of("wSsm", text.find(" f")), std::string::npos) << style << ' ' << text;
+        }
+    }
+}
+
 /** The text and the result of a layout in a box of 100 by 40 with a margin of 1 and an icon of 20 by 10. */
 struct Laid {
     std::string text;
@@ -144,7 +156,7 @@ TEST_F(LayoutTest, WhatIsMissingOrTooLargeIsLeftOut) {
     EXPECT_NE(LaidOut(LexNullObj, 0, "ab", 0).text.find("/Helv 31.1"), std::string::npos); // 36 points of height
     // Marks stand in the middle by the height of their glyphs.
     EXPECT_EQ(LaidOut(LexNullObj, 0, "n", 10, true).text, "BT /ZaDb 10 Tf 0 g 1 0 0 1 46.195 16.54 Tm (n) Tj ET");
-    EXPECT_EQ(LaidOut(LexNullObj, 0, "4", 10, true).text, "BT /ZaDb 10 Tf 0 g 1 0 0 1 45.77 16.405 Tm (4) Tj ET");
+    EXPECT_EQ(LaidOut(LexNullObj, 0, "4", 10, true).text, "BT /ZaDb 10 Tf 0 g 1 0 0 1 45.77 16.545 Tm (4) Tj ET");
 }
 
 TEST_F(LayoutTest, TheFitMatrixScalesAndAligns) {

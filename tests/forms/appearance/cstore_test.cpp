@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "appearance/miCStore.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "tests/forms/FormsFixture.h"
@@ -198,6 +199,21 @@ TEST_F(CStoreTest, LongTextsShowInSlices) {
     EXPECT_EQ(after(TextOf(store.get())), octal);
 }
 
+// What one print cannot hold was cut within an escape, without the end of the string and of the text object.
+TEST_F(CStoreTest, LongLinesAndCaptionsAreWholeAndEnded) {
+    const std::string accents(300, '\xE9');
+    TextAppearance look = LookOf(4);
+    const TSFit fit{Always_K, Proportional_K, 0, 0};
+    const StorePtr flowed = NewStore(1000, 50), laid = NewStore(1000, 50);
+    CStoreFlowText(flowed.get(), /*wrap*/ true, 0, &look, accents.c_str());
+    CStoreLayoutIconText(laid.get(), &fit, 0, /*layout*/ 0, LexNullObj, &look, accents.c_str(), /*isDingbat*/ false);
+    for (const std::string &text : {TextOf(flowed.get()), TextOf(laid.get())}) {
+        EXPECT_TRUE(text.ends_with(") Tj ET")) << text;
+        EXPECT_EQ(std::ranges::count(text, '\\'), 300);
+        EXPECT_EQ(std::ranges::count(text, '('), std::ranges::count(text, ')'));
+    }
+}
+
 TEST_F(CStoreTest, BlocksWriteLineBelowLine) {
     TextAppearance look = LookOf(10);
     const StorePtr store = NewStore(100, 50);
@@ -213,13 +229,14 @@ TEST_F(CStoreTest, BlocksWriteLineBelowLine) {
     EXPECT_EQ(TextOf(store.get()), "0.5 g 1 25.8799 98 11.5601 re f BT /Helv 10 Tf 0 g 1 0 0 1 1 51.07 Tm "
                                    "1 -11.5601 Td (a) Tj 0 -11.5601 Td (b) Tj ET");
 
+    // Two margins lie between the text and the edge, on the right as on the left; "a" is 5.56 wide.
     look.quadding = 2;
     CStoreClear(store.get());
     block = CStoreBlockStart(store.get(), Pt(1), &look);
     CStoreBlockLine(block, "a");
     CStoreBlockLine(block, "aa");
     CStoreBlockEnd(block);
-    EXPECT_TRUE(Has(TextOf(store.get()), "93.44 -11.5601 Td (a) Tj -5.56 -11.5601 Td (aa) Tj")) << TextOf(store.get());
+    EXPECT_TRUE(Has(TextOf(store.get()), "91.44 -11.5601 Td (a) Tj -5.56 -11.5601 Td (aa) Tj")) << TextOf(store.get());
 
     CStoreClear(store.get());
     CStoreBlockEnd(CStoreBlockStart(store.get(), Pt(1), &look));

@@ -242,7 +242,7 @@ TEST_F(Faces, CheckBoxesHaveFourFaces) {
                               {"f"}));
     TSDMFieldUpdateAppearance(FieldOf(doc, "a"));
     const DMAnnot a = AnnotOf(doc, "a");
-    const std::string mark = "BT /ZaDb 10 Tf 0 g 1 0 0 1 6.615 6.41 Tm (8) Tj ET Q";
+    const std::string mark = "BT /ZaDb 10 Tf 0 g 1 0 0 1 6.615 6.55 Tm (8) Tj ET Q";
     EXPECT_EQ(FaceText(a, FaceNormal_K, "Yes"), "1 g 0 0 20 20 re f q 1 1 18 18 re W n " + mark);
     EXPECT_EQ(FaceText(a, FaceNormal_K, "Off"), "1 g 0 0 20 20 re f");
     EXPECT_EQ(FaceText(a, FaceDown_K, "Yes"), "0.749 g 0 0 20 20 re f q 1 1 18 18 re W n " + mark);
