@@ -229,8 +229,9 @@ FieldType TypeOfField(DMField *field) {
     LexObj dict = Forms::TSDMFieldGetLexObj(field);
     LexObj type = InheritedValue(dict, AtomOf("FT"));
     if (IsName(type, "Tx")) return FieldType::Text;
-    if (IsName(type, "Btn")) return ButtonType(InheritedFlags(dict));
-    if (IsName(type, "Ch")) return InheritedFlags(dict) & TSFieldCombo ? FieldType::ComboBox : FieldType::ListBox;
+    const std::uint32_t flags = Forms::TSDMFieldGetFlags(field, TSFieldWord);
+    if (IsName(type, "Btn")) return ButtonType(flags);
+    if (IsName(type, "Ch")) return flags & TSFieldCombo ? FieldType::ComboBox : FieldType::ListBox;
     return IsName(type, "Sig") ? FieldType::Signature : FieldType::Unknown;
 }
 

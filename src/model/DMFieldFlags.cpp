@@ -166,6 +166,11 @@ void StoreDefault(DMField *field, LexObj old, LexObj value) {
     DMFieldNoteEntry(top, TSEntryDV);
 }
 
+/** A widget without a title is a part of its parent's field: what the parent says of the field holds for it. */
+bool IsOfParent(const DMField *field, KRAtom key) {
+    return field->parent && !LexDictKnown(field->obj, T_K) && !IsNull(TSLexObjInheritedValue(field->parent->obj, key));
+}
+
 } // namespace
 
 std::uint32_t TSDMFieldGetFlags(DMField *field, std::int32_t which) {
@@ -183,7 +188,8 @@ void TSDMFieldUpdateFlags(DMField *field) {
     if (!field) return;
     field->flags[TSAnnotWord] = OwnWord(field->obj, flagsA_K).value_or(0);
     const std::uint32_t inherited = field->parent ? field->parent->flags[TSFieldWord] : 0;
-    const std::uint32_t word = OwnWord(field->obj, flagsF_K).value_or(inherited);
+    const bool isParents = IsOfParent(field, flagsF_K);
+    const std::uint32_t word = isParents ? inherited : OwnWord(field->obj, flagsF_K).value_or(inherited);
     if (word != field->flags[TSFieldWord]) {
         field->flags[TSFieldWord] = word;
         UpdateFlagsOfChildren(field);

@@ -307,6 +307,15 @@ TEST_F(NameHash, KidsDecideWhoseTheyAre) {
     }
 }
 
+TEST_F(NameHash, FlagsOfAWidgetWithoutATitleAreItsFields) {
+    TestDoc doc(
+        TreeObjects("4 0 R 7 0 R", {"<< /T (g) /FT /Btn /Ff 49152 /Kids [5 0 R 6 0 R] >>",
+                                    WidgetObject("/Parent 4 0 R /Ff 0"), WidgetObject("/Parent 4 0 R"),
+                                    "<< /T (h) /FT /Btn /Kids [8 0 R] >>", WidgetObject("/Parent 7 0 R /Ff 32768")}));
+    for (const char *place : {"Tessella/Fields/0/Kids/0", "Tessella/Fields/0/Kids/1", "Tessella/Fields/1/Kids/0"})
+        EXPECT_TRUE(TSDMFieldGetFlags(TSDMFieldFromLexObj(doc.At(place)), TSFieldWord) & TSFieldRadio) << place;
+}
+
 TEST_F(NameHash, WhileAFormIsAssembledRootsAreMerged) {
     TestDoc doc(FormObjects({"/FT /Tx /T (a) /V (1)", "/FT /Tx /T (b)"}));
     Names(doc);

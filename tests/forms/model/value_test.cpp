@@ -324,11 +324,14 @@ TEST_F(Value, FieldFlagsLiveAtTheTopAndAreInherited) {
                                       WidgetObject("/Parent 5 0 R /Ff 3"), WidgetObject("/Parent 5 0 R")}));
     DMField *top = FieldOf(doc, "n.g");
     DMField *first = TSDMFieldFromLexObj(doc.At("Tessella/Fields/0/Kids/0/Kids/0"));
-    EXPECT_EQ(TSDMFieldGetFlags(first, TSFieldWord), TSFieldReadOnly | TSFieldRequired);
+    EXPECT_EQ(TSDMFieldGetFlags(first, TSFieldWord), TSFieldReadOnly)
+        << "a widget without a title has no word of its own";
     EXPECT_EQ(TSDMFieldGetFlags(top, TSFieldWord), TSFieldReadOnly);
-    // Inheritance gives the value already: the widget's own word goes, and nothing is written.
-    TSDMFieldSetFlags(first, TSFieldWord, TSFieldReadOnly);
+    TSDMFieldSetFlags(first, TSFieldWord, TSFieldRequired);
     EXPECT_FALSE(LexDictKnown(first->obj, flagsF_K));
+    EXPECT_TRUE(LexDictKnown(top->obj, flagsF_K));
+    // Inheritance gives the value already: nothing is written.
+    TSDMFieldSetFlags(first, TSFieldWord, TSFieldReadOnly);
     EXPECT_FALSE(LexDictKnown(top->obj, flagsF_K));
     EXPECT_EQ(TSDMFieldGetFlags(first, TSFieldWord), TSFieldReadOnly);
     TSDMFieldSetFlags(FieldOf(doc, "n"), TSFieldWord, TSFieldRequired);

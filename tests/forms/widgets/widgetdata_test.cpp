@@ -7,6 +7,7 @@
 #include "Common/src/miUtils.h"
 #include "KRErrors.h"
 #include "model/DocData.h"
+#include "model/LexField.h"
 #include "model/WidgetType.h"
 #include "model/miAction.h"
 #include "model/miCalc.h"
@@ -340,7 +341,8 @@ TEST_F(WidgetData, ScriptsTellTheirFormat) {
 }
 
 TEST_F(WidgetData, ANameWithoutAPlaceIsRefused) {
-    const TestDoc doc(FormObjects({"/FT /Tx /T (a)", "/FT /Tx /T (b.c)", "/FT /Ch /T (d)"}));
+    const TestDoc doc(FormObjects({"/FT /Tx /T (a)", "/FT /Tx /T (c)", "/FT /Ch /T (d)"}));
+    ASSERT_NE(TSLexDictDefineField(NewWidget(doc), "b.c"), nullptr);
     for (const char *name : {"a.x", "b"}) {
         const DataPtr data(TSDMWidgetAcquireData(DMAnnotFromLexObj(doc.At("Pages/Kids/0/Annots/1"))));
         KRfree(data->title);
