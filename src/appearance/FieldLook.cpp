@@ -53,15 +53,33 @@ LexObj NewOwnDict(DMField *field) {
     return LexNewDict(TSDMFieldGetLexDoc(field), /*indirect*/ false, /*sizeHint*/ 5);
 }
 
-/** The look of the string, or the default look, which becomes the form's. */
-void ReadLook(DMField *field, TextAppearance *look) {
-    const LexObj string = TSDMFieldGetEntry(field, TSEntryDA);
-    if (IsString(string)) {
-        TSLexStringGetTextAppearance(string, look);
-        return;
-    }
+/** False, with the look undefined, for a string that gives no font and size to draw with. */
+bool ReadString(LexObj string, TextAppearance *look) {
+    if (!IsString(string)) return false;
+    const KRErrorCode code = Protect([&] { TSLexStringGetTextAppearance(string, look); });
+    if (code != KRErrNone && code != KRErrBadField) KRRaise(code);
+    return code == KRErrNone && look->fontResource != KRAtomNull && TextAppearanceIsWellFormed(look);
+}
+
+/** Helvetica for a form whose own default cannot be read: the form keeps what it has. */
+void UseHelvetica(DMField *field, TextAppearance *look) {
     *look = TextAppearanceDefault();
-    TessellaSetDefaultTextAppearance(TSDMFieldGetTessella(field), look);
+    look->fontResource = MapBaseFontToNameFont(look->baseFont);
+    TSLexDictLoad<LexName>(TSDMDocGetFontDict(TSDMFieldGetDoc(field), look->baseFont), Name_K, &look->fontResource);
+}
+
+/** The look of the field's string, else of the form's. A form without any gets the default look. */
+void ReadLook(DMField *field, TextAppearance *look) {
+    if (ReadString(TSDMFieldGetEntry(field, TSEntryDA), look)) return;
+    const LexObj form = TSDMFieldGetTessella(field);
+    const LexObj formString = TessellaGetEntry(form, TSEntryDA);
+    if (ReadString(formString, look)) return;
+    if (IsNull(formString)) {
+        *look = TextAppearanceDefault();
+        TessellaSetDefaultTextAppearance(form, look);
+    } else {
+        UseHelvetica(field, look);
+    }
 }
 
 /** `Font` of the field's resources; the null object when no resources or no fonts are there yet. */
@@ -182,7 +200,9 @@ void TSDMFieldGetDefaultTextAppearance(DMField *field, TextAppearance *look) {
     else
         BindMissingFont(field, look);
     const LexObj quadding = TSDMFieldGetEntry(field, TSEntryQ);
-    if (IsInteger(quadding)) look->quadding = static_cast<std::uint16_t>(LexIntegerValue(quadding));
+    const std::int32_t place = IsInteger(quadding) ? LexIntegerValue(quadding) : 0;
+    // A text that stands nowhere would not be drawn.
+    if (place > 0 && place <= 2) look->quadding = static_cast<std::uint16_t>(place);
 }
 
 void TSDMFieldSetDefaultTextAppearance(DMField *field, TextAppearance *look) {

@@ -6,9 +6,10 @@
 #include "LexHFT.h"
 
 /**
- * The effective look (`DA` and `Q`, inherited). A missing `DA` is made in the form; a font resource that no resources
- * define is bound in a `DR` of the field itself, and resources that are absent are made. Raises KRErrBadField for a
- * `DA` that cannot be read; KRErrBadResource for a `DR` or its `Font` that is no dictionary, and without a valid form.
+ * The effective look (`DA` and `Q`, inherited). Where the field's `DA` cannot be read, the form's holds, and then
+ * Helvetica of automatic size; a missing one is made in the form. A font resource that no resources define is bound in
+ * a `DR` of the field itself, and resources that are absent are made. Raises KRErrBadResource for a `DR` or its `Font`
+ * that is no dictionary, and without a valid form.
  */
 void TSDMFieldGetDefaultTextAppearance(DMField *field, TextAppearance *look);
 

@@ -4,15 +4,19 @@
 //     operator = Tf | Tc | Tw | Tz | TL | Ts | Tr  one number before it, and for Tf a "/name" before that
 //              | g | rg | k | G | RG | K           one, three or four components
 //
-// What is neither is passed over. Components are told by their first character: "." and "0" start a number, "1" is 1.0
-// whatever follows; those that begin otherwise do not count.
+// A name may have lost its slash. What is neither is passed over. Components are told by their first character: "." and
+// "0" start a number, "1" is 1.0 whatever follows; those that begin otherwise do not count.
 // SPDX-License-Identifier: MIT
 #include "objects/TextLook.h"
 
+#include <algorithm>
 #include <array>
+#include <cctype>
 #include <cstdio>
 #include <cstring>
+#include <iterator>
 #include <string>
+#include <string_view>
 
 #include "Common/src/miLexType.h"
 #include "Common/src/miUtils.h"
@@ -121,7 +125,8 @@ bool StoreTextState(TextAppearance *look, char operation, KRFixed value) {
         look->rise = value;
         break;
     case 'r':
-        look->renderMode = static_cast<std::uint16_t>(value >> 16);
+        // From 4 on the text also becomes a clip, for which a face has no use.
+        look->renderMode = static_cast<std::uint16_t>(value >> 16 & 3);
         break;
     default:
         break;
@@ -169,12 +174,22 @@ bool TakeColorToken(const char *token, Operands &operands, TextAppearance *look)
     return true;
 }
 
+/** The font's name in front of size and `Tf`, without its slash, which some writers lose; null when there is none. */
+const char *FontNameAt(const Tokens &tokens, int i) {
+    if (std::strcmp(tokens[i + 2], "Tf") != 0) return nullptr;
+    if (*tokens[i] == '/') return tokens[i] + 1;
+    const bool isWord = std::isalpha(static_cast<unsigned char>(*tokens[i]));
+    // Operators in front of a size are operators: the name is missing then.
+    static constexpr std::string_view s_operators[] = {"g", "G", "rg", "RG", "k", "K", "q", "Q", "BT", "ET"};
+    return isWord && std::ranges::find(s_operators, tokens[i]) == std::end(s_operators) ? tokens[i] : nullptr;
+}
+
 /** False for a colour error; `*hasFont` tells of `Tf`. */
 bool Parse(const Tokens &tokens, TextAppearance *look, bool *hasFont) {
     Operands operands;
     for (int i = 0; i < tokens.count; ++i) {
-        if (*tokens[i] == '/' && std::strcmp(tokens[i + 2], "Tf") == 0) {
-            look->fontResource = AtomOfName(tokens[i] + 1);
+        if (const char *const name = FontNameAt(tokens, i)) {
+            look->fontResource = AtomOfName(name);
         } else if (*tokens[i + 1] == 'T') {
             if (StoreTextState(look, tokens[i + 1][1], KRCStringToFixed(tokens[i]))) *hasFont = true;
             ++i;

@@ -4,6 +4,7 @@
 
 #include "base/BufCont.h"
 #include "objects/ColorUtl.h"
+#include "objects/FontMgr.h"
 #include "objects/LexUtil.h"
 #include "objects/TextLook.h"
 #include "tests/forms/ModelFixture.h"
@@ -36,6 +37,8 @@ TEST_F(Looks, StringsParseAndWriteBackInTheirOrder) {
         {"/Helv 9 Tf 2 Tr 1 0 0 RG 0.5 Tc 3 Tw 90 Tz 11 TL -2 Ts",
          "/Helv 9 Tf 0.5 Tc 3 Tw 90 Tz 11 TL -2 Ts 2 Tr 1 0 0 RG 0 g "},
         {"q /My#20Font 9 Tf Q", "/My#20Font 9 Tf 0 g "},
+        {"Courier 12 Tf .1 .1 .1 rg", "/Courier 12 Tf 0.1 0.1 0.1 rg "},
+        {"/Helv 9 Tf 6 Tr", "/Helv 9 Tf 2 Tr 0 G 0 g "},
     };
     for (const auto &[text, written] : cases) {
         TextAppearance look;
@@ -133,6 +136,29 @@ TEST_F(Looks, AMissingLookBecomesTheFormsAndBadResourcesAreRefused) {
     for (const char *resources : {"/DR 7", "/DR << /Font [] >>"}) {
         const TestDoc bad(FormObjects({"/FT /Tx /T (a) /DA (/Helv 0 Tf)"}, resources));
         EXPECT_EQ(Protect([&] { TSDMFieldGetDefaultTextAppearance(FieldAt(bad, 0), &look); }), KRErrBadResource);
+    }
+}
+
+// A value whose look could not be read was stored under the old picture.
+TEST_F(Looks, AnUnreadableLookFallsBackToTheFormsAndThenToHelvetica) {
+    for (const char *unreadable :
+         {"()", "(0 g)", "(10 Tf)", "(1 g 10 Tf)", "(/Helv -9 Tf)", "(0 0 rg /Helv 9 Tf)", "7"}) {
+        const std::string field = std::string("/FT /Tx /T (a) /Q 7 /DA ") + unreadable;
+        TextAppearance look;
+        const TestDoc readable(FormObjects({field}, "/DA (/TiRo 11 Tf 0.5 g)"));
+        TSDMFieldGetDefaultTextAppearance(FieldAt(readable, 0), &look);
+        EXPECT_EQ(Written(look), "/TiRo 11 Tf 0.5 g ") << unreadable;
+        EXPECT_EQ(look.baseFont, TimesRoman_K);
+        EXPECT_EQ(look.quadding, 0) << "where there is no place, the text stands on the left";
+        EXPECT_EQ(Text(readable.At("Tessella/DA")), "/TiRo 11 Tf 0.5 g");
+
+        const std::string formToo = std::string("/DA ") + unreadable;
+        const TestDoc neither(FormObjects({field}, formToo.c_str()));
+        const std::string before = Text(neither.At("Tessella/DA"));
+        TSDMFieldGetDefaultTextAppearance(FieldAt(neither, 0), &look);
+        EXPECT_EQ(Written(look), "/Helv 0 Tf 0 g ") << unreadable;
+        EXPECT_EQ(FontDictGetBaseFontName(neither.At("Tessella/DR/Font/Helv")), Helvetica_K);
+        EXPECT_EQ(Text(neither.At("Tessella/DA")), before) << "the author's string stays";
     }
 }
 
