@@ -11,7 +11,7 @@
 inline KRHFT gFormsAuthoringHFT = nullptr;
 inline constexpr const char *FormsAuthoringHFTName = "FormsAuthoring";
 inline constexpr std::uint32_t FormsAuthoringHFTVersion = KRVersion(1, 0);
-inline constexpr int FormsAuthoringHFTCount = 30;
+inline constexpr int FormsAuthoringHFTCount = 32;
 
 namespace Forms {
 
@@ -136,5 +136,12 @@ inline constexpr Slot<&gFormsAuthoringHFT, 29, void(std::int32_t id)> TSFormWarn
 
 /** A sum of TSSeal. Loads the fields. */
 inline constexpr Slot<&gFormsAuthoringHFT, 30, std::uint32_t(DMDoc doc)> TSDMDocGetSeals;
+
+// Limits of the plug-in, for the whole process; KRLimitGet and KRLimitSet are the host's.
+
+/** Row `index` of the table, from 0; false, and nothing stored, past its end. */
+inline constexpr Slot<&gFormsAuthoringHFT, 31, KRBool(std::int32_t index, KRLimit *limit)> TSLimitGet;
+/** Sets a limit. False for an unknown name, and for a value below 1 or above the highest. */
+inline constexpr Slot<&gFormsAuthoringHFT, 32, KRBool(const char *name, std::int64_t value)> TSLimitSet;
 
 } // namespace Forms

@@ -86,6 +86,22 @@ enum LexType : std::int32_t {
     LexStream = 8
 };
 
+/**
+ * A row of a table of limits: a bound on what is taken on from a file. Host and plug-in have a table each (KRLimitGet,
+ * TSLimitGet). The texts are the owner's and live as long as it does. 1 is the lowest value of every limit.
+ */
+struct KRLimit {
+    /** As a user writes it: "field-depth". */
+    const char *name;
+    /** What it bounds, as a phrase for a list. */
+    const char *bounds;
+    std::int64_t standard;
+    /** The one in force. */
+    std::int64_t value;
+    /** The highest that may be set. */
+    std::int64_t highest;
+};
+
 /** An open PDF document. Counted: DMDocOpen takes a reference and DMDocClose gives one up. */
 using DMDoc = struct DMDocRec *;
 /** A page of a document. Counted: what was acquired is released. */

@@ -9,7 +9,7 @@
 /** Set by the entry code. */
 inline KRHFT gKernelSupportHFT = nullptr;
 inline constexpr std::uint32_t KernelSupportHFTVersion = KRVersion(4, 2);
-inline constexpr int KernelSupportHFTCount = 40;
+inline constexpr int KernelSupportHFTCount = 42;
 
 // Memory. The same allocator for host and plug-ins: what one allocates the other may free.
 
@@ -183,3 +183,10 @@ inline constexpr Slot<&gKernelSupportHFT, 38, void(KRAtom name, KRFileSys fs)> K
 inline constexpr Slot<&gKernelSupportHFT, 39, KRPathName(KRFileSys fs, KRPathName path)> KRFileSysCopyPath;
 /** The Unix path of a path of the default file system, KRmalloc'd; null where the file system has none. */
 inline constexpr Slot<&gKernelSupportHFT, 40, char *(KRFileSys fs, KRPathName path)> KRFileSysPlatformPath;
+
+// Limits of the host, for the whole process.
+
+/** Row `index` of the table, from 0; false, and nothing stored, past its end. */
+inline constexpr Slot<&gKernelSupportHFT, 41, KRBool(std::int32_t index, KRLimit *limit)> KRLimitGet;
+/** Sets a limit. False for an unknown name, and for a value below 1 or above the highest. */
+inline constexpr Slot<&gKernelSupportHFT, 42, KRBool(const char *name, std::int64_t value)> KRLimitSet;

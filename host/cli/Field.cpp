@@ -10,13 +10,12 @@
 #include "DocModelHFT.h"
 #include "FormsAuthoringHFT.h"
 #include "PIFrame.h"
+#include "cli/LimitOptions.h"
 #include "cli/Text.h"
 
 namespace jackdaw::cli {
 
 namespace {
-
-constexpr int s_depthLimit = 256;
 
 struct FlagWord {
     std::uint32_t bit;
@@ -37,6 +36,12 @@ constexpr FlagWord s_choiceWords[] = {{TSFieldComboEdit, "editable"},
                                       {TSFieldCommitOnChange, "commitonchange"}};
 constexpr FlagWord s_widgetWords[] = {
     {DMAnnotInvisible, "invisible"}, {DMAnnotHidden, "hidden"}, {DMAnnotNoView, "noview"}};
+
+/** Steps up `Parent` that are taken. Set before the first command runs, and asked for each field. */
+std::int64_t InheritanceDepth() {
+    static const std::int64_t s_depth = LimitNamed("inheritance-depth");
+    return s_depth;
+}
 
 bool IsDict(LexObj obj) {
     return LexObjGetType(obj) == LexDict;
@@ -74,7 +79,7 @@ std::vector<LexObj> WidgetsOf(LexObj dict) {
 
 // A widget handed out by name is the group's kid or its top; the group is asked.
 LexObj GroupOf(LexObj dict) {
-    for (int depth = 0; depth < s_depthLimit && LexObjGetType(Get(dict, "T")) == LexNull; ++depth) {
+    for (std::int64_t depth = 0; depth < InheritanceDepth() && LexObjGetType(Get(dict, "T")) == LexNull; ++depth) {
         LexObj parent = Get(dict, "Parent");
         if (!IsDict(parent)) break;
         dict = parent;
@@ -188,7 +193,7 @@ KRAtom AtomOf(const char *text) {
 
 LexObj InheritedValue(LexObj dict, KRAtom key) {
     const KRAtom parent = AtomOf("Parent");
-    for (int depth = 0; depth < s_depthLimit && IsDict(dict); ++depth) {
+    for (std::int64_t depth = 0; depth < InheritanceDepth() && IsDict(dict); ++depth) {
         LexObj value = LexDictGet(dict, key);
         if (LexObjGetType(value) != LexNull) return value;
         dict = LexDictGet(dict, parent);

@@ -10,7 +10,7 @@
 #include <unistd.h>
 
 #include "cli/Blocks.h"
-#include "cli/InputLimits.h"
+#include "cli/LimitOptions.h"
 #include "cli/Session.h"
 
 namespace jackdaw::cli {
@@ -61,10 +61,11 @@ void ReadBlocks(const Source &source, Take take) {
 
 std::string ReadData(const std::string &path) {
     const Source source = Open(path);
+    const std::int64_t limit = LimitNamed("data-bytes");
     std::string bytes;
     ReadBlocks(source, [&](const char *block, std::size_t count) {
         bytes.append(block, count);
-        if (static_cast<std::int64_t>(bytes.size()) > DataBytes) FailAsTooLong(source, DataBytes);
+        if (static_cast<std::int64_t>(bytes.size()) > limit) FailAsTooLong(source, limit);
         return true;
     });
     return bytes;
@@ -72,11 +73,12 @@ std::string ReadData(const std::string &path) {
 
 std::string ReadPassword(const std::string &path) {
     const Source source = Open(path);
+    const std::int64_t limit = LimitNamed("password-bytes");
     std::string line;
     ReadBlocks(source, [&](const char *block, std::size_t count) {
         const char *const end = std::find_if(block, block + count, [](char c) { return c == '\r' || c == '\n'; });
         line.append(block, end);
-        if (static_cast<std::int64_t>(line.size()) > PasswordBytes)
+        if (static_cast<std::int64_t>(line.size()) > limit)
             throw CommandFailed{source.name + ": the first line is longer than a password can be"};
         return end == block + count;
     });
@@ -89,10 +91,11 @@ void CopyInputTo(int fd) {
     struct stat facts;
     const bool isFile = fstat(source.fd, &facts) == 0 && S_ISREG(facts.st_mode);
     fchmod(fd, isFile ? facts.st_mode & 0666 : 0666);
+    const std::int64_t limit = LimitNamed("input-bytes");
     std::int64_t copied = 0;
     ReadBlocks(source, [&](const char *block, std::size_t count) {
         copied += static_cast<std::int64_t>(count);
-        if (copied > PipedDocumentBytes) FailAsTooLong(source, PipedDocumentBytes);
+        if (copied > limit) FailAsTooLong(source, limit);
         WriteBlock(fd, {block, count}, "the temporary file for standard input");
         return true;
     });

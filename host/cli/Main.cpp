@@ -10,11 +10,13 @@
 
 #include "PIFrame.h"
 #include "app/Startup.h"
+#include "cli/LimitOptions.h"
 #include "cli/Options.h"
 #include "cli/Session.h"
 #include "kernel/Apart.h"
 #include "kernel/Ending.h"
 #include "kernel/HostError.h"
+#include "kernel/HostLimits.h"
 #include "kernel/Memory.h"
 
 namespace {
@@ -27,10 +29,11 @@ void BoundReading(const std::string &path) {
     std::error_code error;
     const std::uintmax_t size = std::filesystem::file_size(path, error);
     const std::int64_t bytes = error ? 0 : static_cast<std::int64_t>(std::min(size, std::uintmax_t{1} << 34));
-    BoundProcess({/*seconds*/ 10, (std::int64_t{512} << 20) + 64 * bytes});
+    BoundProcess({LimitOf(Limit::DrawSeconds), LimitOf(Limit::DrawBytes) + 64 * bytes});
 }
 
 int RunCommand(const CLI::App &app, const Options &options) {
+    SetLimits(options.limits);
     if (app.got_subcommand("fields")) RunFields(options.fields);
     if (app.got_subcommand("fill")) RunFill(options.fill);
     if (app.got_subcommand("reset")) RunReset(options.reset);
@@ -42,12 +45,13 @@ int RunCommand(const CLI::App &app, const Options &options) {
 }
 
 // Whatever a command meets ends here as one line.
-int RunGuarded(const CLI::App &app, const Options &options) {
+template <class Body>
+int RunGuarded(Body body) {
     std::string failure;
     int result = ExitNothingDone;
     const KRErrorCode code = Protect([&] {
         try {
-            result = RunCommand(app, options);
+            result = body();
         } catch (const CommandFailed &failed) {
             failure = failed.what;
         }
@@ -73,11 +77,16 @@ bool PrintDerived(int argc, char **argv, const CLI::App &app) {
     DescribeOptions(app, options);
     if (PrintDerived(argc, argv, app)) LeaveProcess(ExitDone);
     const ParseResult parsed = ParseArguments(app, argc, argv);
-    if (parsed != ParseResult::Run) LeaveProcess(parsed == ParseResult::Told ? ExitDone : ExitNothingDone);
+    if (parsed == ParseResult::Told) LeaveProcess(ExitDone);
+    if (parsed == ParseResult::Wrong) LeaveProcess(ExitNothingDone);
     HostOptions host;
     host.plugInDir = options.plugIns;
     StartHost(host);
-    const int result = RunGuarded(app, options);
+    const int result = RunGuarded([&] {
+        if (parsed == ParseResult::Run) return RunCommand(app, options);
+        ListLimits();
+        return static_cast<int>(ExitDone);
+    });
     try {
         StopHost();
     } catch (const std::exception &) {

@@ -67,6 +67,7 @@ void DescribeFill(CLI::App &app, FillOptions &options) {
                      "when the form has a field of the longer name. May be repeated")
         ->type_name("NAME=VALUE")
         ->expected(1)
+        ->allow_extra_args(false)
         ->take_all();
     command
         ->add_option(
@@ -159,10 +160,15 @@ void DescribeOptions(CLI::App &app, Options &options) {
     app.formatter(formatter);
     app.description("Fill in the forms of PDF documents");
     app.set_version_flag("--version", std::string("jackdaw ") + JACKDAW_VERSION, "Print the version and stop");
-    app.set_help_flag("-h,--help", "Print this help and stop");
+    app.set_help_flag("-h,--help", "Print this help and stop; --help limits lists the limits");
     app.add_option("--plug-ins", options.plugIns,
                    "Folder of the plug-ins, in place of the one installed with the program")
         ->type_name("DIR");
+    app.add_option("--limit", options.limits, "Set a limit on what is taken on from a file. May be repeated")
+        ->type_name("NAME=N")
+        ->expected(1)
+        ->allow_extra_args(false)
+        ->take_all();
     app.require_subcommand(1);
     // Options of the program are taken behind the command too.
     app.fallthrough();
@@ -204,7 +210,8 @@ std::string Completion(const CLI::App &app) {
         cases += "\" ;;\n";
     }
     return "_jackdaw() {\n  local words=\"" + commands.substr(1) +
-           " --help --version --plug-ins\" word=${COMP_WORDS[COMP_CWORD]}\n  case ${COMP_WORDS[1]} in\n" + cases +
+           " --help --version --plug-ins --limit\" word=${COMP_WORDS[COMP_CWORD]}\n  case ${COMP_WORDS[1]} in\n" +
+           cases +
            "  esac\n  [[ $word == -* || $COMP_CWORD == 1 ]] && COMPREPLY=($(compgen -W \"$words\" -- \"$word\"))\n}\n"
            "complete -o default -F _jackdaw jackdaw\n";
 }

@@ -11,6 +11,8 @@ namespace jackdaw::cli {
 
 struct Options {
     std::string plugIns;
+    /** NAME=N. */
+    std::vector<std::string> limits;
     FieldsOptions fields;
     FillOptions fill;
     ResetOptions reset;
@@ -25,6 +27,8 @@ enum class ParseResult {
     Run,
     /** Help or version was asked for and printed. */
     Told,
+    /** The list of limits is to be printed, which host and plug-in know. */
+    Limits,
     /** The lines that say what is wrong are printed. */
     Wrong
 };

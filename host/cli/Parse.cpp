@@ -130,6 +130,8 @@ ParseResult ParseArguments(CLI::App &app, int argc, char **argv) {
         app.parse(argc, argv);
         return ParseResult::Run;
     } catch (const CLI::Success &success) {
+        const bool help = dynamic_cast<const CLI::CallForHelp *>(&success);
+        if (help && app.remaining() == std::vector<std::string>{"limits"}) return ParseResult::Limits;
         std::ostringstream text;
         app.exit(success, text, text);
         std::fputs(text.str().c_str(), stdout);

@@ -6,6 +6,7 @@
 #include "doc/Keys.h"
 #include "doc/NameTreeWalk.h"
 #include "kernel/HostError.h"
+#include "kernel/HostLimits.h"
 #include "lex/LexApi.h"
 #include "lex/LexObjects.h"
 #include "lex/Store.h"
@@ -78,7 +79,7 @@ void searchLeaf(Place &place, const std::string &key) {
 Place search(LexObj root, const std::string &key) {
     Place place;
     LexObj node = root;
-    while (lex::IsDict(node) && place.path.size() < NameTreeLevels) {
+    while (lex::IsDict(node) && std::ssize(place.path) < LimitOf(Limit::NameTreeLevels)) {
         if (IsNameLeaf(node)) {
             place.leaf = node;
             searchLeaf(place, key);

@@ -12,6 +12,7 @@
 #include "doc/Keys.h"
 #include "doc/Notify.h"
 #include "kernel/HostError.h"
+#include "kernel/HostLimits.h"
 #include "lex/LexApi.h"
 #include "lex/LexObjects.h"
 #include "lex/Store.h"
@@ -173,7 +174,8 @@ DMDoc OpenDoc(KRFileSys fs, KRPathName path, const char *password) {
     }
     std::unique_ptr<KRFileRec> file = fs->open(path->text, KRFileRead_);
     const LexDoc lex = isLocal ? lex::OpenPdfFile(path->text, password)
-                               : lex::OpenPdfBytes(fs->displayText(path->text), ReadWholeFile(file.get()), password);
+                               : lex::OpenPdfBytes(fs->displayText(path->text),
+                                                   ReadWholeFile(file.get(), LimitOf(Limit::FileBytes)), password);
     DMDocRec &doc = addDocument(lex);
     adoptFile(doc, fs, path->text, std::move(file));
     return &doc;

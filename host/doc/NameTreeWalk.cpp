@@ -6,6 +6,7 @@
 #include <unordered_set>
 
 #include "doc/Keys.h"
+#include "kernel/HostLimits.h"
 #include "lex/LexObjects.h"
 
 namespace jackdaw {
@@ -79,7 +80,7 @@ struct Walk {
         opened.kids = lex::DictGet(node, Keys().Kids);
         opened.length = lex::ArrayLength(opened.kids);
         open.push_back(std::move(opened));
-        if (open.size() >= NameTreeLevels) scan.inOrder = false;
+        if (std::ssize(open) >= LimitOf(Limit::NameTreeLevels)) scan.inOrder = false;
     }
 
     void run(LexObj root) {

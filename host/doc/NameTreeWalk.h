@@ -11,8 +11,6 @@ namespace jackdaw {
 
 /** Names of a leaf, and kids of a node, that are at most written here. */
 inline constexpr std::int32_t NameTreeBranching = 64;
-/** Levels that a search goes down; a deeper tree counts as out of order. */
-inline constexpr std::size_t NameTreeLevels = 64;
 
 struct NamePair {
     /** A string object. */

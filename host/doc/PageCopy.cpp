@@ -4,6 +4,7 @@
 
 #include "doc/Keys.h"
 #include "doc/Pages.h"
+#include "kernel/HostLimits.h"
 #include "lex/LexObjects.h"
 #include "lex/LexStreams.h"
 #include "lex/Store.h"
@@ -67,7 +68,7 @@ void PageCopier::announceAnnot(LexObj annot) {
     announce(annot, Role::annot);
     if (!isWidget(annot)) return;
     LexObj ancestor = lex::DictGet(annot, Keys().Parent);
-    for (int step = 0; step < MaxParentSteps; ++step) {
+    for (int step = 0; step < LimitOf(Limit::PageTreeDepth); ++step) {
         if (!lex::IsDict(ancestor) || memo_.contains(ancestor.node)) return;
         announce(ancestor, Role::field);
         ancestor = lex::DictGet(ancestor, Keys().Parent);

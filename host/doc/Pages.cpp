@@ -9,6 +9,7 @@
 #include "doc/Keys.h"
 #include "kernel/Fixed.h"
 #include "kernel/HostError.h"
+#include "kernel/HostLimits.h"
 #include "lex/LexObjects.h"
 
 namespace jackdaw {
@@ -132,7 +133,7 @@ std::int32_t PageNumber(DMPage page) {
 
 LexObj InheritedPageValue(LexObj page, KRAtom key) {
     LexObj node = page;
-    for (int step = 0; step < MaxParentSteps && lex::IsDict(node); ++step) {
+    for (int step = 0; step < LimitOf(Limit::PageTreeDepth) && lex::IsDict(node); ++step) {
         const LexObj value = lex::DictGet(node, key);
         if (!lex::IsNull(value)) return value;
         node = lex::DictGet(node, Keys().Parent);

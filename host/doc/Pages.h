@@ -43,9 +43,6 @@ KRFixedRect PageMediaBox(DMPage page);
 /** From page space to the upright page with its crop box's corner at the origin, y upward. */
 KRFixedMatrix PageDefaultMatrix(DMPage page);
 
-/** Steps up `Parent` that are taken before a chain counts as a loop. */
-inline constexpr int MaxParentSteps = 100;
-
 /** Four numbers in file order as a normalised rectangle; false when `obj` is none. */
 bool ReadRect(LexObj obj, KRFixedRect *rect);
 /** A direct array of four numbers in file order. */

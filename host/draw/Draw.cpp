@@ -14,6 +14,7 @@
 #include "draw/PageRenderer.h"
 #include "draw/Snapshot.h"
 #include "kernel/HostError.h"
+#include "kernel/HostLimits.h"
 #include "lex/LexApi.h"
 #include "lex/LexObjects.h"
 
@@ -78,7 +79,7 @@ struct Kept {
     OnePagePtr page;
     std::string outline;
     /** Of the snapshot. */
-    std::size_t size;
+    std::int64_t size;
     std::uint64_t stamp;
 };
 
@@ -86,9 +87,7 @@ struct Kept {
 struct KeptPages {
     std::list<Kept> order;
     std::map<KeptKey, std::list<Kept>::iterator> byKey;
-    std::size_t bytes = 0;
-    std::size_t limit = 512;
-    std::size_t byteLimit = std::size_t{128} << 20;
+    std::int64_t bytes = 0;
 
     void erase(std::list<Kept>::iterator place) {
         bytes -= place->size;
@@ -96,7 +95,9 @@ struct KeptPages {
         order.erase(place);
     }
     void trim() {
-        while (!order.empty() && (order.size() > limit || bytes > byteLimit)) erase(std::prev(order.end()));
+        while (!order.empty() &&
+               (std::ssize(order) > LimitOf(Limit::KeptPages) || bytes > LimitOf(Limit::KeptPageBytes)))
+            erase(std::prev(order.end()));
     }
     void dropDead() {
         for (auto it = order.begin(); it != order.end();) {
@@ -135,7 +136,7 @@ OnePagePtr keptOr(LexObj source, LexObj layer, Build build) {
     }
     if (outline.empty()) return nullptr;
     std::string bytes = build(SnapshotForm::File);
-    const std::size_t size = bytes.size();
+    const std::int64_t size = std::ssize(bytes);
     OnePagePtr page = openPage(std::move(bytes));
     if (!page) return nullptr;
     cache.dropDead();
@@ -175,11 +176,6 @@ double OnePageHeight(const OnePage &page) {
 
 void DrawOnePage(const OnePage &page, cairo_t *context) {
     renderer().render(page.page.get(), context);
-}
-
-void SetKeptLimit(std::size_t count) {
-    kept().limit = count;
-    kept().trim();
 }
 
 std::size_t KeptCount() {

@@ -39,8 +39,7 @@ double OnePageHeight(const OnePage &page);
 /** Draws at the context's origin, y downward, one unit a point. Paints no paper. */
 void DrawOnePage(const OnePage &page, cairo_t *context);
 
-/** How many one-page documents are kept (each about 100 KB); 512 at the start, and 128 MB of snapshots in all. */
-void SetKeptLimit(std::size_t count);
+/** How many one-page documents are kept. */
 std::size_t KeptCount();
 void DropKept();
 

@@ -19,6 +19,7 @@
 #include "kernel/Files.h"
 #include "kernel/Fixed.h"
 #include "kernel/HostError.h"
+#include "kernel/HostLimits.h"
 #include "lex/LexObjects.h"
 #include "lex/Store.h"
 
@@ -28,8 +29,6 @@ namespace {
 
 /** The longest side that a cairo image has. */
 constexpr double s_maxSide = 32767;
-
-constexpr ApartBounds s_drawBounds{/*seconds*/ 10, /*bytes*/ std::int64_t{512} << 20};
 
 /** What the format defines: flag "invisible" speaks only of others. */
 bool isStandardSubtype(std::string_view name) {
@@ -126,7 +125,8 @@ SurfacePtr newImage(const PageGeometry &geometry) {
     // A page of 612.0000001 points is 612 pixels wide.
     const double width = std::max(1.0, std::ceil(geometry.width - 1e-4));
     const double height = std::max(1.0, std::ceil(geometry.height - 1e-4));
-    if (!(width <= s_maxSide) || !(height <= s_maxSide) || width * height > static_cast<double>(MaxRenderPixels))
+    if (!(width <= s_maxSide) || !(height <= s_maxSide) ||
+        width * height > static_cast<double>(LimitOf(Limit::RenderPixels)))
         throw HostError{KRErrBadParam, "The image would be " + std::to_string(std::llround(width)) + " by " +
                                            std::to_string(std::llround(height)) +
                                            " pixels, which is more than the limit allows."};
@@ -238,7 +238,8 @@ SurfacePtr RenderPage(DMDoc doc, std::int32_t page, std::int32_t dpi) {
     SurfacePtr surface = newImage(GeometryOfPage(shown.get(), scale));
     cairo_surface_flush(surface.get());
     const std::string what = "Page " + std::to_string(page + 1) + " cannot be drawn: it";
-    RunApart(what, s_drawBounds, [&] { paintPage(surface.get(), shown.get(), scale); });
+    const ApartBounds bounds{LimitOf(Limit::DrawSeconds), LimitOf(Limit::DrawBytes)};
+    RunApart(what, bounds, [&] { paintPage(surface.get(), shown.get(), scale); });
     cairo_surface_mark_dirty(surface.get());
     return surface;
 }

@@ -24,8 +24,6 @@ struct SurfaceFree {
 };
 using SurfacePtr = std::unique_ptr<cairo_surface_t, SurfaceFree>;
 
-inline constexpr std::int64_t MaxRenderPixels = 100'000'000;
-
 /** The stream under `AP` `N`, chosen by `AS` where `N` is a dictionary of states; null when there is none. */
 LexObj NormalAppearance(LexObj annot);
 /** False for the annotations that the first comment names, as far as flags and subtype tell. */
@@ -43,7 +41,7 @@ void DrawPageAnnots(cairo_t *context, DMPage page, double scale);
 
 /**
  * A page on white paper as an RGB image. `page` counts from 0. Raises KRErrBadParam for a page that is not there, a
- * `dpi` below 1 and an image above MaxRenderPixels, KRErrBadPDF for a page that cannot be opened, KRErrNoMemory for one
+ * `dpi` below 1 and an image above Limit::RenderPixels, KRErrBadPDF for a page that cannot be opened, KRErrNoMemory for one
  * that takes more time or memory than drawing may: it is drawn apart (Apart.h).
  */
 SurfacePtr RenderPage(DMDoc doc, std::int32_t page, std::int32_t dpi);

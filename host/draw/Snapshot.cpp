@@ -24,6 +24,7 @@
 #include "doc/Pages.h"
 #include "kernel/Atoms.h"
 #include "kernel/HostError.h"
+#include "kernel/HostLimits.h"
 #include "lex/LexApi.h"
 #include "lex/LexObjects.h"
 #include "lex/Store.h"
@@ -37,8 +38,6 @@ constexpr int s_treeNumber = 2;
 constexpr int s_pageNumberInFile = 3;
 constexpr int s_contentNumber = 4;
 constexpr int s_firstCopy = 5;
-constexpr std::size_t s_maxCopies = 200'000;
-constexpr int s_maxNesting = 500;
 
 /** Keys that lead from an appearance into the rest of the document and do not show. */
 const std::set<std::string> &unseenKeys() {
@@ -121,11 +120,11 @@ private:
 
     void put(const QPDFObjectHandle &h, int depth) {
         const bool known = h.isIndirect() && numbers_.count(h.getObjGen()) > 0;
-        if (depth > s_maxNesting || (!known && leadsIntoDocument(h)))
+        if (depth > LimitOf(Limit::DrawnDepth) || (!known && leadsIntoDocument(h)))
             out_ += "null";
         else if (!h.isIndirect())
             putDirect(h, depth);
-        else if (known || numbers_.size() < s_maxCopies)
+        else if (known || std::ssize(numbers_) < LimitOf(Limit::DrawnObjects))
             reference(numberOf(h));
         else
             out_ += "null";

@@ -72,9 +72,9 @@ void ReleasePath(KRPathName path);
 const std::string &UnixPathOf(KRFileSys fs, KRPathName path);
 
 /** The bytes of a whole file from its start, wherever its position is; throws KRErrNoMemory beyond `limit`. */
-std::string ReadWholeFile(KRFile file, std::int64_t limit = std::int64_t{1} << 32);
+std::string ReadWholeFile(KRFile file, std::int64_t limit);
 /** Opens, reads and closes. */
-std::string ReadWholeFile(KRFileSys fs, KRPathName path, std::int64_t limit = std::int64_t{1} << 32);
+std::string ReadWholeFile(KRFileSys fs, KRPathName path, std::int64_t limit);
 
 /** Error of the system for `path` as a HostError: what was tried ("open"), on what, and errno's own words. */
 [[noreturn]] void ThrowFileError(const char *tried, const std::string &path, int errnoValue);

@@ -11,6 +11,7 @@
 #include "kernel/Files.h"
 #include "kernel/Fixed.h"
 #include "kernel/HFTServers.h"
+#include "kernel/HostLimits.h"
 #include "kernel/Memory.h"
 #include "kernel/Streams.h"
 
@@ -195,7 +196,7 @@ void fillFiles() {
     Bind<&pathFromFileSpec>(KRFileSysPathFromFileSpec);
 }
 
-void fillStreamsAndFileSystems() {
+void fillStreamsAndLimits() {
     Bind<&OpenMemoryStream>(KRMemStmOpen);
     Bind<&OpenProcStream>(KRProcStmOpen);
     Bind<&readStream>(KRStmRead);
@@ -204,6 +205,8 @@ void fillStreamsAndFileSystems() {
     Bind<&RegisterFileSys>(KRFileSysRegister);
     Bind<&copyPath>(KRFileSysCopyPath);
     Bind<&platformPath>(KRFileSysPlatformPath);
+    Bind<&GetLimit>(KRLimitGet);
+    Bind<&SetLimit>(KRLimitSet);
 }
 
 } // namespace
@@ -212,7 +215,7 @@ void FillKernelSupportTable() {
     fillMemoryErrorsAndTables();
     fillFixedNumbers();
     fillFiles();
-    fillStreamsAndFileSystems();
+    fillStreamsAndLimits();
 }
 
 } // namespace jackdaw

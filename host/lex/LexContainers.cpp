@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "kernel/HostError.h"
-#include "lex/Limits.h"
+#include "kernel/HostLimits.h"
 #include "lex/Node.h"
 
 namespace jackdaw::lex {
@@ -109,7 +109,7 @@ void ArrayPut(LexObj obj, std::int32_t index, LexObj valueObj) {
     Container &array = arrayOf(obj, index);
     Node *value = NodeOf(valueObj);
     const std::int32_t length = array.h.getArrayNItems();
-    if (index >= length && index >= limits().arrayLength) throw HostError{KRErrBadParam};
+    if (index >= length && index >= LimitOf(Limit::ArrayLength)) throw HostError{KRErrBadParam};
     if (value) {
         if (index < length && standsAt(array, index, *value)) return;
         Admit(array, *value);

@@ -11,10 +11,10 @@
 
 #include "kernel/Atoms.h"
 #include "kernel/HostError.h"
+#include "kernel/HostLimits.h"
 #include "kernel/Memory.h"
 #include "kernel/Streams.h"
 #include "lex/LexObjects.h"
-#include "lex/Limits.h"
 #include "lex/Node.h"
 #include "lex/StoreParts.h"
 
@@ -147,7 +147,7 @@ void readData(const Node &stream, Read read) {
         read();
     } catch (const HostError &) {
         throwBadStream(stream,
-                       "the stream decodes to more than " + std::to_string(limits().decodedStreamBytes) + " bytes");
+                       "the stream decodes to more than " + std::to_string(LimitOf(Limit::StreamBytes)) + " bytes");
     } catch (const std::bad_alloc &) {
         throw;
     } catch (const std::exception &error) {
@@ -180,7 +180,8 @@ LexObj NewStreamFrom(LexDoc doc, KRStm source, std::int32_t start, bool encode, 
                      std::int32_t length) {
     OpenRecord(doc);
     if (!source) throw HostError{KRErrBadParam};
-    const std::string bytes = DrainStream(source, std::max(start, 0), std::max(length, -1), limits().newStreamBytes);
+    const std::string bytes =
+        DrainStream(source, std::max(start, 0), std::max(length, -1), LimitOf(Limit::NewStreamBytes));
     return NewStream(doc, bytes, encode, attributes, encodeParms);
 }
 
@@ -208,7 +209,7 @@ std::string RawData(LexObj stream) {
 std::string DecodedData(LexObj stream) {
     Container &node = streamNode(stream);
     std::string bytes;
-    StringSink sink(bytes, limits().decodedStreamBytes);
+    StringSink sink(bytes, LimitOf(Limit::StreamBytes));
     bool attempted = false;
     bool good = false;
     readData(node, [&] {

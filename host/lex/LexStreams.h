@@ -27,7 +27,7 @@ LexObj StreamDict(LexObj stream);
 std::int32_t StreamLength(LexObj stream);
 /** Decrypted, still encoded. Throws HostError{KRErrBadStream} when the file cannot give it. */
 std::string RawData(LexObj stream);
-/** Throws HostError{KRErrBadStream} when it cannot be decoded or passes limits().decodedStreamBytes. */
+/** Throws HostError{KRErrBadStream} when it cannot be decoded or passes Limit::StreamBytes. */
 std::string DecodedData(LexObj stream);
 /** A byte stream over either; the caller closes it. */
 KRStm OpenData(LexObj stream, LexStreamMode mode);

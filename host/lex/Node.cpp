@@ -7,8 +7,8 @@
 
 #include "kernel/Atoms.h"
 #include "kernel/HostError.h"
+#include "kernel/HostLimits.h"
 #include "lex/LexApi.h"
-#include "lex/Limits.h"
 
 namespace jackdaw::lex {
 
@@ -70,12 +70,10 @@ LexType lexTypeOf(QPDFObjectHandle h) {
     }
 }
 
-/** Values that are shared at most, of either kind: a file may hold any number of different ones. */
-constexpr std::size_t s_mostShared = 1 << 16;
-
 template <class Map, class Key>
 Node **placeIn(Map &map, const Key &key) {
-    if (map.size() < s_mostShared) return &map[key];
+    // A file may hold any number of different values.
+    if (std::ssize(map) < LimitOf(Limit::SharedValues)) return &map[key];
     const auto found = map.find(key);
     return found == map.end() ? nullptr : &found->second;
 }
@@ -148,7 +146,7 @@ bool raiseHeights(Container &container, unsigned height) {
         const unsigned level = rising.back().second;
         rising.pop_back();
         if (node->atomOrHeight >= level) continue;
-        if (level > limits().directDepth) return false;
+        if (level > LimitOf(Limit::DirectDepth)) return false;
         node->atomOrHeight = static_cast<std::uint16_t>(level);
         forEachHolder(*node, [&](Container *holder) { rising.emplace_back(holder, level + 1); });
     }

@@ -15,9 +15,9 @@
 #include "kernel/AtomicFile.h"
 #include "kernel/Files.h"
 #include "kernel/HostError.h"
+#include "kernel/HostLimits.h"
 #include "kernel/Memory.h"
 #include "lex/FileSource.h"
-#include "lex/Limits.h"
 #include "lex/Node.h"
 #include "lex/Repair.h"
 #include "lex/StoreParts.h"
@@ -212,7 +212,7 @@ private:
 
 LexDoc OpenPdfFile(const std::string &path, const char *password) {
     const InputFile file(path);
-    if (!file.isRegular()) return openPdf(file.facts(), file.readAll(limits().pipedFileBytes), password);
+    if (!file.isRegular()) return openPdf(file.facts(), file.readAll(LimitOf(Limit::PipedFileBytes)), password);
     Failure failure;
     const std::shared_ptr<FileSource> source = file.source();
     LexDoc opened = tryToOpen(newRecord(file.facts(), /*fdf*/ false), &failure, [&](LexDocRec &doc) {
@@ -251,7 +251,7 @@ LexDoc OpenFdfBytes(const std::string &name, std::string bytes) {
 
 LexDoc OpenFdf(KRFileSys fs, KRPathName path) {
     if (!path) throw HostError{KRErrBadParam};
-    return OpenFdfBytes(fs->displayText(path->text), ReadWholeFile(fs, path, limits().fdfBytes));
+    return OpenFdfBytes(fs->displayText(path->text), ReadWholeFile(fs, path, LimitOf(Limit::FdfBytes)));
 }
 
 LexDoc CreateFdf() {

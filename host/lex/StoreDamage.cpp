@@ -12,17 +12,13 @@
 
 #include "kernel/Atoms.h"
 #include "kernel/HostError.h"
+#include "kernel/HostLimits.h"
 #include "kernel/Memory.h"
 #include "lex/FileSource.h"
 
 namespace jackdaw::lex {
 
 namespace {
-
-/** Complaints that are kept of one document; the others are counted. */
-constexpr std::size_t s_mostWarnings = 100;
-/** A document with more of them is refused. */
-constexpr std::size_t s_tooManyWarnings = 500'000;
 
 bool contains(std::string_view text, std::string_view part) {
     return text.find(part) != std::string_view::npos;
@@ -40,7 +36,7 @@ bool isHarmless(const LexDocRec &doc, std::string_view complaint) {
 }
 
 void keep(LexDocRec &doc, std::string line) {
-    if (doc.warnings.size() < s_mostWarnings)
+    if (std::ssize(doc.warnings) < LimitOf(Limit::DamageLines))
         doc.warnings.push_back(std::move(line));
     else
         ++doc.moreWarnings;
@@ -82,7 +78,7 @@ void CollectWarnings(LexDocRec &doc) {
 
 void BoundComplaints(LexDocRec &doc) {
     CollectWarnings(doc);
-    if (doc.moreWarnings > s_tooManyWarnings)
+    if (std::ssize(doc.warnings) + static_cast<std::int64_t>(doc.moreWarnings) > LimitOf(Limit::DamageCount))
         throw HostError{KRErrNoMemory, doc.facts.name + ": is damaged in more places than can be repaired"};
 }
 

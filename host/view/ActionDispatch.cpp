@@ -15,6 +15,7 @@
 #include "doc/Document.h"
 #include "kernel/Atoms.h"
 #include "kernel/HostError.h"
+#include "kernel/HostLimits.h"
 #include "kernel/Memory.h"
 #include "lex/LexObjects.h"
 #include "view/PageView.h"
@@ -32,10 +33,6 @@ struct SCActionHandlerRec {
 namespace jackdaw {
 
 namespace {
-
-constexpr int s_maxDepth = 32;
-constexpr std::size_t s_maxChain = 10'000;
-constexpr int s_maxCopyDepth = 64;
 
 using HandlerMap = std::map<KRAtom, std::unique_ptr<SCActionHandlerRec>>;
 
@@ -66,7 +63,8 @@ std::vector<LexObj> following(LexObj action) {
     std::vector<LexObj> result;
     if (lex::IsDict(next)) result.push_back(next);
     if (lex::IsArray(next)) {
-        const std::int32_t count = std::min<std::int32_t>(lex::ArrayLength(next), s_maxChain);
+        const std::int32_t count =
+            static_cast<std::int32_t>(std::min<std::int64_t>(lex::ArrayLength(next), LimitOf(Limit::ActionChain)));
         for (std::int32_t i = count - 1; i >= 0; --i) result.push_back(lex::ArrayGet(next, i));
     }
     return result;
@@ -129,7 +127,7 @@ void RegisterActionHandler(const SCActionHandlerProcs *procs, void *clientData, 
 void PerformAction(SCDoc view, DMAction action) {
     static int s_depth = 0;
     RecordOf(view);
-    if (s_depth >= s_maxDepth) return;
+    if (s_depth >= LimitOf(Limit::ActionDepth)) return;
     const Nested nested(s_depth);
     const LexObj first = ActionLex(action);
     if (!lex::IsNull(first) && !lex::IsDict(first)) {
@@ -138,7 +136,7 @@ void PerformAction(SCDoc view, DMAction action) {
     }
     std::set<std::pair<KRWord, KRWord>> done;
     std::vector<LexObj> pending{first};
-    while (!pending.empty() && done.size() < s_maxChain && ViewIsOpen(view)) {
+    while (!pending.empty() && std::ssize(done) < LimitOf(Limit::ActionChain) && ViewIsOpen(view)) {
         const LexObj now = pending.back();
         pending.pop_back();
         if (!lex::IsDict(now) || !done.emplace(now.node, now.slot).second) continue;
@@ -152,7 +150,7 @@ void PerformAction(SCDoc view, DMAction action) {
 DMAction CopyAction(DMDoc target, DMAction action, SCDoc source) {
     static int s_depth = 0;
     const SCActionHandler handler = ActionHandlerByType(ActionSubtype(action));
-    if (!handler || s_depth >= s_maxCopyDepth) return {0, 0};
+    if (!handler || s_depth >= LimitOf(Limit::ActionCopyDepth)) return {0, 0};
     const Nested nested(s_depth);
     const auto copy = MemberOf(handler->procs, &SCActionHandlerProcs::copy);
     DMAction result{0, 0};

@@ -14,6 +14,7 @@
 #include "doc/Pages.h"
 #include "kernel/Atoms.h"
 #include "kernel/HostError.h"
+#include "kernel/HostLimits.h"
 #include "lex/LexObjects.h"
 #include "lex/LexStreams.h"
 #include "view/AnnotHandlers.h"
@@ -23,15 +24,13 @@ namespace jackdaw {
 
 namespace {
 
-constexpr int s_maxNesting = 100;
-
 class TreeCopier {
 public:
     explicit TreeCopier(LexDoc target) : target_(target) {}
 
     /** The counterpart of a value; what it refers to is copied by finish. */
     LexObj copy(LexObj value, int depth = 0) {
-        if (depth > s_maxNesting) return lex::NullObj;
+        if (depth > LimitOf(Limit::AnnotCopyDepth)) return lex::NullObj;
         if (lex::IsIndirect(value)) return copyIndirect(value);
         return copyDirect(value, depth);
     }

@@ -15,6 +15,7 @@
 #include "kernel/Atoms.h"
 #include "kernel/Fixed.h"
 #include "kernel/HostError.h"
+#include "kernel/HostLimits.h"
 #include "lex/LexObjects.h"
 #include "lex/Store.h"
 #include "view/PageViewPlaces.h"
@@ -24,9 +25,6 @@
 namespace jackdaw {
 
 namespace {
-
-constexpr std::size_t s_maxHistory = 100;
-constexpr int s_maxDestSteps = 4;
 
 void changed(SCPageView view, int how) {
     SCPageViewRec &rec = RecordOf(view);
@@ -39,7 +37,7 @@ void changed(SCPageView view, int how) {
 }
 
 void remember(std::vector<ViewPlace> &history, const ViewPlace &place) {
-    if (history.size() == s_maxHistory) history.erase(history.begin());
+    if (std::ssize(history) >= LimitOf(Limit::ViewHistory)) history.erase(history.begin());
     history.push_back(place);
 }
 
@@ -109,7 +107,7 @@ LexObj namedDest(DMDoc doc, LexObj name) {
 
 /** The array that a destination comes to; null when it comes to none. */
 LexObj explicitDest(DMDoc doc, LexObj dest) {
-    for (int step = 0; step < s_maxDestSteps; ++step) {
+    for (int step = 0; step < LimitOf(Limit::DestinationSteps); ++step) {
         switch (lex::TypeOf(dest)) {
         case LexArray:
             return dest;

@@ -9,12 +9,12 @@ namespace {
 
 constexpr std::int64_t s_any = std::int64_t{1} << 40;
 
-constexpr TSLimit Row(const char *name, std::int64_t standard, std::int64_t highest, const char *bounds) {
-    return {name, standard, standard, highest, bounds};
+constexpr KRLimit Row(const char *name, std::int64_t standard, std::int64_t highest, const char *bounds) {
+    return {name, bounds, standard, standard, highest};
 }
 
 // In the order of TSLimitIndex. A walk that recurses takes up to 1 kB of stack a level.
-std::array<TSLimit, TSLimitCount> s_limits{
+std::array<KRLimit, TSLimitCount> s_limits{
     // Names allow 127 titled levels; the rest is for levels without a title.
     Row("field-depth", 256, 2000, "levels of fields below a root; what stands deeper is no field"),
     Row("inheritance-depth", 1024, s_any, "ancestors that are asked for an inherited value"),
@@ -24,12 +24,14 @@ std::array<TSLimit, TSLimitCount> s_limits{
 
 } // namespace
 
-const TSLimit *TSLimitAt(std::int32_t index) {
-    return index >= 0 && index < TSLimitCount ? &s_limits[static_cast<std::size_t>(index)] : nullptr;
+bool TSLimitGet(std::int32_t index, KRLimit *limit) {
+    if (index < 0 || index >= TSLimitCount) return false;
+    *limit = s_limits[static_cast<std::size_t>(index)];
+    return true;
 }
 
 bool TSLimitSet(const char *name, std::int64_t value) {
-    for (TSLimit &limit : s_limits) {
+    for (KRLimit &limit : s_limits) {
         if (std::strcmp(limit.name, name) != 0) continue;
         if (value < 1 || value > limit.highest) return false;
         limit.value = value;

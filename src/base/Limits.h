@@ -4,7 +4,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cstdint>
+#include "KRTypes.h"
 
 /** Rows of the table. */
 enum TSLimitIndex : std::int32_t {
@@ -16,22 +16,8 @@ enum TSLimitIndex : std::int32_t {
     TSLimitCount
 };
 
-struct TSLimit {
-    /** As a user writes it. */
-    const char *name;
-    std::int64_t standard;
-    /** The limit in force. */
-    std::int64_t value;
-    /** The highest that may be set: beyond it the stack is no longer safe. */
-    std::int64_t highest;
-    /** What it bounds, as a phrase for a list. */
-    const char *bounds;
-};
-
-/** A row; null for an index outside the table. */
-const TSLimit *TSLimitAt(std::int32_t index);
-
-/** Sets a limit for the whole process. False for an unknown name, and for a value below 1 or above the highest. */
+/** Slots of "FormsAuthoring", where they are described. */
+bool TSLimitGet(std::int32_t index, KRLimit *limit);
 bool TSLimitSet(const char *name, std::int64_t value);
 
 /** The limit in force. */

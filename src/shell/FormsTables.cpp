@@ -14,6 +14,7 @@
 #include "PIMain.h"
 #include "appearance/FieldLook.h"
 #include "appearance/miCStore.h"
+#include "base/Limits.h"
 #include "life/TessellaClean.h"
 #include "model/DMField.h"
 #include "model/DMFieldValue.h"
@@ -182,6 +183,8 @@ KRHFT CreateAuthoringHFT(KRHFTServer server) {
     Fill<&TSFormWarningsObserve>(t, Forms::TSFormWarningsObserve);
     Fill<&TSFormWarningsIgnore>(t, Forms::TSFormWarningsIgnore);
     Fill<&TSDMDocGetSeals>(t, Forms::TSDMDocGetSeals);
+    Fill<&TSLimitGet>(t, Forms::TSLimitGet);
+    Fill<&TSLimitSet>(t, Forms::TSLimitSet);
     return t;
 }
 

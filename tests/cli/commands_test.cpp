@@ -243,12 +243,28 @@ TEST(Commands, RefuseWhatTheyCannotUse) {
         {{"render", form, "--page", "2", "-o", out}, "no page 2"},
         {{"render", form, "--page", "0", "-o", out}, "no page 0"},
         {{"render", form, "--dpi", "0", "-o", out}, "--dpi"},
+        {{"fields", "--limit", "data-bytes", form}, "not of the form NAME=N"},
+        {{"fields", "--limit", "dat-bytes=1", form}, "there is no limit dat-bytes; did you mean data-bytes?"},
+        {{"fields", form, "--limit", "data-bytes=1k"}, "data-bytes takes a whole number from 1 to "},
+        {{"fields", form, "--limit", "field-depth=2001"}, "field-depth takes a whole number from 1 to 2000"},
+        // Of the command line and of the host; the plug-in's below.
+        {{"--limit", "data-bytes=5", "fill", "--json", TempFile("d.json", "{\"given\": 1}"), form, "-o", out},
+         "d.json: longer than 5 bytes"},
+        {{"render", form, "--limit", "render-pixels=10", "-o", out}, "more than the limit allows"},
     };
     for (const auto &[arguments, says] : s_cases) {
         SCOPED_TRACE(says);
         ExpectNothingDone(Jackdaw(arguments), says);
         EXPECT_FALSE(std::filesystem::exists(out));
     }
+    const std::string nested = TempFile(
+        "nested.pdf", PdfText({"<< /Type /Catalog /Pages 2 0 R /AcroForm << /Fields [4 0 R] >> >>",
+                               "<< /Type /Pages /Kids [3 0 R] /Count 1 >>",
+                               "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 99 99] /Annots [6 0 R] >>",
+                               "<< /T (a) /Kids [5 0 R] >>", "<< /T (b) /Parent 4 0 R /Kids [6 0 R] >>",
+                               "<< /Type /Annot /Subtype /Widget /Rect [0 0 9 9] /FT /Tx /T (c) /Parent 5 0 R >>"}));
+    EXPECT_TRUE(Has(Jackdaw({"fields", nested, "--limit", "field-depth=2"}).out, "a.b.c"));
+    EXPECT_FALSE(Has(Jackdaw({"fields", nested, "--limit", "field-depth=1"}).out, "a.b.c"));
     const Ran two = Jackdaw({"fields", form, "--jsn", "--zzz"});
     EXPECT_EQ(CountLines(two.err), 2U) << two;
     EXPECT_TRUE(Has(two.err, "no option --jsn; did you mean --json?\n")) << two;
@@ -268,6 +284,10 @@ TEST(Commands, TellAboutThemselves) {
         EXPECT_EQ(full.exit, 2) << option;
         EXPECT_EQ(full.err, "jackdaw: standard output: the disk is full\n") << option;
     }
+    const Ran limits = Jackdaw({"--help", "limits"});
+    EXPECT_EQ(limits.exit, 0) << limits;
+    for (const char *row : {"stream-bytes  ", " 268435456  bytes of the decoded data of one stream\n", "field-depth  "})
+        EXPECT_TRUE(Has(limits.out, row)) << limits;
     for (const char *command : {"fields", "fill", "reset", "render"}) {
         EXPECT_EQ(Jackdaw({command, "--help"}).exit, 0);
         EXPECT_TRUE(Has(Jackdaw({"--print-manual"}).out, command));

@@ -15,6 +15,7 @@
 #include "kernel/Atoms.h"
 #include "kernel/Files.h"
 #include "kernel/HostError.h"
+#include "kernel/HostLimits.h"
 #include "lex/LexApi.h"
 #include "lex/LexObjects.h"
 #include "lex/LexStreams.h"
@@ -281,7 +282,7 @@ TEST(Draw, TheLeastRecentlyUsedGoFirst) {
         return KeptAppearance(NormalAppearance(AnnotLex(PageAnnot(shown.get(), i))), lex::NullObj).get();
     };
     DropKept();
-    SetKeptLimit(3);
+    SetLimit("kept-pages", 3);
     const OnePagePtr held = KeptAppearance(NormalAppearance(AnnotLex(PageAnnot(shown.get(), 1))), lex::NullObj);
     const OnePage *first = kept(0);
     kept(2);
@@ -291,7 +292,7 @@ TEST(Draw, TheLeastRecentlyUsedGoFirst) {
     EXPECT_EQ(kept(0), first);
     EXPECT_NE(kept(1), held.get()) << "the one used least lately was dropped, and what is held stays good";
     EXPECT_EQ(OnePageWidth(*held), 30);
-    SetKeptLimit(512);
+    SetLimit("kept-pages", 512);
 }
 
 TEST(Draw, ASnapshotDoesNotBringTheDocumentAlong) {

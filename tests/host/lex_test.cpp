@@ -8,9 +8,9 @@
 #include "LexHFT.h"
 #include "PIFrame.h"
 #include "kernel/HostError.h"
+#include "kernel/HostLimits.h"
 #include "lex/LexApi.h"
 #include "lex/LexStreams.h"
-#include "lex/Limits.h"
 #include "lex/Store.h"
 #include "tests/host/LexTestDoc.h"
 #include "tests/support/HostFixture.h"
@@ -320,10 +320,9 @@ TEST(LexStreams, BadDataAndBombsRaiseAndTheDocumentStaysGood) {
     const LexObj attributes = lex::NewDict(doc, false);
     lex::DictPut(attributes, Atom("Filter"), lex::NewName(doc, false, Atom("FlateDecode")));
     const LexObj bomb = lex::NewStream(doc, std::string(3 << 20, 'x'), /*encode*/ true, attributes, LexNullObj);
-    const auto former = limits().decodedStreamBytes;
-    limits().decodedStreamBytes = 1 << 20;
+    ASSERT_TRUE(SetLimit("stream-bytes", 1 << 20));
     EXPECT_EQ(Protect([&] { LexStreamOpenStm(bomb, LexStreamDecoded); }), KRErrBadStream);
-    limits().decodedStreamBytes = former;
+    ASSERT_TRUE(SetLimit("stream-bytes", 256 << 20));
     EXPECT_EQ(lex::DecodedData(bomb).size(), 3u << 20);
     EXPECT_EQ(codeOf([&] { lex::OpenData(bomb, static_cast<LexStreamMode>(3)); }), KRErrBadParam);
 }

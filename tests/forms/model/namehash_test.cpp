@@ -490,16 +490,18 @@ TEST_F(NameHash, EachBrokenInvariantIsFound) {
 }
 
 TEST_F(NameHash, ALimitThatIsSetHolds) {
+    KRLimit depth{};
+    ASSERT_TRUE(TSLimitGet(TSLimitFieldDepth, &depth));
+    EXPECT_FALSE(TSLimitGet(TSLimitCount, &depth));
     EXPECT_FALSE(TSLimitSet("field-depths", 1));
     EXPECT_FALSE(TSLimitSet("field-depth", 0));
-    EXPECT_FALSE(TSLimitSet("field-depth", TSLimitAt(TSLimitFieldDepth)->highest + 1));
-    EXPECT_EQ(TSLimitAt(TSLimitCount), nullptr);
+    EXPECT_FALSE(TSLimitSet("field-depth", depth.highest + 1));
 
     TestDoc doc(TreeObjects("4 0 R", {"<< /T (a) /Kids [5 0 R] >>", "<< /T (b) /Parent 4 0 R /Kids [6 0 R] >>",
                                       WidgetObject("/T (c) /Parent 5 0 R")}));
     ASSERT_TRUE(TSLimitSet("field-depth", 1));
     EXPECT_TRUE(Names(doc).empty());
-    ASSERT_TRUE(TSLimitSet("field-depth", TSLimitAt(TSLimitFieldDepth)->standard));
+    ASSERT_TRUE(TSLimitSet("field-depth", depth.standard));
 }
 
 TEST_F(NameHash, AFieldOfAnEmptyGroupBeingLoadedIsNotFreedUnderItsLoader) {
