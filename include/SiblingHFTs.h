@@ -27,8 +27,10 @@ inline constexpr Slot<&gPostOutHFT, 1,
 
 /** "BaseTool": metrics of the base fonts, and text converters. */
 inline KRHFT gBaseToolHFT = nullptr;
-inline constexpr std::uint32_t BaseToolHFTVersion = KRVersion(4, 0);
-inline constexpr int BaseToolHFTCount = 4;
+inline constexpr std::uint32_t BaseToolHFTVersion = KRVersion(4, 1);
+inline constexpr int BaseToolHFTCount = 7;
+/** The oldest that serves: it ends with slot 4. Who calls no later slot asks for this one. */
+inline constexpr std::uint32_t BaseToolHFTOldest = KRVersion(4, 0);
 
 /** Of a font, in thousandths of the em. */
 struct BaseToolFontMetrics {
@@ -65,3 +67,26 @@ inline constexpr Slot<&gBaseToolHFT, 4,
                       std::int32_t(BaseToolConverter converter, const char *source, std::int32_t sourceLength,
                                    char *target, std::int32_t targetSize, std::int32_t *error)>
     BaseToolUCSToHost;
+
+// Since version 4.1: text strings of a PDF, in PDFDocEncoding, or in big-endian UTF-16 behind the mark 254, 255, or
+// (read only) in UTF-8 behind 239, 187, 191. Each gives the bytes that the result has. When they do not fit in
+// `targetSize`, nothing is written and the error is BaseToolTargetTooSmall.
+
+/**
+ * A text string of big-endian UTF-16 without mark: PDFDocEncoding when it loses nothing there and does not happen to
+ * begin like a mark, else UTF-16.
+ */
+inline constexpr Slot<&gBaseToolHFT, 5,
+                      std::int32_t(const char *source, std::int32_t sourceLength, char *target, std::int32_t targetSize,
+                                   std::int32_t *error)>
+    BaseToolUCSToText;
+/** The same of UTF-8; what is not UTF-8 becomes U+FFFD. */
+inline constexpr Slot<&gBaseToolHFT, 6,
+                      std::int32_t(const char *source, std::int32_t sourceLength, char *target, std::int32_t targetSize,
+                                   std::int32_t *error)>
+    BaseToolUTF8ToText;
+/** UTF-8 of a text string; what means nothing becomes U+FFFD. */
+inline constexpr Slot<&gBaseToolHFT, 7,
+                      std::int32_t(const char *source, std::int32_t sourceLength, char *target, std::int32_t targetSize,
+                                   std::int32_t *error)>
+    BaseToolTextToUTF8;

@@ -28,7 +28,7 @@ constexpr std::size_t s_rangeBuffer = 4092;
 
 bool FetchConverters() {
     if (!gBaseToolHFT) {
-        gBaseToolHFT = KRGetHFT(KRAtomFromString("BaseTool"), BaseToolHFTVersion);
+        gBaseToolHFT = KRGetHFT(KRAtomFromString("BaseTool"), BaseToolHFTOldest);
         s_pdfDoc = s_shiftJIS = nullptr;
     }
     if (!gBaseToolHFT) return false;
@@ -146,15 +146,27 @@ void ToUCS2(EStr *str) {
     if (UnitsOf(str, &units)) SetUnits(str, units);
 }
 
+/** A text string of the units: the sibling decides which encoding holds them. An older one cannot; UCS-2 holds all. */
+std::string TextOfUnits(const std::string &units) {
+    if (!KRGetHFT(KRAtomFromString("BaseTool"), BaseToolHFTVersion)) return "\xFE\xFF" + units;
+    std::string text(units.size() + 2, 0);
+    const std::int32_t length = BaseToolUCSToText(units.data(), static_cast<std::int32_t>(units.size()), text.data(),
+                                                  static_cast<std::int32_t>(text.size()), /*error*/ nullptr);
+    text.resize(static_cast<std::size_t>(length));
+    return text;
+}
+
 void ToText(EStr *str) {
+    const std::string_view content = EStrContent(str);
+    const bool isPDFDoc = str->encoding == EStrPDFDoc;
+    // A mark begins beyond ASCII; what does not is no text that could be mistaken for a marked one.
+    if (isPDFDoc && static_cast<unsigned char>(content.front()) < 0x80) return;
     std::string units;
-    if (str->encoding == EStrPDFDoc || !UnitsOf(str, &units) || !ConverterOf(EStrPDFDoc)) return;
-    std::int32_t error = BaseToolOK;
-    const std::string text = ESUCS2Host(s_pdfDoc, units, &error);
-    if (error == BaseToolOK)
-        EStrSetBytesSized(str, text.data(), text.size(), EStrPDFDoc);
-    else
-        SetUnits(str, units);
+    if (!UnitsOf(str, &units) || !ConverterOf(EStrPDFDoc)) return;
+    const std::string text = TextOfUnits(units);
+    const bool isMarked = text.starts_with("\xFE\xFF");
+    if (isPDFDoc && !isMarked) return;
+    EStrSetBytesSized(str, text.data(), text.size(), isMarked ? EStrUCS2 : EStrPDFDoc);
 }
 
 /** ASCII as host text and PDFDocEncoding share it: the control codes that a text has, and the printing characters. */

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "CoreHFT.h"
+#include "DocModelHFT.h"
 #include "KernelSupportHFT.h"
 #include "LexHFT.h"
 #include "PIFrame.h"
@@ -13,27 +14,6 @@
 namespace jackdaw::cli {
 
 namespace {
-
-constexpr char32_t s_replacement = 0xFFFD;
-
-void AppendUtf8(std::string &out, char32_t c) {
-    const auto put = [&](char32_t byte) { out.push_back(static_cast<char>(byte)); };
-    if (c < 0x80) {
-        put(c);
-    } else if (c < 0x800) {
-        put(0xC0 | c >> 6);
-        put(0x80 | (c & 0x3F));
-    } else if (c < 0x10000) {
-        put(0xE0 | c >> 12);
-        put(0x80 | (c >> 6 & 0x3F));
-        put(0x80 | (c & 0x3F));
-    } else {
-        put(0xF0 | c >> 18);
-        put(0x80 | (c >> 12 & 0x3F));
-        put(0x80 | (c >> 6 & 0x3F));
-        put(0x80 | (c & 0x3F));
-    }
-}
 
 // Length of the character at the start of valid UTF-8, and its number; 0 when it is not valid.
 std::size_t TakeCharacter(std::string_view bytes, char32_t *c) {
@@ -51,73 +31,22 @@ std::size_t TakeCharacter(std::string_view bytes, char32_t *c) {
     return *c < s_smallest[length] || *c > 0x10FFFF || surrogate ? 0 : length;
 }
 
-std::string Utf8OfUtf16(std::string_view bytes) {
-    std::string out;
-    const auto unitAt = [&](std::size_t i) {
-        return static_cast<char32_t>(static_cast<unsigned char>(bytes[i]) << 8 |
-                                     static_cast<unsigned char>(bytes[i + 1]));
-    };
-    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
-        char32_t c = unitAt(i);
-        const bool high = c >= 0xD800 && c < 0xDC00;
-        if (high && i + 3 < bytes.size() && unitAt(i + 2) >> 10 == 0xDC00 >> 10) {
-            c = 0x10000 + ((c - 0xD800) << 10) + (unitAt(i + 2) - 0xDC00);
-            i += 2;
-        } else if (c >= 0xD800 && c < 0xE000) {
-            c = s_replacement;
-        }
-        AppendUtf8(out, c);
-    }
-    return out;
-}
-
-std::string Utf16OfUtf8(std::string_view utf8) {
-    std::string out;
-    const auto put = [&](char32_t unit) {
-        out.push_back(static_cast<char>(unit >> 8));
-        out.push_back(static_cast<char>(unit & 0xFF));
-    };
-    while (!utf8.empty()) {
-        char32_t c = s_replacement;
-        const std::size_t length = std::max<std::size_t>(TakeCharacter(utf8, &c), 1);
-        utf8.remove_prefix(length);
-        if (c >= 0x10000) {
-            put(0xD800 + ((c - 0x10000) >> 10));
-            put(0xDC00 + ((c - 0x10000) & 0x3FF));
-        } else {
-            put(c);
-        }
-    }
-    return out;
-}
-
-bool BindBaseTool() {
+void RequireBaseTool() {
     if (!gBaseToolHFT) gBaseToolHFT = KRGetHFT(KRAtomFromString("BaseTool"), BaseToolHFTVersion);
-    return gBaseToolHFT != nullptr;
+    if (!gBaseToolHFT) KRRaise(KRErrNotAvailable);
 }
 
-// UTF-16 of bytes in an encoding; what cannot be converted ends the text.
-std::string Utf16OfEncoding(const char *encoding, std::string_view bytes) {
-    if (!BindBaseTool()) return {};
-    std::string out(bytes.size() * 2 + 4, '\0');
-    std::int32_t error = 0;
-    const std::int32_t written =
-        BaseToolHostToUCS(BaseToolGetConverter(encoding), bytes.data(), static_cast<std::int32_t>(bytes.size()),
-                          out.data(), static_cast<std::int32_t>(out.size()), &error);
-    out.resize(static_cast<std::size_t>(std::max(written, 0)));
-    return out;
-}
-
-bool EncodingOfUtf16(const char *encoding, const std::string &utf16, std::string *out) {
-    if (!BindBaseTool()) return false;
-    out->assign(utf16.size() * 2 + 4, '\0');
-    std::int32_t error = 0;
-    const std::int32_t written =
-        BaseToolUCSToHost(BaseToolGetConverter(encoding), utf16.data(), static_cast<std::int32_t>(utf16.size()),
-                          out->data(), static_cast<std::int32_t>(out->size()), &error);
-    if (error != BaseToolOK || written < 0) return false;
-    out->resize(static_cast<std::size_t>(written));
-    return true;
+/** One of the slots of text strings, given the room that it asks for. */
+template <class Convert>
+std::string Converted(const Convert &convert, std::string_view source) {
+    RequireBaseTool();
+    const auto length = static_cast<std::int32_t>(source.size());
+    std::string target(source.size() * 2 + 2, '\0');
+    for (std::int32_t error = BaseToolTargetTooSmall; error == BaseToolTargetTooSmall;) {
+        const auto room = static_cast<std::int32_t>(target.size());
+        target.resize(static_cast<std::size_t>(convert(source.data(), length, target.data(), room, &error)));
+    }
+    return target;
 }
 
 bool IsAscii(std::string_view bytes) {
@@ -161,22 +90,20 @@ bool IsUtf8(std::string_view bytes) {
 }
 
 std::string ArgumentText(const std::string &argument) {
-    return IsUtf8(argument) ? argument : Utf8OfUtf16(Utf16OfEncoding("Host", argument));
+    if (IsUtf8(argument)) return argument;
+    // A character takes at least one byte here and at most two units there, behind the mark and before two zeros.
+    std::string bytes(argument.size() * 4 + 4, '\0');
+    const std::int32_t written =
+        DMXlateFromHostEnc(argument.c_str(), bytes.data(), static_cast<std::int32_t>(bytes.size()));
+    return TextOfBytes({bytes.data(), static_cast<std::size_t>(written)});
 }
 
 std::string TextOfBytes(std::string_view bytes) {
-    if (bytes.substr(0, 2) == "\xFE\xFF") return Utf8OfUtf16(bytes.substr(2));
-    if (bytes.substr(0, 3) == "\xEF\xBB\xBF" && IsUtf8(bytes)) return std::string(bytes.substr(3));
-    if (IsAscii(bytes)) return std::string(bytes);
-    return Utf8OfUtf16(Utf16OfEncoding("PDFDocEncoding", bytes));
+    return IsAscii(bytes) ? std::string(bytes) : Converted(BaseToolTextToUTF8, bytes);
 }
 
 std::string BytesOfText(const std::string &utf8) {
-    if (IsAscii(utf8)) return utf8;
-    const std::string utf16 = Utf16OfUtf8(utf8);
-    std::string bytes;
-    if (EncodingOfUtf16("PDFDocEncoding", utf16, &bytes)) return bytes;
-    return "\xFE\xFF" + utf16;
+    return IsAscii(utf8) ? utf8 : Converted(BaseToolUTF8ToText, utf8);
 }
 
 // Names that PDFDocEncoding cannot hold stand in UTF-8.

@@ -19,7 +19,7 @@ std::string ArgumentText(const std::string &argument);
 
 /** UTF-8 of the bytes of a PDF text string: marked UTF-16 or UTF-8, else PDFDocEncoding. */
 std::string TextOfBytes(std::string_view bytes);
-/** Bytes of a PDF text string: PDFDocEncoding if nothing is lost, else marked UTF-16. */
+/** Bytes of a PDF text string: PDFDocEncoding when nothing is lost and it begins with no mark, else marked UTF-16. */
 std::string BytesOfText(const std::string &utf8);
 
 /** UTF-8 of a full field name as the table "Forms" gives it. */

@@ -12,10 +12,6 @@
 namespace jackdaw {
 namespace {
 
-bool hasMark(std::string_view text) {
-    return text.size() >= 2 && text[0] == '\xFE' && text[1] == '\xFF';
-}
-
 /** At most `room` bytes of marked UTF-16, without half a unit and without half a surrogate pair. */
 std::string_view cutUnicode(std::string_view text, std::size_t room) {
     if (text.size() <= room) return text;
@@ -70,7 +66,7 @@ std::int32_t XlateFromHostEnc(const char *source, char *target, std::int32_t siz
     if (size <= 0) return 0;
     const auto whole = static_cast<std::size_t>(size);
     const std::string converted = HostToTextString(source);
-    if (!hasMark(converted)) return store(std::string_view(converted).substr(0, whole - 1), target, whole);
+    if (!HasUnicodeMark(converted)) return store(std::string_view(converted).substr(0, whole - 1), target, whole);
     // Less than the mark with its two zero bytes would be read as another encoding.
     if (whole < 4) return store({}, target, whole);
     return store(cutUnicode(converted, whole - 2), target, whole);

@@ -8,6 +8,7 @@
 
 #include "kernel/Bind.h"
 #include "siblings/Converters.h"
+#include "siblings/TextConvert.h"
 
 namespace jackdaw {
 
@@ -23,6 +24,19 @@ struct BaseFont {
 bool getFontMetrics(const char *fontName, BaseToolFontMetrics *metrics, std::int32_t *widths) {
     if (!metrics || !widths) throw HostError{KRErrBadParam, "Font metrics need a place to be stored in."};
     return fontName && BaseFontMetrics(fontName, *metrics, widths);
+}
+
+/** A text converted, as the slots of text strings hand it out. */
+template <auto Convert>
+std::int32_t convertText(const char *source, std::int32_t sourceLength, char *target, std::int32_t targetSize,
+                         std::int32_t *error) {
+    if (sourceLength < 0 || (!source && sourceLength > 0) || (!target && targetSize > 0))
+        throw HostError{KRErrBadParam, "A text to be converted, or a place for it, is missing."};
+    const std::string text = Convert({source, static_cast<std::size_t>(sourceLength)});
+    const bool fits = std::ssize(text) <= targetSize;
+    if (fits) text.copy(target, text.size());
+    if (error) *error = fits ? BaseToolOK : BaseToolTargetTooSmall;
+    return static_cast<std::int32_t>(text.size());
 }
 
 } // namespace
@@ -44,6 +58,9 @@ void FillBaseToolTable() {
     Bind<&ConverterNamed>(BaseToolGetConverter);
     Bind<&ConvertToUCS>(BaseToolHostToUCS);
     Bind<&ConvertFromUCS>(BaseToolUCSToHost);
+    Bind<&convertText<&UnicodeToTextString>>(BaseToolUCSToText);
+    Bind<&convertText<&UTF8ToTextString>>(BaseToolUTF8ToText);
+    Bind<&convertText<&TextStringToUTF8>>(BaseToolTextToUTF8);
 }
 
 } // namespace jackdaw

@@ -12,6 +12,7 @@ namespace {
 
 constexpr char s_bullet = '\x80';
 constexpr std::string_view s_unicodeMark = "\xFE\xFF";
+constexpr std::string_view s_utf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view s_unicodeSubstitute = "\xFF\xFD";
 
 /** The two coders of an encoding, opened at the first use. */
@@ -78,20 +79,23 @@ std::string convertAll(Coder &coder, std::string_view text, std::string_view sub
     return result;
 }
 
-std::string withoutMark(std::string_view text) {
-    return std::string(text.substr(s_unicodeMark.size()));
+std::string utf8ToUnicode(std::string_view utf8, bool *lost) {
+    return convertAll(utf8Coders().toUnicode, utf8, s_unicodeSubstitute, &oneByte, lost);
 }
 
-std::string toTextString(const std::string &unicode) {
-    bool lost = false;
-    std::string text = UnicodeToPDFDoc(unicode, &lost);
-    // A text that happens to begin with the mark's two letters would be read back as Unicode.
-    if (lost || text.starts_with(s_unicodeMark)) text = std::string(s_unicodeMark) + unicode;
-    return text;
+/** Whoever reads a text that begins so takes it for another encoding than PDFDocEncoding. */
+bool beginsLikeMark(std::string_view text) {
+    return text.starts_with(s_unicodeMark) || text.starts_with(s_utf8Mark);
 }
 
 std::string fromTextString(std::string_view text, bool *lost) {
-    return text.starts_with(s_unicodeMark) ? withoutMark(text) : PDFDocToUnicode(text, lost);
+    if (HasUnicodeMark(text)) return std::string(text.substr(s_unicodeMark.size()));
+    if (text.starts_with(s_utf8Mark)) {
+        bool broken = false;
+        std::string unicode = utf8ToUnicode(text.substr(s_utf8Mark.size()), &broken);
+        if (!broken) return unicode;
+    }
+    return PDFDocToUnicode(text, lost);
 }
 
 } // namespace
@@ -148,11 +152,22 @@ std::string TextStringToHost(std::string_view text, bool *lost) {
 }
 
 std::string HostToTextString(std::string_view host) {
-    return toTextString(HostToUnicode(host));
+    return UnicodeToTextString(HostToUnicode(host));
+}
+
+std::string UnicodeToTextString(std::string_view unicode) {
+    bool lost = false;
+    std::string text = UnicodeToPDFDoc(unicode, &lost);
+    if (lost || beginsLikeMark(text)) text.assign(s_unicodeMark).append(unicode);
+    return text;
+}
+
+bool HasUnicodeMark(std::string_view text) {
+    return text.starts_with(s_unicodeMark);
 }
 
 std::string UTF8ToTextString(std::string_view utf8) {
-    return toTextString(convertAll(utf8Coders().toUnicode, utf8, s_unicodeSubstitute, &oneByte, nullptr));
+    return UnicodeToTextString(utf8ToUnicode(utf8, /*lost*/ nullptr));
 }
 
 std::string TextStringToUTF8(std::string_view text) {

@@ -21,10 +21,14 @@ std::string UnicodeToPDFDoc(std::string_view unicode, bool *lost = nullptr);
 std::string HostToPDFDoc(std::string_view host, bool *lost = nullptr);
 std::string PDFDocToHost(std::string_view text, bool *lost = nullptr);
 
-/** A text string of a PDF (PDFDocEncoding, or Unicode behind the bytes 254 255) in the host's encoding. */
+// Text strings of a PDF: PDFDocEncoding, or Unicode behind its mark, or (read only) UTF-8 behind its own. What is made
+// is PDFDocEncoding when it loses nothing there and does not happen to begin like a mark, else Unicode.
+
 std::string TextStringToHost(std::string_view text, bool *lost = nullptr);
-/** Host text as a text string: PDFDocEncoding when it loses nothing there, else Unicode with its mark. */
 std::string HostToTextString(std::string_view host);
+std::string UnicodeToTextString(std::string_view unicode);
+/** Begins with the mark of Unicode, 254 255. */
+bool HasUnicodeMark(std::string_view text);
 
 /** UTF-8 to a PDF text string and back, whatever the locale (program text). Malformed UTF-8 is substituted. */
 std::string UTF8ToTextString(std::string_view utf8);

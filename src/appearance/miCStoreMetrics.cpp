@@ -85,7 +85,7 @@ KRFixed OfEm(std::int32_t thousandths) {
 
 /** False when nobody can tell: the sibling is not there (yet), or it does not know the font. */
 bool ReadMetrics(KRAtom font, EmMetrics *em) {
-    if (!gBaseToolHFT) gBaseToolHFT = KRGetHFT(KRAtomFromString("BaseTool"), BaseToolHFTVersion);
+    if (!gBaseToolHFT) gBaseToolHFT = KRGetHFT(KRAtomFromString("BaseTool"), BaseToolHFTOldest);
     BaseToolFontMetrics raw;
     std::int32_t widths[256];
     const KRAtom asked = IsKanji(font) ? Helvetica_K : font;

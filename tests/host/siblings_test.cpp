@@ -116,6 +116,11 @@ TEST(HostText, FollowsTheLocale) {
     EXPECT_EQ(toUCS("Host", "\xE2\x82\xAC"), (Converted{"\x20\xAC", BaseToolOK}));
     EXPECT_EQ(HostToPDFDoc("\xE2\x82\xAC"), "\xA0");
     {
+        // Others write UTF-8 behind its mark, whose bytes are three letters otherwise.
+        EXPECT_EQ(TextStringToHost("\xEF\xBB\xBF" + smile), smile);
+        const std::string letters = "\xC3\xAF\xC2\xBB\xC2\xBF";
+        EXPECT_EQ(TextStringToHost(HostToTextString(letters)), letters);
+        EXPECT_EQ(TextStringToHost("\xEF\xBB\xBF\xE9"), letters + "\xC3\xA9");
         const InLocale ascii("C");
         bool lost = false;
         EXPECT_EQ(PDFDocToHost("a\xA0", &lost), "a?");

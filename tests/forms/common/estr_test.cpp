@@ -86,6 +86,18 @@ TEST_F(EStrTest, ConvertsWithoutLoss) {
     ExpectWhole(To(s_nihonSJIS, EStrShiftJIS, EStrHost).get(), EStrHost, s_nihonUTF8);
     ExpectWhole(To(s_nihonUTF8, EStrHost, EStrShiftJIS).get(), EStrShiftJIS, s_nihonSJIS);
     ExpectWhole(To(s_mark + "\0a"s, EStrUCS2, EStrText).get(), EStrPDFDoc, "a");
+    // Text that begins with the letters that the mark's bytes are in PDFDocEncoding.
+    const std::string letters = s_mark + "\0\xFE\0\xFF\0a"s;
+    ExpectWhole(To("\xC3\xBE\xC3\xBF"
+                   "a",
+                   EStrHost, EStrText)
+                    .get(),
+                EStrUCS2, letters);
+    const EStrPtr doc = To(letters, EStrUCS2, EStrPDFDoc);
+    EStrSetEncoding(doc.get(), EStrText);
+    ExpectWhole(doc.get(), EStrUCS2, letters);
+    // What begins with another letter stays as it is, codes that mean nothing included.
+    ExpectWhole(To("\xE9\x9F", EStrPDFDoc, EStrText).get(), EStrPDFDoc, "\xE9\x9F");
     // Only the tag of an empty string changes, with the mark that belongs to it.
     ExpectWhole(To("", EStrHost, EStrUCS2).get(), EStrUCS2, s_mark);
     ExpectWhole(To(s_mark, EStrUCS2, EStrText).get(), EStrPDFDoc, "");
