@@ -22,14 +22,13 @@ DMDoc OpenDoc(KRFileSys fs, KRPathName path, const char *password);
 DMDoc OpenDocFromBytes(const std::string &bytes, const char *password);
 
 /**
- * Saves as the header says, by a full rewrite always: the record that DMDocWillSave carries has DMDocSaveFull set. A
- * null `path` means the document's own file and throws KRErrBadParam when it has none. Afterwards the document belongs
- * to the file saved to and is not dirty, unless DMDocSaveCopy asked for a copy, which leaves both as they were.
- * DMDocDidSave is sent on success and on failure, before the failure is thrown.
+ * Saves as DMDocSave describes it, always by writing the whole file anew: DMDocWillSave therefore carries DMDocSaveFull
+ * whatever was asked for. A null `path` means the document's own file and throws KRErrBadParam when it has none.
+ * Afterwards the document belongs to the file saved to and is not dirty, unless DMDocSaveCopy asked for a copy, which
+ * leaves both as they were. DMDocDidSave is sent on success and on failure, before the failure is thrown.
  */
 void SaveDoc(DMDoc doc, std::uint32_t saveFlags, KRFileSys fs, KRPathName path);
-/** Writes a copy to an open stream such as standard output; DMDocWillSave and DMDocDidSave are sent with a null path.
- */
+/** Writes a copy to an open stream such as standard output; the two notifications carry a null path. */
 void SaveDocToStream(DMDoc doc, std::FILE *target);
 
 /** Gives up one reference; with the last the document, its pages and its objects go. */

@@ -30,7 +30,7 @@ LexObj NormalAppearance(LexObj annot);
 bool AnnotIsShown(LexObj annot);
 
 /**
- * Draws an appearance fitted into `rect` (device units of `context`), turned with a page of rotation `PageRotate`.
+ * Draws an appearance fitted into `rect` (device units of `context`), turned with a page of rotation `pageRotate`.
  * Nothing when there is nothing to draw.
  */
 void DrawAppearance(cairo_t *context, LexObj stream, LexObj optionalContent, const DeviceRect &rect, int pageRotate);
@@ -41,8 +41,8 @@ void DrawPageAnnots(cairo_t *context, DMPage page, double scale);
 
 /**
  * A page on white paper as an RGB image. `page` counts from 0. Raises KRErrBadParam for a page that is not there, a
- * `dpi` below 1 and an image above Limit::RenderPixels, KRErrBadPDF for a page that cannot be opened, KRErrNoMemory for one
- * that takes more time or memory than drawing may: it is drawn apart (Apart.h).
+ * `dpi` below 1 and an image above Limit::RenderPixels, KRErrBadPDF for a page that cannot be opened, KRErrNoMemory for
+ * one that takes more time or memory than drawing may: it is drawn apart (Apart.h).
  */
 SurfacePtr RenderPage(DMDoc doc, std::int32_t page, std::int32_t dpi);
 std::string PngOf(cairo_surface_t *surface);

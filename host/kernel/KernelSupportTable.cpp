@@ -1,5 +1,5 @@
-// The kernel support table: the functions of the kernel in the slots of KernelSupportHFT.h, and those that need
-// fitting. SPDX-License-Identifier: MIT
+// The kernel support table: the functions of the kernel in its slots, and those that need fitting.
+// SPDX-License-Identifier: MIT
 #include "kernel/Tables.h"
 
 #include <algorithm>

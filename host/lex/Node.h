@@ -11,7 +11,8 @@
 // 6. The library's document always holds the standard's names: KeyText and KeyAtom translate at the one key where this
 //    system's name differs, so that no way of saving or drawing has to undo anything.
 //
-// Internal to this folder: nothing else includes the library's object headers for reading or changing objects.
+// Internal to this folder, the only one that changes objects of the library. What builds snapshots for drawing reads
+// them too, by the handle that LexApi.h gives.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,9 +1,8 @@
 // The page view: which page, at which zoom, and the way between device and page.
 //
 // 1. Device space has its origin at the upper left corner of the page that is shown; the other pages lie above and
-// below
-//    it in one column, without gaps. So places near the reader fit into 16 bits however long the document is; what lies
-//    farther away is clamped.
+//    below it in one column, without gaps. So places near the reader fit into 16 bits however long the document is;
+//    what lies farther away is clamped.
 // 2. The annotation page is the page that device places speak of: the page shown, unless SetAnnotPage named another for
 //    the time of some work. ShownPage and ShownPageNum give it, so that page and place agree.
 // 3. Without a window the aperture is the page shown, every page counts as visible, and the zoom is 1 until changed.
