@@ -155,7 +155,7 @@ class Unsafe : public testing::TestWithParam<std::array<const char *, 4>> {};
 
 INSTANTIATE_TEST_SUITE_P(Characters, Unsafe,
                          testing::Values(std::array{"\\033[31m", "\033", "\\u001b", "\\u001b"},
-                                         std::array{"\\n", "d\n", "\\n", "\\n"},
+                                         std::array{"\\nq", "\nq", "\\n", "\\n"},
                                          std::array{"\\376\\377\\000\\233", "\xC2\x9B", "\\u009b", "\\u009b"},
                                          std::array{"\\376\\377\\000\\205", "\xC2\x85", "\\u0085", "\\u0085"},
                                          std::array{"\\376\\377\\040\\056", "\u202e", "\\u202e", "\\u202e"},

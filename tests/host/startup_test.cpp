@@ -32,7 +32,7 @@ TEST(Startup, EveryTableAnswersUnderItsName) {
     const std::pair<const char *, std::uint32_t> tables[] = {
         {"KernelSupport", KRVersion(4, 2)}, {"Lex", KRVersion(4, 2)},  {"DocModel", KRVersion(4, 3)},
         {"ScreenView", KRVersion(4, 3)},    {"Unix", KRVersion(4, 2)}, {"ScreenViewUserInterface", KRVersion(4, 0)},
-        {"BaseTool", KRVersion(4, 0)}};
+        {"BaseTool", KRVersion(4, 1)}};
     for (const auto &[name, version] : tables) {
         EXPECT_NE(KRGetHFT(KRAtomFromString(name), version), nullptr) << name;
         EXPECT_EQ(KRGetHFT(KRAtomFromString(name), version + 1), nullptr) << name;
